@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// Numbers to and from text. Nothing here looks at the locale of the process.
+namespace cad {
+
+/// Whole decimal number. Blanks around it and a leading plus are fine; anything else in the text,
+/// no digits, or a number beyond 64 bits is not.
+std::optional<std::int64_t> parse_int(std::string_view text);
+
+/// Decimal number: "36.5", "-.5", "5.", "1e-7". Blanks around it and a leading plus are fine; hex,
+/// inf and nan are not, nor is a number too large for a double. One too small for a double is 0.
+std::optional<double> parse_real(std::string_view text);
+
+/// Appends the shortest text that reads back as the same double (the sign of zero included),
+/// always with a point: "0.0", "36.5", "1.0E-10", "1.5E+20". Fixed notation for 1e-5 <= |x| < 1e16.
+/// The value must be finite (asserted): a drawing has no text for others, so callers decide.
+void append_real(std::string& out, double value);
+
+/// Appends value with exactly this many decimals (0 to 300) as the C runtime of the host prints
+/// "%.*f": an exact tie rounds away from zero (2.5 -> "3", 12.25 with 1 -> "12.3"), negative zero
+/// keeps its sign. The value must be finite (asserted).
+void append_fixed(std::string& out, double value, int decimals);
+
+/// Handle: 1 to 16 hexadecimal digits of either case, no prefix, blanks around are fine.
+std::optional<std::uint64_t> parse_handle(std::string_view text);
+std::optional<std::uint64_t> parse_handle(std::wstring_view text);
+
+/// Upper-case hexadecimal digits without leading zeros; 0 is "0".
+void append_handle(std::string& out, std::uint64_t handle);
+std::wstring handle_text(std::uint64_t handle);
+
+/// The number at the start of a text as the host's C runtime reads it: leading white space, a
+/// sign, then the longest prefix that is a number; 0 when there is none. Only ASCII digits count.
+/// wtof: the exponent letter may be e E d D; no hex, inf, nan; overflow gives infinity.
+/// wtoi, wtol: decimal only; both saturate at 32 bits, the width of the host's long.
+double wtof(std::wstring_view text);
+int wtoi(std::wstring_view text);
+long wtol(std::wstring_view text);
+
+}  // namespace cad
