@@ -150,16 +150,16 @@ std::optional<double> parse_real(std::string_view text) {
 
 void append_real(std::string& out, double value) {
   assert(std::isfinite(value));
-  std::array<char, 64> text;
+  std::array<char, 64> room;
   const double size = std::fabs(value);
   const bool fixed = size == 0.0 || (size >= 1e-5 && size < 1e16);
   const auto format = fixed ? std::chars_format::fixed : std::chars_format::scientific;
-  const char* const end =
-      std::to_chars(text.data(), text.data() + text.size(), value, format).ptr;
-  const char* const e = std::find(static_cast<const char*>(text.data()), end, 'e');
-  out.append(text.data(), e);
-  if (std::find(static_cast<const char*>(text.data()), e, '.') == e) out += ".0";
-  if (e != end) out.append("E").append(e + 1, end);
+  const char* const end = std::to_chars(room.data(), room.data() + room.size(), value, format).ptr;
+  const std::string_view text(room.data(), static_cast<std::size_t>(end - room.data()));
+  const std::size_t e = std::min(text.find('e'), text.size());
+  out += text.substr(0, e);
+  if (text.find('.') == std::string_view::npos) out += ".0";
+  if (e < text.size()) out.append("E").append(text.substr(e + 1));
 }
 
 void append_fixed(std::string& out, double value, int decimals) {
@@ -171,8 +171,8 @@ void append_fixed(std::string& out, double value, int decimals) {
   const double scaled = std::ldexp(value, decimals + 1);
   const bool maybe_tie = std::isfinite(scaled) && scaled == std::trunc(scaled);
   const int written = maybe_tie ? decimals + 1 : decimals;
-  char* end = std::to_chars(text.data(), text.data() + text.size(), value,
-                            std::chars_format::fixed, written)
+  char* end = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed,
+                            written)
                   .ptr;
   if (maybe_tie) {
     const bool up = *--end >= '5';

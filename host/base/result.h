@@ -42,10 +42,10 @@ class [[nodiscard]] Result {
   Result(Error error) : state_(std::in_place_index<1>, std::move(error)) {}
   /// From whatever becomes a T without a cast: a derived pointer, a literal.
   template <class U>
-    requires(std::convertible_to<U, T> && !std::same_as<std::remove_cvref_t<U>, T> &&
-             !std::same_as<std::remove_cvref_t<U>, Error> &&
-             !std::same_as<std::remove_cvref_t<U>, Result>)
-  Result(U&& value) : state_(std::in_place_index<0>, std::forward<U>(value)) {}
+  requires(std::convertible_to<U, T> && !std::same_as<std::remove_cvref_t<U>, T> &&
+           !std::same_as<std::remove_cvref_t<U>, Error> &&
+           !std::same_as<std::remove_cvref_t<U>, Result>) Result(U&& value)
+      : state_(std::in_place_index<0>, std::forward<U>(value)) {}
 
   explicit operator bool() const { return state_.index() == 0; }
 
