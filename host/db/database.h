@@ -1,0 +1,125 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/base/codepage.h"
+#include "host/base/result.h"
+#include "host/db/object.h"
+
+class AcDbBlockTable;
+class AcDbDictionary;
+class AcDbEntity;
+class AcDbLayerTable;
+class AcDbRegAppTable;
+class AcDbTextStyleTable;
+
+namespace cad {
+class Drawing;
+
+/// Counts of what a drawing's file holds, as found when it was read.
+struct DrawingFacts {
+  std::string version;        ///< "AC1027"
+  std::string version_name;   ///< "R2013"
+  std::string code_page;      ///< as the header names it, "ANSI_936"; empty when absent
+  bool binary = false;
+  bool crlf = false;
+  std::uint64_t bytes = 0;
+  std::uint64_t objects = 0;            ///< objects and entities with or without handle
+  std::uint64_t without_handle = 0;
+  std::uint64_t duplicate_handles = 0;  ///< handles given to a second object; the first keeps it
+  std::uint64_t handle_seed = 0;        ///< next handle a new object takes
+  struct Kind {
+    std::string name;
+    std::uint64_t count = 0;
+  };
+  std::vector<Kind> kinds;  ///< by name
+};
+}  // namespace cad
+
+/// A drawing. Several may be open; one of them is the working database of
+/// acdbHostApplicationServices().
+class AcDbDatabase : public AcRxObject {
+  PN_RX_MEMBERS(AcDbDatabase)
+ public:
+  /// With true an empty drawing (R2013) with the usual tables; with false a shell to read into.
+  explicit AcDbDatabase(bool buildDefaultDrawing = true);
+  ~AcDbDatabase() override;
+  AcDbDatabase(const AcDbDatabase&) = delete;
+  AcDbDatabase& operator=(const AcDbDatabase&) = delete;
+
+  /// Reads a DXF file, ASCII or binary, into an empty shell. The file is mapped and must not be
+  /// changed in place while the drawing is open. The error names line or byte offset.
+  cad::Status read_file(const std::string& path);
+  /// The same from memory; `name` stands in error messages.
+  cad::Status read_bytes(std::string bytes, const std::string& name);
+  /// Writes the drawing: what nobody touched byte for byte. Atomic: the file at `path` is the old
+  /// or the new one, whole. With `keep_backup` the replaced file stays as path + ".bak".
+  /// Objects still open for write are written as they stand.
+  cad::Status save_file(const std::string& path, bool keep_backup = false) const;
+  /// What save_file() would write.
+  std::string save_bytes() const;
+  bool is_modified() const;  ///< whether saving would write anything but the bytes read
+
+  /// eUnknownHandle, eNullHandle. An erased object's handle resolves until the drawing is closed.
+  Acad::ErrorStatus getAcDbObjectId(AcDbObjectId& id, bool createIfNotFound,
+                                    const AcDbHandle& handle);
+  AcDbObjectId namedObjectsDictionaryId() const;
+  AcDbObjectId blockTableId() const;
+  AcDbObjectId layerTableId() const;
+  AcDbObjectId textStyleTableId() const;
+  AcDbObjectId linetypeTableId() const;
+  AcDbObjectId regAppTableId() const;
+  AcDbObjectId currentSpaceId() const;  ///< model space when TILEMODE is 1, else the paper space
+  AcDbObjectId modelSpaceId() const;
+  AcDbObjectId clayer() const;          ///< current layer; null when the drawing has no such layer
+  AcDbHandle handseed() const;
+
+  Acad::ErrorStatus getNamedObjectsDictionary(AcDbDictionary*& dictionary, AcDb::OpenMode mode);
+  Acad::ErrorStatus getSymbolTable(AcDbBlockTable*& table, AcDb::OpenMode mode);
+  Acad::ErrorStatus getSymbolTable(AcDbLayerTable*& table, AcDb::OpenMode mode);
+  Acad::ErrorStatus getSymbolTable(AcDbRegAppTable*& table, AcDb::OpenMode mode);
+  Acad::ErrorStatus getSymbolTable(AcDbTextStyleTable*& table, AcDb::OpenMode mode);
+
+  /// Gives a new object a handle without owner; it stays open for write.
+  Acad::ErrorStatus addAcDbObject(AcDbObjectId& id, AcDbObject* object);
+
+  /// A header variable's first value as text ("$CLAYER"); empty when the header lacks it.
+  std::wstring header_value(std::string_view name) const;
+
+  const cad::DrawingFacts& facts() const;
+  bool has_dictionaries() const;  ///< false for R12 and before: nothing can be recorded
+  /// The objects that are open now; empty when every open was closed.
+  std::vector<AcDbObjectId> open_objects() const;
+
+  /// Entities of the drawing in drawing order: model and active paper space. Null at the end.
+  AcDbObjectId first_entity() const;
+  AcDbObjectId last_entity() const;
+  /// The entity behind `id`, sub-entities (vertices, attributes) included; erased ones skipped.
+  AcDbObjectId next_entity(AcDbObjectId id) const;
+  /// Every object and entity with its own record in the file or made since, erased ones left out.
+  void for_each_object(const std::function<void(AcDbObjectId)>& visit) const;
+
+  cad::Drawing& drawing() const { return *drawing_; }  ///< for the host's own use
+
+ private:
+  std::unique_ptr<cad::Drawing> drawing_;
+};
+
+/// Services every drawing shares.
+class AcDbHostApplicationServices {
+ public:
+  AcDbDatabase* workingDatabase() const { return working_; }
+  void setWorkingDatabase(AcDbDatabase* database) { working_ = database; }
+  /// One line the host has to tell its user, for instance that R12 holds no dictionaries.
+  /// Discarded until somebody listens.
+  std::function<void(const std::wstring&)> alert;
+
+ private:
+  AcDbDatabase* working_ = nullptr;
+};
+AcDbHostApplicationServices* acdbHostApplicationServices();

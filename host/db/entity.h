@@ -1,0 +1,30 @@
+#pragma once
+
+#include "host/db/object.h"
+#include "host/geometry/ge.h"
+
+/// A graphical object. Lengths are drawing units, angles radians (DXF tags hold degrees).
+/// Setters answer eNotOpenForWrite on an object that is not open for write.
+class AcDbEntity : public AcDbObject {
+  PN_RX_MEMBERS(AcDbEntity)
+ public:
+  AcDbObjectId blockId() const { return ownerId(); }
+
+  /// Name of the layer, newly made: the caller frees it with acutDelString().
+  ACHAR* layer() const;
+  /// Null when the drawing has no layer of that name.
+  AcDbObjectId layerId() const;
+  /// eKeyNotFound when the drawing has no such layer. A new object takes any name; adding it to a
+  /// drawing without that layer fails.
+  Acad::ErrorStatus setLayer(const ACHAR* name);
+  Acad::ErrorStatus setLayer(AcDbObjectId layer);
+  /// 0 ByBlock, 1 to 255, 256 ByLayer.
+  int colorIndex() const;
+  Acad::ErrorStatus setColorIndex(int color);
+
+ protected:
+  explicit AcDbEntity(std::string_view record) : AcDbObject(record) {}
+
+ private:
+  friend class cad::ObjectAccess;
+};

@@ -1,0 +1,105 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/db/object_id.h"
+#include "host/db/rx.h"
+
+namespace cad {
+struct Stub;
+class ObjectAccess;
+namespace dxf {
+struct Dialect;
+}
+}  // namespace cad
+
+/// An object of a drawing. A typed object is a lens over the object's DXF tags: reading decodes
+/// what is asked for, writing patches the tags concerned and no others.
+///
+/// Objects of a drawing are reached by opening their id (host/db/open.h) and given back by
+/// close(). Many readers or one writer may hold an object. The drawing owns resident objects: a
+/// pointer stays valid until the drawing is closed, though its contents may only be touched while
+/// open. An object made with `new` counts as open for write and belongs to the caller until it is
+/// added to a drawing.
+class AcDbObject : public AcRxObject {
+  PN_RX_MEMBERS(AcDbObject)
+ public:
+  AcDbObject(const AcDbObject&) = delete;
+  AcDbObject& operator=(const AcDbObject&) = delete;
+  ~AcDbObject() override;
+
+  AcDbObjectId objectId() const;
+  AcDbObjectId ownerId() const;
+  void getAcDbHandle(AcDbHandle& handle) const;
+  AcDbDatabase* database() const;
+
+  bool isReadEnabled() const;    ///< open for read or for write
+  bool isWriteEnabled() const;   ///< open for write
+  bool isNotifyEnabled() const;  ///< open for notify
+  bool isNewObject() const;      ///< made in this session and not closed yet
+  bool isModified() const;       ///< written to since it was opened
+  bool isErased() const;
+
+  /// Gives the object back. eOk; eNotInDatabase for an object that was never added to a drawing
+  /// (nothing happens, the caller still owns it); eNotOpenForRead when it is not open.
+  Acad::ErrorStatus close();
+  /// Reader to writer: eHadMultipleReaders while others read, eWasOpenForWrite when it is one
+  /// already, eOnLockedLayer for an entity on a locked layer.
+  Acad::ErrorStatus upgradeOpen();
+  Acad::ErrorStatus downgradeOpen();
+  /// Erases or, with false, brings back. An erased object stays openable with openErased until
+  /// the drawing is closed; saving leaves it out. Its extension dictionary goes and comes with it;
+  /// an entry of a dictionary leaves the dictionary and does not come back.
+  /// eWasErased, eWasNotErased, eNotOpenForWrite.
+  Acad::ErrorStatus erase(bool erasing = true);
+
+  /// Id of the extension dictionary, null when there is none.
+  AcDbObjectId extensionDictionary() const;
+  /// Makes an empty extension dictionary, hard owner of its entries. eAlreadyInDb when there is
+  /// one, eNotOpenForWrite, eNotApplicable in a drawing of a release without dictionaries (R12).
+  Acad::ErrorStatus createExtensionDictionary();
+  /// Erases the extension dictionary when it is empty, else eContainerNotEmpty.
+  Acad::ErrorStatus releaseExtensionDictionary();
+
+  /// Extended data of one application, or of all when `application` is null, beginning with its
+  /// 1001 buffer; null when there is none. The caller frees the chain.
+  resbuf* xData(const ACHAR* application = nullptr) const;
+  /// Replaces the extended data of the applications that `chain` names; an application followed by
+  /// nothing loses its data. eNotOpenForWrite, eInvalidResBuf.
+  Acad::ErrorStatus setXData(const resbuf* chain);
+
+  /// Persistent reactors, written as the {ACAD_REACTORS group.
+  Acad::ErrorStatus addPersistentReactor(AcDbObjectId reactor);
+  Acad::ErrorStatus removePersistentReactor(AcDbObjectId reactor);
+  bool hasPersistentReactor(AcDbObjectId reactor) const;
+
+ protected:
+  /// A new object whose tags are those of `record`, in the form of memory objects (see
+  /// host/db/content.h), or, with a null view, a lens that the drawing is about to fill.
+  explicit AcDbObject(std::string_view record);
+
+  /// The tags as they stand.
+  std::string_view content() const { return {data_, size_}; }
+  const cad::dxf::Dialect& dialect() const;
+  /// The tags for changing, copied on the first write; call content_changed() afterwards.
+  std::string& writable_content();
+  void content_changed();
+  /// Called when the tags were changed from outside the class: forget decoded state.
+  virtual void content_replaced() {}
+  /// Called before the owner's link to `entry` is cut because the entry was erased.
+  virtual void entry_erased(AcDbObjectId entry);
+
+ private:
+  friend class cad::ObjectAccess;
+
+  cad::Stub* stub_ = nullptr;         // null until added to a drawing
+  const char* data_ = nullptr;        // into the mapped file, or into *owned_
+  std::unique_ptr<std::string> owned_;
+  std::uint32_t size_ = 0;
+  std::uint16_t readers_ = 0;
+  std::uint8_t flags_ = 0;            // of cad::OpenFlag
+};
