@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "host/lisp/value.h"
+
+namespace cad::lisp {
+
+enum class Quoting {
+  kPrinc,  // for people: strings as they are
+  kPrin1,  // for the reader: strings quoted and escaped
+};
+
+/// The text of a value: (1 2.5 "a" (B . C)). Nesting of any depth.
+void append_text(std::wstring& out, const Value& value, Quoting quoting);
+std::wstring to_text(const Value& value, Quoting quoting);
+
+/// A real as the host prints it: six significant digits, at least one decimal, exponents of three
+/// digits (1.0, 3.14159, 2.14748e+009).
+void append_real_text(std::wstring& out, double value);
+
+}  // namespace cad::lisp
