@@ -1,0 +1,85 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/app/documents.h"
+#include "host/base/result.h"
+#include "host/lisp/value.h"
+
+namespace cad {
+
+/// Folders the application works with, UTF-8 paths; empty when not set.
+struct HostSettings {
+  std::string install_dir;  ///< where the installation's data files are
+  std::string project_dir;  ///< the current project
+};
+HostSettings& host_settings();
+
+/// The host as a program uses it: opens drawings, loads modules, runs LISP, saves.
+///     cad::Host host;
+///     auto drawing = host.open_drawing("plan.dxf");
+///     if (!drawing) return complain(drawing.error());
+///     host.load_module("pipenote.arx");
+///     host.eval_string(*drawing, "(dimDelAll (entlast))");
+///     host.save(*drawing, "plan.dxf", /*keep_backup=*/true);
+/// One lives at a time; its end closes all documents and then unloads all modules.
+class Host {
+ public:
+  Host();
+  ~Host();
+  Host(const Host&) = delete;
+  Host& operator=(const Host&) = delete;
+  static Host* current();  ///< null when there is none
+
+  struct OpenOptions {
+    bool for_writing = false;  ///< keeps every other program from writing the file
+  };
+  /// Opens a drawing and makes it current; an error leaves everything as it was.
+  Result<AcApDocument*> open_drawing(const std::string& path) { return open_drawing(path, {}); }
+  Result<AcApDocument*> open_drawing(const std::string& path, OpenOptions options);
+  /// A drawing from memory; `name` stands in error messages.
+  Result<AcApDocument*> open_bytes(std::string bytes, const std::string& name);
+  /// An empty drawing of the current release with the usual tables.
+  AcApDocument* new_drawing();
+  /// Closes without saving. The document opened last among those left becomes current.
+  void close(AcApDocument* document);
+  /// Writes the drawing. With `keep_backup` the file replaced stays as path + ".bak".
+  Status save(AcApDocument* document, const std::string& path, bool keep_backup = false);
+
+  /// A file, or the name of a module; see AcRxDynamicLinker.
+  Status load_module(const std::string& file);
+  Status unload_module(const std::string& name);
+  std::vector<std::string> loaded_modules() const;  ///< lower case, in loading order
+
+  /// Evaluates in the document's LISP environment, the document being current meanwhile and
+  /// afterwards. An error was printed on the command line (or handed to *error*) already.
+  Result<lisp::Value> eval_string(AcApDocument* document, std::string_view text,
+                                  std::string_view name = {});
+  Result<lisp::Value> eval_file(AcApDocument* document, const std::string& path);
+  /// The value as prin1 writes it; empty for the blank value.
+  std::string printed(AcApDocument* document, const lisp::Value& value) const;
+
+  /// Answers the next selection by the user (acedSSGet, ssget) in the document. The error names the
+  /// first handle the drawing does not have. An answer is used once.
+  Status set_selection(AcApDocument* document, const std::vector<std::string>& handles);
+
+  /// Bounds every LISP evaluation from now on; 0 is no bound.
+  void set_step_limit(std::uint64_t steps);
+  /// Stops the running LISP program; may be called from a signal handler.
+  void interrupt() noexcept;
+
+  /// Receives what the host has to tell its user besides the command line: one line, no line end.
+  void set_alerts(std::function<void(std::string_view)> sink);
+
+ private:
+  friend class DocumentSession;
+  AcApDocument* adopt(std::unique_ptr<AcApDocument> document);
+  std::uint64_t step_limit_ = 0;
+  std::uint32_t untitled_ = 0;
+};
+
+}  // namespace cad
