@@ -166,6 +166,17 @@ function(pn_test name)
     PROPERTIES TIMEOUT 300 ENVIRONMENT "${PN_TEST_ENVIRONMENT}")
 endfunction()
 
+# pn_python_test(<name> SCRIPT x_test.py [ARGS ...]): a Python unittest, with the folder tests/regress (the
+# independent reader) importable. Debian's interpreter, because that one has ezdxf.
+function(pn_python_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "SCRIPT" "ARGS")
+  add_test(NAME ${name} COMMAND /usr/bin/python3 -B "${CMAKE_CURRENT_SOURCE_DIR}/${arg_SCRIPT}"
+                                ${arg_ARGS})
+  set_tests_properties(
+    ${name} PROPERTIES TIMEOUT 300
+            ENVIRONMENT "${PN_TEST_ENVIRONMENT};PYTHONPATH=${PROJECT_SOURCE_DIR}/tests/regress")
+endfunction()
+
 # pn_fuzz(<name> SOURCES x_fuzz.cpp [USES dxf...]): LLVMFuzzerTestOneInput over fuzz/corpus/<name>. In an
 # ordinary build it replays the corpus as a test, so that no target rots.
 function(pn_fuzz name)
