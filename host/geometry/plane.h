@@ -1,0 +1,51 @@
+#pragma once
+
+#include "host/geometry/point3d.h"
+
+/// A plane with an origin and axes of its own. The u axis of a plane given by its normal is the
+/// X axis a drawing gives to objects of that normal, so the XY plane has the world's axes.
+class AcGePlane {
+ public:
+  static const AcGePlane kXYPlane;
+  static const AcGePlane kYZPlane;
+  static const AcGePlane kZXPlane;
+
+  constexpr AcGePlane() = default;
+  /// A normal of no length counts as the Z axis.
+  AcGePlane(const AcGePoint3d& origin, const AcGeVector3d& normal);
+  /// u keeps its direction, v is turned to a right angle with it. Both must differ in direction;
+  /// otherwise v is any vector at a right angle.
+  AcGePlane(const AcGePoint3d& origin, const AcGeVector3d& u_axis, const AcGeVector3d& v_axis);
+
+  AcGePlane& set(const AcGePoint3d& origin, const AcGeVector3d& normal) {
+    return *this = AcGePlane(origin, normal);
+  }
+
+  constexpr const AcGePoint3d& pointOnPlane() const { return origin_; }
+  constexpr AcGeVector3d normal() const { return u_.crossProduct(v_); }
+  constexpr void getCoordSystem(AcGePoint3d& origin, AcGeVector3d& u_axis,
+                                AcGeVector3d& v_axis) const {
+    origin = origin_;
+    u_axis = u_;
+    v_axis = v_;
+  }
+  /// Positive on the side of the normal.
+  constexpr double signedDistanceTo(const AcGePoint3d& p) const {
+    return (p - origin_).dotProduct(normal());
+  }
+
+ private:
+  struct Axes {};
+  constexpr AcGePlane(Axes, const AcGeVector3d& u, const AcGeVector3d& v) : u_(u), v_(v) {}
+
+  AcGePoint3d origin_;
+  AcGeVector3d u_{1.0, 0.0, 0.0};  // unit vectors at a right angle
+  AcGeVector3d v_{0.0, 1.0, 0.0};
+};
+
+/// The only kind of flat entity there is here.
+using AcGePlanarEnt = AcGePlane;
+
+inline constexpr AcGePlane AcGePlane::kXYPlane{};
+inline constexpr AcGePlane AcGePlane::kYZPlane{Axes{}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}};
+inline constexpr AcGePlane AcGePlane::kZXPlane{Axes{}, {0.0, 0.0, 1.0}, {1.0, 0.0, 0.0}};
