@@ -23,13 +23,13 @@ class Drawing;
 
 /// Counts of what a drawing's file holds, as found when it was read.
 struct DrawingFacts {
-  std::string version;        ///< "AC1027"
-  std::string version_name;   ///< "R2013"
-  std::string code_page;      ///< as the header names it, "ANSI_936"; empty when absent
+  std::string version;       ///< "AC1027"
+  std::string version_name;  ///< "R2013"
+  std::string code_page;     ///< as the header names it, "ANSI_936"; empty when absent
   bool binary = false;
   bool crlf = false;
   std::uint64_t bytes = 0;
-  std::uint64_t objects = 0;            ///< objects and entities with or without handle
+  std::uint64_t objects = 0;  ///< objects and entities with or without handle
   std::uint64_t without_handle = 0;
   std::uint64_t duplicate_handles = 0;  ///< handles given to a second object; the first keeps it
   std::uint64_t handle_seed = 0;        ///< next handle a new object takes
@@ -76,7 +76,7 @@ class AcDbDatabase : public AcRxObject {
   AcDbObjectId regAppTableId() const;
   AcDbObjectId currentSpaceId() const;  ///< model space when TILEMODE is 1, else the paper space
   AcDbObjectId modelSpaceId() const;
-  AcDbObjectId clayer() const;          ///< current layer; null when the drawing has no such layer
+  AcDbObjectId clayer() const;  ///< current layer; null when the drawing has no such layer
   AcDbHandle handseed() const;
 
   Acad::ErrorStatus getNamedObjectsDictionary(AcDbDictionary*& dictionary, AcDb::OpenMode mode);

@@ -71,7 +71,7 @@ class AcDbDictionaryIterator {
   explicit AcDbDictionaryIterator(const AcDbDictionary& dictionary);
   void stand_on(std::size_t from);
   const AcDbDictionary& dictionary_;
-  std::wstring key_;      // current key as stored
+  std::wstring key_;  // current key as stored
   AcDbObjectId id_;
   bool done_ = true;
 };

@@ -96,10 +96,10 @@ class AcDbObject : public AcRxObject {
  private:
   friend class cad::ObjectAccess;
 
-  cad::Stub* stub_ = nullptr;         // null until added to a drawing
-  const char* data_ = nullptr;        // into the mapped file, or into *owned_
+  cad::Stub* stub_ = nullptr;   // null until added to a drawing
+  const char* data_ = nullptr;  // into the mapped file, or into *owned_
   std::unique_ptr<std::string> owned_;
   std::uint32_t size_ = 0;
   std::uint16_t readers_ = 0;
-  std::uint8_t flags_ = 0;            // of cad::OpenFlag
+  std::uint8_t flags_ = 0;  // of cad::OpenFlag
 };

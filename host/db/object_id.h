@@ -44,9 +44,9 @@ class AcDbObjectId {
   explicit operator bool() const { return stub_ != nullptr; }
   void setNull() { stub_ = nullptr; }
   bool isErased() const;
-  AcDbHandle handle() const;          ///< null for an object that the file gives no handle
-  AcDbDatabase* database() const;     ///< null for the null id
-  AcRxClass* objectClass() const;     ///< class the object opens as; null for the null id
+  AcDbHandle handle() const;       ///< null for an object that the file gives no handle
+  AcDbDatabase* database() const;  ///< null for the null id
+  AcRxClass* objectClass() const;  ///< class the object opens as; null for the null id
   std::int64_t asOldId() const { return reinterpret_cast<std::int64_t>(stub_); }
   cad::Stub* stub() const { return stub_; }
   friend bool operator==(AcDbObjectId a, AcDbObjectId b) { return a.stub_ == b.stub_; }

@@ -68,21 +68,20 @@ AcRxClass* new_rx_class(const ACHAR* name, AcRxClass* parent, const ACHAR* dxf_n
 }  // namespace cad
 
 /// Declares what every run-time typed class offers: desc(), isA(), cast().
-#define PN_RX_MEMBERS(CLASS)                                                       \
- public:                                                                           \
-  static AcRxClass* desc();                                                        \
-  AcRxClass* isA() const override;                                                 \
-  static CLASS* cast(const AcRxObject* object) {                                   \
-    return object && object->isKindOf(CLASS::desc())                               \
-               ? static_cast<CLASS*>(const_cast<AcRxObject*>(object))              \
-               : nullptr;                                                          \
+#define PN_RX_MEMBERS(CLASS)                                          \
+ public:                                                              \
+  static AcRxClass* desc();                                           \
+  AcRxClass* isA() const override;                                    \
+  static CLASS* cast(const AcRxObject* object) {                      \
+    return object && object->isKindOf(CLASS::desc())                  \
+               ? static_cast<CLASS*>(const_cast<AcRxObject*>(object)) \
+               : nullptr;                                             \
   }
 
 /// Defines them; the class is filed under its own name.
-#define PN_RX_DEFINE(CLASS, PARENT, DXF_NAME)                                         \
-  AcRxClass* CLASS::desc() {                                                          \
-    static AcRxClass* const description =                                             \
-        cad::new_rx_class(L"" #CLASS, PARENT::desc(), DXF_NAME);                      \
-    return description;                                                               \
-  }                                                                                   \
+#define PN_RX_DEFINE(CLASS, PARENT, DXF_NAME)                                                      \
+  AcRxClass* CLASS::desc() {                                                                       \
+    static AcRxClass* const description = cad::new_rx_class(L"" #CLASS, PARENT::desc(), DXF_NAME); \
+    return description;                                                                            \
+  }                                                                                                \
   AcRxClass* CLASS::isA() const { return CLASS::desc(); }

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "host/dxf/dialect.h"
+
+namespace cad::dxf {
+
+/// Text of a tag between its bytes in the file and characters.
+///
+/// On top of the code page a drawing spells control characters with a caret (^J is a line feed,
+/// "^ " a caret), characters its code page lacks as \U+XXXX, and characters of another multibyte
+/// page as \M+nXXXX. Reading undoes all three; writing uses the caret and, where the code page
+/// needs it, \U+XXXX. A backslash that would begin such an escape is written as \U+005C, so that
+/// every text reads back as it was.
+void append_decoded(std::string_view bytes, const Dialect& dialect, std::wstring& out);
+void append_encoded(std::wstring_view text, const Dialect& dialect, std::string& out);
+
+}  // namespace cad::dxf
