@@ -1,0 +1,6 @@
+#include "network/gx_data.h"
+
+CGxData* CGxData::Instance() {
+  static CGxData data;
+  return &data;
+}
