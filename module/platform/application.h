@@ -1,0 +1,4 @@
+#pragma once
+
+#include "host/app/acrx_app.h"
+#include "host/app/documents.h"
