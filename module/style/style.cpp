@@ -1,0 +1,3 @@
+#include "module/style/style.h"
+
+CDimStyle CDimStyle::s_instance;
