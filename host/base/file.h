@@ -1,8 +1,7 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <cstddef>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -97,8 +96,9 @@ class AtomicFile {
   Status append(std::string_view piece);
   Status append(std::span<const std::string_view> pieces);
 
-  /// Appends source.bytes().substr(offset, length), without touching its pages where the file
-  /// system allows. The span must lie inside the file (asserted).
+  /// Appends source.bytes().substr(offset, length). Spans that follow each other are joined, and
+  /// large ones copied inside the kernel, so source must live until commit(). The span must lie
+  /// inside the file (asserted).
   Status copy_range(const MappedFile& source, std::size_t offset, std::size_t length);
 
   /// Flushes to the disk and replaces the target, which keeps its mode bits. With keep_backup the
@@ -107,19 +107,10 @@ class AtomicFile {
   Status commit(bool keep_backup, FileLock* lock = nullptr);
 
  private:
-  AtomicFile() = default;
-  Status flush();
-  Status write_all(std::string_view piece);
-  Status refuse(const char* what, int error_number);
-  void discard();
+  class Writer;
+  explicit AtomicFile(std::unique_ptr<Writer> writer);
 
-  Descriptor fd_;
-  std::string shown_;      // the path as the caller gave it, for messages
-  std::string target_;     // with links resolved
-  std::string temporary_;  // empty once committed or moved from
-  std::string pending_;
-  Error failure_;  // the first failure, answered again by every later call
-  bool failed_ = false;
+  std::unique_ptr<Writer> writer_;  // null when moved from
 };
 
 }  // namespace cad
