@@ -80,10 +80,13 @@ class Call {
   std::span<const Value> args_;
 };
 
-/// The unevaluated arguments of a special form, read from left to right.
+/// The unevaluated arguments of a special form, read from left to right. When a program passes the
+/// special form to apply or mapcar, the arguments are values already, and evaluating gives them
+/// back: (apply 'and (list 'a nil)).
 class Forms {
  public:
-  Forms(Interpreter& interp, const Value& rest) : interp_(interp), rest_(&rest) {}
+  explicit Forms(Interpreter& interp, const Value& rest, bool are_values = false)
+      : interp_(interp), rest_(&rest), are_values_(are_values) {}
 
   Interpreter& interp() const { return interp_; }
   bool more() const { return rest_->is_cons(); }
@@ -91,6 +94,8 @@ class Forms {
   const Value& rest() const { return *rest_; }
   /// The next form as it stands; "too few arguments" when there is none.
   const Value& next();
+  /// The value of a form that came from here.
+  Value eval(const Value& form);
   /// The value of the next form.
   Value eval_next();
   /// Evaluates what is left, as progn does: the last value, nil when nothing is left.
@@ -103,6 +108,7 @@ class Forms {
  private:
   Interpreter& interp_;
   const Value* rest_;
+  bool are_values_;
 };
 
 }  // namespace cad::lisp

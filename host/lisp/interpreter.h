@@ -75,6 +75,12 @@ class Interpreter {
   /// The form must stay alive meanwhile: let some Value other than the one being changed hold it.
   Value eval(const Value& form);
   Value apply(const Value& function, std::span<const Value> args);
+  /// What a function argument stands for, found once for many calls of apply(): the value of a
+  /// symbol, the function a lambda list describes, else the value itself. Raises "no function
+  /// definition: X" or "bad function: X".
+  Value callable(const Value& function);
+  /// The function ((parameters / locals) form...) describes; no name makes it a lambda.
+  Value make_function(const Value& source, Symbol* name);
   /// As apply(), but an error becomes the Result and what it had bound is restored; *error* does
   /// not run. For calls out of module code.
   Result<Value> try_apply(const Value& function, std::span<const Value> args);
@@ -136,7 +142,7 @@ class Interpreter {
   /// Stops the running evaluation with "Function cancelled". May be called from a signal handler.
   void interrupt() noexcept { interrupted_.store(true, std::memory_order_relaxed); }
   /// Lists evaluated since the outermost top-level call began.
-  std::uint64_t steps() const;
+  std::uint64_t steps() const { return steps_done_ + static_cast<std::uint64_t>(slice_ - fuel_); }
 
  private:
   struct Binding {
@@ -147,11 +153,13 @@ class Interpreter {
   class Entry;
 
   Value eval_list(const Value& form);
+  void eval_arguments(ArgumentFrame& frame, const Value& forms);
   Value call_subr(const Builtin& row, std::span<const Value> args);
   Value call_usubr(Usubr& function, std::span<Value> args);
+  Value call_special(const SpecialForm& row, Forms& forms);
   Value call_external(External& function, std::span<const Value> args);
-  Value call_lambda_list(const Value& source, std::span<Value> args);
-  Value call_with(const Value& function, std::span<Value> args);
+  Value call(const Value& function, std::span<Value> args);
+  Value callable_head(const Value& head);
   template <class Run>
   Result<Value> run_at_top_level(Run&& run);
   template <class Run>
@@ -168,6 +176,8 @@ class Interpreter {
   Heap heap_;
   std::unique_ptr<SymbolTable> symbols_;
   Symbol* t_ = nullptr;
+  Symbol* lambda_ = nullptr;
+  Symbol* error_handler_ = nullptr;
   ArgumentStack arguments_;
   std::vector<Binding> bindings_;
 
@@ -182,6 +192,10 @@ class Interpreter {
   std::uint32_t numbers_ = 0;
   std::uint32_t pickset_numbers_ = 0;
 };
+
+inline void Interpreter::bind(Symbol& symbol, Value value) {
+  bindings_.push_back({&symbol, std::exchange(symbol.value, std::move(value))});
+}
 
 inline Value Interpreter::eval(const Value& form) {
   if (form.is_symbol()) return form.symbol()->value;

@@ -28,7 +28,9 @@ class Reader {
  private:
   struct Level;
 
+  bool at_end() const { return at_ >= text_.size(); }
   void skip_blanks();
+  void skip_comment();
   Value read_string();
   Value read_atom(std::wstring_view token);
   std::wstring_view take_token();
@@ -45,10 +47,13 @@ class Reader {
 /// become reals.
 std::optional<Value> parse_number(std::wstring_view token);
 
-/// What a prompt shows while a form is unfinished: the number of lists still open at the end of
-/// the text, 0 when it is complete (or hopeless).
-int open_lists(std::wstring_view text);
-/// Whether the text ends inside a string.
-bool open_string(std::wstring_view text);
+/// What a text still lacks before it can be read: lists and a string (or comment) left open.
+/// A prompt asks for more lines meanwhile.
+struct Unfinished {
+  int lists = 0;
+  bool text = false;
+  explicit operator bool() const { return lists > 0 || text; }
+};
+Unfinished unfinished(std::wstring_view source);
 
 }  // namespace cad::lisp

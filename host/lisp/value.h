@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -21,7 +22,7 @@ class Heap;
 class Value;
 struct Builtin;
 struct SpecialForm;
-struct Stream;
+class Stream;
 
 enum class Kind : std::uint8_t {
   kNil,      // also the empty list
@@ -213,10 +214,10 @@ struct Pickset : Cell {
 };
 
 struct File : Cell {
-  File(std::wstring file_name, Stream* open)
-      : Cell(Kind::kFile), name(std::move(file_name)), stream(open) {}
+  File(std::wstring file_name, std::unique_ptr<Stream> opened);
+  ~File();
   std::wstring name;
-  Stream* stream;  // owned; null once closed
+  std::unique_ptr<Stream> stream;  // null once closed
 };
 
 struct Subr : Cell {

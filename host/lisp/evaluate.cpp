@@ -1,0 +1,219 @@
+#include <utility>
+
+#include "host/base/codepage.h"
+#include "host/lisp/interpreter.h"
+#include "host/lisp/printer.h"
+
+namespace cad::lisp {
+namespace {
+
+std::size_t count_forms(const Value& forms) {
+  std::size_t count = 0;
+  const Value* at = &forms;
+  for (; at->is_cons(); at = &at->cons()->cdr) ++count;
+  if (!at->is_nil()) raise(L"bad list: " + to_text(forms, Quoting::kPrin1));
+  return count;
+}
+
+[[noreturn, gnu::cold]] void raise_wrong_count(bool too_few) {
+  raise(too_few ? L"too few arguments" : L"too many arguments");
+}
+
+[[noreturn, gnu::cold]] void raise_not_callable(const Value& head, const Value& function) {
+  if (function.is_nil()) {
+    raise(L"no function definition: " + to_text(head, Quoting::kPrin1));
+  }
+  raise(L"bad function: " + to_text(function, Quoting::kPrin1));
+}
+
+// ((x) (+ x 1)) and (lambda (x) (+ x 1)) can be called.
+bool looks_like_function(const Value& list, const Symbol* lambda) {
+  const Value& first = list.car();
+  return first.is_list() || (first.is_symbol() && first.symbol() == lambda);
+}
+
+}  // namespace
+
+void Interpreter::eval_arguments(ArgumentFrame& frame, const Value& forms) {
+  for (const Value* at = &forms; at->is_cons(); at = &at->cons()->cdr) {
+    frame.emplace([&] { return eval(at->cons()->car); });
+  }
+}
+
+inline void Interpreter::check_stack() const {
+  if (static_cast<const char*>(__builtin_frame_address(0)) < stack_end_) [[unlikely]] {
+    raise(L"internal stack limit reached (simulated)");
+  }
+}
+
+Value Interpreter::eval_list(const Value& form) {
+  count_step();
+  check_stack();
+  const Cons& expression = *form.cons();
+  const Value& head = expression.car;
+  Value held;  // keeps a function alive that is redefined while it runs
+  const Value* function = &head;
+  if (head.is_symbol()) [[likely]] {
+    function = &head.symbol()->value;
+  } else if (head.is_cons()) {
+    held = callable_head(head);
+    function = &held;
+  }
+  switch (function->kind()) {
+    case Kind::kSpecialForm: {
+      Forms forms(*this, expression.cdr);
+      return call_special(*function->special()->row, forms);
+    }
+    case Kind::kSubr: {
+      const Builtin& row = *function->subr()->row;
+      ArgumentFrame frame(arguments_, count_forms(expression.cdr));
+      eval_arguments(frame, expression.cdr);
+      return call_subr(row, frame.values());
+    }
+    case Kind::kCons:
+      if (!looks_like_function(*function, lambda_)) raise_not_callable(head, *function);
+      held = callable(*function);
+      function = &held;
+      [[fallthrough]];
+    case Kind::kUsubr: {
+      held = *function;
+      ArgumentFrame frame(arguments_, count_forms(expression.cdr));
+      eval_arguments(frame, expression.cdr);
+      return call_usubr(*held.usubr(), frame.values());
+    }
+    case Kind::kExternal: {
+      held = *function;
+      ArgumentFrame frame(arguments_, count_forms(expression.cdr));
+      eval_arguments(frame, expression.cdr);
+      return call_external(*held.external(), frame.values());
+    }
+    default:
+      raise_not_callable(head, *function);
+  }
+}
+
+Value Interpreter::call_special(const SpecialForm& row, Forms& forms) {
+  int count = 0;
+  const Value* at = &forms.rest();
+  for (; at->is_cons() && count <= row.max_args; at = &at->cons()->cdr) ++count;
+  // Without an upper bound only the lower one needs counting.
+  for (; row.max_args == kMany && at->is_cons() && count < row.min_args; at = &at->cons()->cdr) {
+    ++count;
+  }
+  if (count < row.min_args) raise_wrong_count(true);
+  if (row.max_args != kMany && count > row.max_args) raise_wrong_count(false);
+  return row.function(forms);
+}
+
+Value Interpreter::call_subr(const Builtin& row, std::span<const Value> args) {
+  const int count = static_cast<int>(args.size());
+  if (count < row.min_args) raise_wrong_count(true);
+  if (row.max_args != kMany && count > row.max_args) raise_wrong_count(false);
+  Call call(*this, args);
+  return row.function(call);
+}
+
+Value Interpreter::call_usubr(Usubr& function, std::span<Value> args) {
+  if (args.size() != function.parameter_count) {
+    raise_wrong_count(args.size() < function.parameter_count);
+  }
+  const std::size_t mark = binding_mark();
+  Symbol* const* symbols = function.symbols();
+  std::uint32_t i = 0;
+  for (; i < function.parameter_count; ++i) bind(*symbols[i], std::move(args[i]));
+  for (; i < function.symbol_count; ++i) bind(*symbols[i], Value());
+  Value result = Forms(*this, function.body()).eval_rest();
+  unbind_to(mark);
+  return result;
+}
+
+Value Interpreter::call_external(External& function, std::span<const Value> args) {
+  if (!services_.call_external) {
+    raise(L"no function definition: " + function.name->name);
+  }
+  Result<Value> result = services_.call_external(*this, function, args);
+  if (!result) raise(from_utf8(result.error().what));
+  return *std::move(result);
+}
+
+Value Interpreter::call(const Value& function, std::span<Value> args) {
+  count_step();
+  check_stack();
+  switch (function.kind()) {
+    case Kind::kSubr:
+      return call_subr(*function.subr()->row, args);
+    case Kind::kUsubr:
+      return call_usubr(*function.usubr(), args);
+    case Kind::kExternal:
+      return call_external(*function.external(), args);
+    case Kind::kSpecialForm: {
+      const Value values = list(args);
+      Forms forms(*this, values, /*are_values=*/true);
+      return call_special(*function.special()->row, forms);
+    }
+    default:
+      raise_not_callable(function, function);
+  }
+}
+
+Value Interpreter::apply(const Value& function, std::span<const Value> args) {
+  const Value target = callable(function);
+  ArgumentFrame frame(arguments_, args.size());
+  for (const Value& arg : args) frame.push(arg);
+  return call(target, frame.values());
+}
+
+Value Interpreter::callable(const Value& function) {
+  const Value& target = function.is_symbol() ? function.symbol()->value : function;
+  switch (target.kind()) {
+    case Kind::kSubr:
+    case Kind::kSpecialForm:
+    case Kind::kUsubr:
+    case Kind::kExternal:
+      return target;
+    case Kind::kCons:
+      if (!looks_like_function(target, lambda_)) break;
+      return make_function(target.car().is_symbol() ? target.cdr() : target, nullptr);
+    default:
+      break;
+  }
+  raise_not_callable(function, target);
+}
+
+// In ((lambda (x) ...) 1) the head is the function itself, in ((choose) 1) it makes one.
+Value Interpreter::callable_head(const Value& head) {
+  return looks_like_function(head, lambda_) ? callable(head) : callable(eval(head));
+}
+
+Value Interpreter::make_function(const Value& source, Symbol* name) {
+  const Value& parameters = source.car();
+  const auto refuse = [&]() {
+    raise(L"bad formal argument list: " + to_text(parameters, Quoting::kPrin1));
+  };
+  std::uint32_t symbols = 0;
+  std::uint32_t before_slash = 0;
+  bool slash = false;
+  const Value* at = &parameters;
+  for (; at->is_cons(); at = &at->cons()->cdr) {
+    const Value& item = at->cons()->car;
+    if (!item.is_symbol()) refuse();
+    if (item.symbol()->name == L"/") {
+      if (slash) refuse();
+      slash = true;
+      continue;
+    }
+    ++symbols;
+    if (!slash) ++before_slash;
+  }
+  if (!at->is_nil()) refuse();
+
+  auto* function =
+      heap_.make<Usubr>(symbols * sizeof(Symbol*), source, name, ++numbers_, before_slash, symbols);
+  Symbol** next = function->symbols();
+  for (const Value& item : List(parameters)) {
+    if (item.symbol()->name != L"/") *next++ = item.symbol();
+  }
+  return Value::adopt(function);
+}
+
+}  // namespace cad::lisp
