@@ -20,6 +20,7 @@ class AcDbTextStyleTable;
 
 namespace cad {
 class Drawing;
+class FileLock;
 
 /// Counts of what a drawing's file holds, as found when it was read.
 struct DrawingFacts {
@@ -60,7 +61,9 @@ class AcDbDatabase : public AcRxObject {
   /// Writes the drawing: what nobody touched byte for byte. Atomic: the file at `path` is the old
   /// or the new one, whole. With `keep_backup` the replaced file stays as path + ".bak".
   /// Objects still open for write are written as they stand.
-  cad::Status save_file(const std::string& path, bool keep_backup = false) const;
+  /// A lock held on the old file goes over to the new one.
+  cad::Status save_file(const std::string& path, bool keep_backup = false,
+                        cad::FileLock* lock = nullptr) const;
   /// What save_file() would write.
   std::string save_bytes() const;
   bool is_modified() const;  ///< whether saving would write anything but the bytes read

@@ -13,6 +13,7 @@ class AcDbDictionary : public AcDbObject {
   PN_RX_MEMBERS(AcDbDictionary)
  public:
   AcDbDictionary();
+  ~AcDbDictionary() override;
 
   /// The entry of that key: eKeyNotFound when there is none or it is erased.
   Acad::ErrorStatus getAt(const ACHAR* key, AcDbObjectId& entry) const;
@@ -41,7 +42,6 @@ class AcDbDictionary : public AcDbObject {
   AcDbDictionaryIterator* newIterator() const;
 
  protected:
-  void content_replaced() override;
   void entry_erased(AcDbObjectId entry) override;
 
  private:
@@ -51,6 +51,10 @@ class AcDbDictionary : public AcDbObject {
   explicit AcDbDictionary(std::string_view record);
   Entries& entries() const;
   Acad::ErrorStatus take_out(std::size_t position);
+  void file_entry(std::wstring_view key, std::uint64_t handle);
+  void replace_reference(std::wstring_view key, std::uint64_t handle);
+  void erase_replaced(std::uint64_t handle);
+  std::optional<std::size_t> key_offset(std::wstring_view key) const;
   mutable std::unique_ptr<Entries> entries_;  // decoded on first use
 };
 

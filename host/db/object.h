@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -11,6 +12,7 @@
 
 namespace cad {
 struct Stub;
+class LensWriter;
 class ObjectAccess;
 namespace dxf {
 struct Dialect;
@@ -88,8 +90,8 @@ class AcDbObject : public AcRxObject {
   /// The tags for changing, copied on the first write; call content_changed() afterwards.
   std::string& writable_content();
   void content_changed();
-  /// Called when the tags were changed from outside the class: forget decoded state.
-  virtual void content_replaced() {}
+  /// One change of the tags: refused with eNotOpenForWrite unless open for write.
+  Acad::ErrorStatus patch(const std::function<void(cad::LensWriter&)>& change);
   /// Called before the owner's link to `entry` is cut because the entry was erased.
   virtual void entry_erased(AcDbObjectId entry);
 

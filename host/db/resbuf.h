@@ -115,8 +115,8 @@ class ChainBuilder {
   void add(resbuf* chain) {
     if (!chain) return;
     (head_ ? tail_->rbnext : head_) = chain;
-    for (tail_ = chain; tail_->rbnext; tail_ = tail_->rbnext) {
-    }
+    tail_ = chain;
+    while (tail_->rbnext) tail_ = tail_->rbnext;
   }
   resbuf* head() const { return head_; }
   resbuf* release() {
@@ -133,5 +133,8 @@ class ChainBuilder {
 /// The kind of value a group code or an RT type carries in a buffer.
 enum class BufferValue { kNone, kReal, kPoint, kInt16, kInt32, kInt64, kString, kName, kBinary };
 BufferValue buffer_value(int type);
+/// Whether a kName buffer of that group holds the handle as text (5, 105, 320-329, 1005) instead of
+/// an entity name.
+bool name_is_text(int type);
 
 }  // namespace cad

@@ -1,0 +1,156 @@
+#include "host/db/buffer_tags.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+
+#include "host/base/numbers.h"
+#include "host/dxf/text.h"
+
+namespace cad {
+namespace {
+
+constexpr std::size_t kLongestChunk = 127;
+
+resbuf* string_buffer(const dxf::Tag& tag, const dxf::Dialect& dialect) {
+  // Most texts are plain ASCII: widen them without an intermediate string.
+  constexpr std::size_t kShort = 64;
+  if (tag.value.size() <= kShort) {
+    wchar_t wide[kShort];
+    bool plain = true;
+    for (std::size_t i = 0; i < tag.value.size(); ++i) {
+      const char c = tag.value[i];
+      plain &= static_cast<signed char>(c) >= 0 && c != '^' && c != '\\';
+      wide[i] = static_cast<wchar_t>(c);
+    }
+    if (plain) return new_string_buffer(static_cast<short>(tag.code), {wide, tag.value.size()});
+  }
+  return new_string_buffer(static_cast<short>(tag.code), dxf::text_value(tag, dialect));
+}
+
+resbuf* chunk_buffer(const dxf::Tag& tag, const dxf::Dialect& dialect) {
+  const auto bytes = dxf::chunk_value(tag, dialect);
+  resbuf* buffer = acutNewRb(tag.code);
+  if (!buffer) return nullptr;
+  const std::size_t size = std::min(bytes.size(), kLongestChunk);
+  buffer->resval.rbinary.clen = static_cast<short>(size);
+  buffer->resval.rbinary.buf = static_cast<char*>(std::malloc(std::max<std::size_t>(size, 1)));
+  if (size != 0) std::memcpy(buffer->resval.rbinary.buf, bytes.data(), size);
+  return buffer;
+}
+
+}  // namespace
+
+resbuf* buffer_of_tag(const dxf::Tag& tag, const dxf::Dialect& dialect, Drawing* drawing) {
+  const BufferValue value = buffer_value(tag.code);
+  switch (value) {
+    case BufferValue::kString:
+      return string_buffer(tag, dialect);
+    case BufferValue::kBinary:
+      return chunk_buffer(tag, dialect);
+    case BufferValue::kName: {
+      if (name_is_text(tag.code)) return string_buffer(tag, dialect);
+      resbuf* buffer = acutNewRb(tag.code);
+      Stub* target = drawing ? drawing->reference(dxf::handle_value(tag)) : nullptr;
+      buffer->resval.rlname[0] = reinterpret_cast<std::int64_t>(target);
+      buffer->resval.rlname[1] = 0;
+      return buffer;
+    }
+    default:
+      break;
+  }
+  resbuf* buffer = acutNewRb(tag.code);
+  switch (value) {
+    case BufferValue::kReal:
+      buffer->resval.rreal = dxf::real_value(tag, dialect);
+      break;
+    case BufferValue::kPoint:
+      buffer->resval.rpoint[0] = dxf::real_value(tag, dialect);
+      break;
+    case BufferValue::kInt16:
+      buffer->resval.rint = static_cast<short>(dxf::int_value(tag, dialect));
+      break;
+    case BufferValue::kInt32:
+      buffer->resval.rlong = static_cast<std::int32_t>(dxf::int_value(tag, dialect));
+      break;
+    case BufferValue::kInt64:
+      buffer->resval.mnInt64 = dxf::int_value(tag, dialect);
+      break;
+    default:
+      break;
+  }
+  return buffer;
+}
+
+ResbufChain chain_of_tags(std::string_view bytes, const dxf::Dialect& dialect, std::size_t from,
+                          std::size_t to, Drawing* drawing) {
+  ChainBuilder chain;
+  dxf::TagReader tags(bytes.substr(0, to), dialect, from);
+  dxf::Tag tag;
+  resbuf* point = nullptr;
+  while (tags.next(tag)) {
+    if (point) {
+      const int ahead = tag.code - point->restype;
+      if (ahead == 10 || ahead == 20) {
+        point->resval.rpoint[ahead / 10] = dxf::real_value(tag, dialect);
+        continue;
+      }
+      point = nullptr;
+    }
+    resbuf* buffer = buffer_of_tag(tag, dialect, drawing);
+    if (buffer && buffer_value(tag.code) == BufferValue::kPoint) point = buffer;
+    chain.add(buffer);
+  }
+  return ResbufChain(chain.release());
+}
+
+bool write_buffer(const resbuf& buffer, dxf::TagWriter& writer) {
+  const int code = buffer.restype;
+  const ads_u_val& value = buffer.resval;
+  switch (buffer_value(code)) {
+    case BufferValue::kString:
+      writer.text(code, value.rstring ? value.rstring : L"");
+      return true;
+    case BufferValue::kReal:
+      if (!std::isfinite(value.rreal)) return false;
+      writer.real(code, value.rreal);
+      return true;
+    case BufferValue::kPoint:
+      for (const double coordinate : value.rpoint) {
+        if (!std::isfinite(coordinate)) return false;
+      }
+      writer.point(code, value.rpoint[0], value.rpoint[1], value.rpoint[2]);
+      return true;
+    case BufferValue::kInt16:
+      writer.integer(code, value.rint);
+      return true;
+    case BufferValue::kInt32:
+      writer.integer(code, value.rlong);
+      return true;
+    case BufferValue::kInt64:
+      writer.integer(code, value.mnInt64);
+      return true;
+    case BufferValue::kName: {
+      if (name_is_text(code)) {
+        writer.text(code, value.rstring ? value.rstring : L"0");
+        return true;
+      }
+      const auto* target = reinterpret_cast<const Stub*>(value.rlname[0]);
+      writer.handle(code, target ? target->handle : 0);
+      return true;
+    }
+    case BufferValue::kBinary:
+      if (value.rbinary.clen < 0 || static_cast<std::size_t>(value.rbinary.clen) > kLongestChunk) {
+        return false;
+      }
+      writer.chunk(code, {reinterpret_cast<const unsigned char*>(value.rbinary.buf),
+                          static_cast<std::size_t>(value.rbinary.clen)});
+      return true;
+    case BufferValue::kNone:
+      return false;
+  }
+  return false;
+}
+
+}  // namespace cad

@@ -1,0 +1,361 @@
+#include "host/db/dictionary.h"
+
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
+#include "host/db/database.h"
+#include "host/db/drawing.h"
+#include "host/db/lens.h"
+#include "host/db/object_access.h"
+#include "host/db/open.h"
+
+PN_RX_DEFINE(AcDbDictionary, AcDbObject, L"DICTIONARY")
+
+namespace {
+
+using cad::Drawing;
+using cad::Lens;
+using cad::LensWriter;
+using cad::ObjectAccess;
+using cad::Stub;
+using cad::StubStore;
+
+constexpr std::string_view kPart = "AcDbDictionary";
+constexpr std::string_view kNewDictionary =
+    "  0\nDICTIONARY\n  5\n0\n330\n0\n100\nAcDbDictionary\n281\n     1\n";
+constexpr std::wstring_view kForbidden = L"<>/\\\":;?*|,=`";
+
+wchar_t fold_upper(wchar_t c) { return c >= L'a' && c <= L'z' ? c - (L'a' - L'A') : c; }
+
+int compare_keys(std::wstring_view a, std::wstring_view b) {
+  const std::size_t common = std::min(a.size(), b.size());
+  for (std::size_t i = 0; i < common; ++i) {
+    const wchar_t x = fold_upper(a[i]);
+    const wchar_t y = fold_upper(b[i]);
+    if (x != y) return x < y ? -1 : 1;
+  }
+  return a.size() == b.size() ? 0 : a.size() < b.size() ? -1 : 1;
+}
+
+bool is_entry_reference(int code) { return code == 350 || code == 360 || code == 340; }
+
+}  // namespace
+
+/// The entries in iteration order.
+struct AcDbDictionary::Entries {
+  struct Entry {
+    std::wstring key;
+    std::uint64_t handle;
+  };
+  std::vector<Entry> sorted;
+
+  std::size_t lower_bound(std::wstring_view key) const {
+    const auto found = std::lower_bound(sorted.begin(), sorted.end(), key,
+                                        [](const Entry& entry, std::wstring_view wanted) {
+                                          return compare_keys(entry.key, wanted) < 0;
+                                        });
+    return static_cast<std::size_t>(found - sorted.begin());
+  }
+  const Entry* find(std::wstring_view key) const {
+    const std::size_t i = lower_bound(key);
+    return i < sorted.size() && compare_keys(sorted[i].key, key) == 0 ? &sorted[i] : nullptr;
+  }
+};
+
+AcDbDictionary::AcDbDictionary() : AcDbObject(kNewDictionary) {}
+AcDbDictionary::AcDbDictionary(std::string_view record) : AcDbObject(record) {}
+AcDbDictionary::~AcDbDictionary() = default;
+
+AcDbDictionary::Entries& AcDbDictionary::entries() const {
+  if (entries_) return *entries_;
+  entries_ = std::make_unique<Entries>();
+  cad::dxf::TagReader tags(content(), dialect());
+  cad::dxf::Tag tag;
+  bool inside = false;
+  std::optional<std::wstring> key;
+  while (tags.next(tag)) {
+    if (tag.code == 100) {
+      inside = tag.value == kPart;
+    } else if (inside && tag.code == 3) {
+      key = cad::dxf::text_value(tag, dialect());
+    } else if (inside && key && is_entry_reference(tag.code)) {
+      entries_->sorted.push_back({std::move(*key), cad::dxf::handle_value(tag)});
+      key.reset();
+    }
+  }
+  // The first of two equal keys wins, as it does for whoever reads the file in order.
+  std::stable_sort(entries_->sorted.begin(), entries_->sorted.end(),
+                   [](const auto& a, const auto& b) { return compare_keys(a.key, b.key) < 0; });
+  return *entries_;
+}
+
+namespace {
+
+/// The live object of an entry, null when it is erased or the handle leads nowhere.
+AcDbObjectId live_entry(const AcDbObject& dictionary, std::uint64_t handle) {
+  const Stub* own = ObjectAccess::stub(dictionary);
+  if (!own) return {};
+  Stub* stub = StubStore::drawing_of(*own).find(handle);
+  return AcDbObjectId(stub && !stub->erased() ? stub : nullptr);
+}
+
+}  // namespace
+
+Acad::ErrorStatus AcDbDictionary::getAt(const ACHAR* key, AcDbObjectId& entry) const {
+  entry.setNull();
+  if (!isReadEnabled()) return Acad::eNotOpenForRead;
+  if (!key) return Acad::eInvalidInput;
+  const auto* found = entries().find(key);
+  if (found) entry = live_entry(*this, found->handle);
+  return entry.isNull() ? Acad::eKeyNotFound : Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbDictionary::getAt(const ACHAR* key, AcDbObject*& entry,
+                                        AcDb::OpenMode mode) const {
+  entry = nullptr;
+  AcDbObjectId id;
+  const Acad::ErrorStatus status = getAt(key, id);
+  return status == Acad::eOk ? acdbOpenAcDbObject(entry, id, mode) : status;
+}
+
+bool AcDbDictionary::has(const ACHAR* key) const {
+  AcDbObjectId id;
+  return getAt(key, id) == Acad::eOk;
+}
+
+bool AcDbDictionary::has(AcDbObjectId entry) const {
+  std::wstring key;
+  return nameAt(entry, key) == Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbDictionary::nameAt(AcDbObjectId entry, std::wstring& key) const {
+  if (!isReadEnabled()) return Acad::eNotOpenForRead;
+  if (entry.isNull() || entry.isErased()) return Acad::eKeyNotFound;
+  for (const auto& candidate : entries().sorted) {
+    if (candidate.handle == entry.handle()) {
+      key = candidate.key;
+      return Acad::eOk;
+    }
+  }
+  return Acad::eKeyNotFound;
+}
+
+int AcDbDictionary::numEntries() const {
+  int count = 0;
+  for (const auto& entry : entries().sorted) {
+    if (!live_entry(*this, entry.handle).isNull()) ++count;
+  }
+  return count;
+}
+
+bool AcDbDictionary::isTreatElementsAsHard() const {
+  return Lens(content(), dialect()).integer(kPart, 280, 0) != 0;
+}
+
+Acad::ErrorStatus AcDbDictionary::setTreatElementsAsHard(bool hard) {
+  if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
+  if (hard == isTreatElementsAsHard()) return Acad::eOk;
+  std::string& tags = writable_content();
+  const Lens lens(tags, dialect());
+  if (lens.find(kPart, 280)) {
+    LensWriter(tags, dialect()).set_integer(kPart, 280, hard ? 1 : 0);
+  } else if (const auto cloning = lens.find(kPart, 281)) {
+    std::string flag;  // the flag stands in front of the cloning flag
+    cad::dxf::TagWriter(flag, dialect()).integer(280, 1);
+    LensWriter(tags, dialect()).insert(cloning->begin, flag);
+  } else {
+    LensWriter(tags, dialect()).set_integer(kPart, 280, 1);
+  }
+  content_changed();
+  return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbDictionary::setAt(const ACHAR* key, AcDbObject* object, AcDbObjectId& id) {
+  id.setNull();
+  if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
+  const Stub* own = ObjectAccess::stub(*this);
+  if (!own) return Acad::eNotInDatabase;
+  if (!object) return Acad::eNullObjectPointer;
+  const std::wstring_view name = key ? key : L"";
+  if (name.empty() || name.find_first_of(kForbidden) != std::wstring_view::npos) {
+    return Acad::eInvalidKey;
+  }
+  Stub* const resident = ObjectAccess::stub(*object);
+  if (resident && resident->owner != 0) return Acad::eAlreadyInDb;
+  if (resident && &StubStore::drawing_of(*resident) != &StubStore::drawing_of(*own)) {
+    return Acad::eWrongDatabase;
+  }
+  Drawing& drawing = StubStore::drawing_of(*own);
+  const auto section = cad::dxf::Section::kObjects;
+  if (resident) {
+    if (!object->isWriteEnabled()) return Acad::eNotOpenForWrite;
+    resident->owner = own->handle;
+    if (const auto owner = Lens(ObjectAccess::content(*object), dialect()).owner_tag()) {
+      LensWriter(ObjectAccess::writable(*object), dialect()).set_handle(*owner, own->handle);
+      ObjectAccess::changed(*object);
+    }
+    object->addPersistentReactor(objectId());
+  } else {
+    drawing.add(*object, own->handle, section, drawing.section_end(section), own->handle);
+    drawing.opened();
+  }
+  id = object->objectId();
+  file_entry(name, id.handle());
+  return Acad::eOk;
+}
+
+void AcDbDictionary::file_entry(std::wstring_view key, std::uint64_t handle) {
+  Entries& decoded = entries();
+  const std::size_t at = decoded.lower_bound(key);
+  const bool taken = at < decoded.sorted.size() && compare_keys(decoded.sorted[at].key, key) == 0;
+  if (taken) {
+    const std::uint64_t before = decoded.sorted[at].handle;
+    replace_reference(decoded.sorted[at].key, handle);
+    decoded.sorted[at].handle = handle;
+    erase_replaced(before);
+    return;
+  }
+  std::string pair;
+  cad::dxf::TagWriter writer(pair, dialect());
+  writer.text(3, key);
+  writer.handle(isTreatElementsAsHard() ? 360 : 350, handle);
+  std::string& tags = writable_content();
+  // In front of the entry that follows in order, where the file keeps its entries in order.
+  std::optional<std::size_t> offset;
+  if (at < decoded.sorted.size()) offset = key_offset(decoded.sorted[at].key);
+  LensWriter(tags, dialect()).insert(offset.value_or(Lens(tags, dialect()).part_end(kPart)), pair);
+  decoded.sorted.insert(decoded.sorted.begin() + static_cast<std::ptrdiff_t>(at),
+                        {std::wstring(key), handle});
+  content_changed();
+}
+
+std::optional<std::size_t> AcDbDictionary::key_offset(std::wstring_view key) const {
+  cad::dxf::TagReader tags(content(), dialect());
+  cad::dxf::Tag tag;
+  bool inside = false;
+  while (tags.next(tag)) {
+    if (tag.code == 100) inside = tag.value == kPart;
+    if (inside && tag.code == 3 && cad::dxf::text_value(tag, dialect()) == key) return tag.begin;
+  }
+  return std::nullopt;
+}
+
+void AcDbDictionary::replace_reference(std::wstring_view key, std::uint64_t handle) {
+  const auto offset = key_offset(key);
+  if (!offset) return;
+  std::string& tags = writable_content();
+  cad::dxf::TagReader reader(tags, dialect(), *offset);
+  cad::dxf::Tag tag;
+  while (reader.next(tag)) {
+    if (!is_entry_reference(tag.code)) continue;
+    LensWriter(tags, dialect()).set_handle(tag, handle);
+    break;
+  }
+  content_changed();
+}
+
+void AcDbDictionary::erase_replaced(std::uint64_t handle) {
+  Drawing& drawing = StubStore::drawing_of(*ObjectAccess::stub(*this));
+  Stub* stub = drawing.find(handle);
+  if (stub && !stub->erased()) ObjectAccess::turn(drawing, *stub, true);
+}
+
+Acad::ErrorStatus AcDbDictionary::take_out(std::size_t position) {
+  Entries& decoded = entries();
+  const std::wstring key = decoded.sorted[position].key;
+  if (const auto offset = key_offset(key)) {
+    std::string& tags = writable_content();
+    cad::dxf::TagReader reader(tags, dialect(), *offset);
+    cad::dxf::Tag tag;
+    while (reader.next(tag) && !is_entry_reference(tag.code)) {
+    }
+    LensWriter(tags, dialect()).remove(*offset, tag.end);
+    content_changed();
+  }
+  decoded.sorted.erase(decoded.sorted.begin() + static_cast<std::ptrdiff_t>(position));
+  return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbDictionary::remove(const ACHAR* key) {
+  if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
+  const auto* found = key ? entries().find(key) : nullptr;
+  if (!found) return Acad::eKeyNotFound;
+  return take_out(static_cast<std::size_t>(found - entries().sorted.data()));
+}
+
+Acad::ErrorStatus AcDbDictionary::remove(AcDbObjectId entry) {
+  if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
+  std::wstring key;
+  const Acad::ErrorStatus status = nameAt(entry, key);
+  return status == Acad::eOk ? remove(key.c_str()) : status;
+}
+
+void AcDbDictionary::entry_erased(AcDbObjectId entry) {
+  const auto& sorted = entries().sorted;
+  for (std::size_t i = 0; i < sorted.size(); ++i) {
+    if (sorted[i].handle == entry.handle()) {
+      take_out(i);
+      return;
+    }
+  }
+}
+
+AcDbDictionaryIterator* AcDbDictionary::newIterator() const {
+  return new AcDbDictionaryIterator(*this);
+}
+
+AcDbDictionaryIterator::AcDbDictionaryIterator(const AcDbDictionary& dictionary)
+    : dictionary_(dictionary) {
+  stand_on(0);
+}
+
+AcDbDictionaryIterator::~AcDbDictionaryIterator() = default;
+
+void AcDbDictionaryIterator::stand_on(std::size_t from) {
+  const auto& sorted = dictionary_.entries().sorted;
+  for (std::size_t i = from; i < sorted.size(); ++i) {
+    id_ = live_entry(dictionary_, sorted[i].handle);
+    if (id_.isNull()) continue;
+    key_ = sorted[i].key;
+    done_ = false;
+    return;
+  }
+  done_ = true;
+  id_.setNull();
+}
+
+bool AcDbDictionaryIterator::done() const { return done_; }
+
+bool AcDbDictionaryIterator::next() {
+  if (done_) return false;
+  const auto& entries = dictionary_.entries();
+  std::size_t behind = entries.lower_bound(key_);
+  while (behind < entries.sorted.size() && compare_keys(entries.sorted[behind].key, key_) == 0) {
+    ++behind;
+  }
+  stand_on(behind);
+  return !done_;
+}
+
+const ACHAR* AcDbDictionaryIterator::name() const { return done_ ? nullptr : key_.c_str(); }
+AcDbObjectId AcDbDictionaryIterator::objectId() const { return id_; }
+
+Acad::ErrorStatus AcDbDictionaryIterator::getObject(AcDbObject*& object,
+                                                    AcDb::OpenMode mode) const {
+  object = nullptr;
+  if (done_) return Acad::eIteratorDone;
+  return acdbOpenAcDbObject(object, id_, mode);
+}
+
+std::vector<AcDbObjectId> cad::ObjectAccess::owned_entries(const AcDbDictionary& dictionary) {
+  std::vector<AcDbObjectId> owned;
+  const Stub* own = stub(dictionary);
+  if (!own) return owned;
+  Drawing& drawing = StubStore::drawing_of(*own);
+  for (const auto& entry : dictionary.entries().sorted) {
+    Stub* target = drawing.find(entry.handle);
+    if (target && target->owner == own->handle) owned.push_back(AcDbObjectId(target));
+  }
+  return owned;
+}

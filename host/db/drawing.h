@@ -1,0 +1,189 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "host/base/file.h"
+#include "host/base/result.h"
+#include "host/db/class_table.h"
+#include "host/db/database.h"
+#include "host/db/stub.h"
+#include "host/dxf/dialect.h"
+#include "host/dxf/scan.h"
+#include "host/dxf/tag_reader.h"
+
+namespace cad {
+
+/// The document behind an AcDbDatabase: the bytes that were read, the index of their objects, and
+/// what has been changed since. Untouched bytes are never copied or decoded.
+class Drawing {
+ public:
+  explicit Drawing(AcDbDatabase& database);
+  ~Drawing();
+  Drawing(const Drawing&) = delete;
+  Drawing& operator=(const Drawing&) = delete;
+
+  Status read(MappedFile file, const std::string& name);
+  Status read(std::string bytes, const std::string& name);
+
+  AcDbDatabase& database() { return database_; }
+  const dxf::Dialect& dialect() const { return dialect_; }
+  const std::string& name() const { return name_; }
+
+  // Objects.
+  Stub* find(std::uint64_t handle);
+  /// The stub of `handle`, or a placeholder that never opens and is never written, so that a
+  /// reference to nothing is written back as it was. Null for handle 0.
+  Stub* reference(std::uint64_t handle);
+  AcDbObject& object(Stub& stub);  ///< made on first use
+  const ClassRow& class_of(const Stub& stub) const;
+  std::string_view kind_name(const Stub& stub) const { return kinds_[stub.kind].name; }
+  std::string_view bytes_of(const Stub& stub) const;  ///< tags as they stand
+  Stub& stub_at(std::size_t index) { return stubs_[index]; }
+  std::size_t stub_count() const { return stubs_.size(); }
+
+  // New objects.
+  std::uint64_t allocate_handle();
+  std::uint64_t next_handle() const { return next_handle_; }
+  /// A stub for a new object of a section's end (OBJECTS, ENTITIES), of a table or of a block.
+  Stub& new_stub(std::string_view kind, std::uint64_t owner, dxf::Section section,
+                 std::uint64_t anchor);
+  /// Where new records of a section go; the section is made on saving when the file lacks it.
+  std::uint64_t section_end(dxf::Section section);
+  /// Gives `object`, new so far, handle, owner and place, respelled for this drawing. `reactor` is
+  /// written as its persistent reactor unless 0.
+  Stub& add(AcDbObject& object, std::uint64_t owner, dxf::Section section, std::uint64_t anchor,
+            std::uint64_t reactor);
+  void note_edit(Stub& stub);
+
+  // Header variables.
+  struct HeaderVariable {
+    dxf::Tag tag;          ///< the first value
+    std::uint64_t offset;  ///< of the value in the bytes
+  };
+  std::optional<HeaderVariable> header_variable(std::string_view name) const;
+
+  // Tables, blocks, spaces.
+  struct Table {
+    std::string name;
+    std::size_t stub = 0;      ///< the TABLE record
+    std::size_t end_stub = 0;  ///< index behind its last record
+    std::uint64_t end = 0;     ///< offset of ENDTAB
+    std::vector<std::size_t> added;
+  };
+  struct Block {
+    std::size_t begin = 0;  ///< stub of BLOCK
+    std::size_t end = 0;    ///< stub of ENDBLK
+    std::uint64_t end_offset = 0;
+    std::vector<std::size_t> added;
+  };
+  Table* table(std::string_view name);
+  Table* table_of(const Stub& stub);
+  /// A live record by name, letter case ignored.
+  Stub* table_record(std::string_view table, std::wstring_view name);
+  /// An erased record of that name that is still in memory.
+  Stub* erased_record(const Table& table, std::wstring_view name);
+  /// Must be called when records are added, renamed or erased.
+  void table_changed(std::string_view table);
+  std::vector<std::size_t> table_records(const Table& table);
+  /// Where new entities of a block record go; null for a record whose block is missing.
+  Block* block_of(std::uint64_t block_record);
+  bool is_space(std::uint64_t block_record);  ///< whether its entities stand in ENTITIES
+  void add_to_space(std::size_t index) { added_entities_.push_back(index); }
+  Stub* first_entity();
+  Stub* last_entity();
+  Stub* entity_behind(const Stub& stub);
+  Stub* first_in_block(std::uint64_t block_record);
+  Stub* next_in_block(std::uint64_t block_record, const Stub& stub);
+  /// Vertices, attributes and the end mark that belong to a polyline or block reference.
+  std::vector<Stub*> sub_entities(const Stub& main);
+  bool is_sub_entity(const Stub& stub) const;
+  bool has_locked_layers();
+  bool layer_is_locked(std::string_view raw_layer);
+  /// A table record was erased or brought back.
+  void record_turned(const Stub& stub);
+  /// Tells the user, once, that records cannot be stored in this release.
+  void alert_no_dictionaries();
+
+  // Open objects.
+  void opened() { ++open_count_; }
+  void closed() { --open_count_; }
+  std::size_t open_count() const { return open_count_; }
+
+  /// The first object of OBJECTS, when it is a dictionary: the root of all others.
+  Stub* root_dictionary();
+
+  const DrawingFacts& facts() const { return facts_; }
+  bool is_modified() const { return !edits_.empty(); }
+  Status save(const std::string& path, bool keep_backup, FileLock* lock) const;
+  std::string save_bytes() const;
+
+ private:
+  class Index;
+  struct Kind {
+    std::string name;
+    const ClassRow* row;
+    std::uint64_t count = 0;
+  };
+  struct SectionSpan {
+    dxf::Section section = dxf::Section::kNone;
+    std::uint64_t begin = 0;
+    std::uint64_t end = 0;  ///< offset of ENDSEC
+    std::size_t first_stub = 0;
+    std::size_t end_stub = 0;
+    bool made = false;  ///< not in the file
+  };
+  /// A stretch of the file and what is written in its place.
+  struct Patch {
+    std::uint64_t begin;
+    std::uint64_t length;
+    std::string_view bytes;
+  };
+
+  Status index();
+  std::uint16_t kind_of(std::string_view name, dxf::Section section);
+  SectionSpan* section(dxf::Section section);
+  void build_facts();
+  std::vector<Patch> patches(std::vector<std::string>& storage) const;
+  Patch handle_seed_patch(std::vector<std::string>& storage) const;
+  Stub* skip_to_entity(std::size_t index, std::size_t end);
+  Stub* added_behind(const std::vector<std::size_t>& added, std::size_t index);
+  std::uint64_t space_of(const Stub& stub) const;
+
+  AcDbDatabase& database_;
+  std::string name_;
+  std::optional<MappedFile> file_;
+  std::string memory_;
+  std::string_view bytes_;
+  dxf::Dialect dialect_;
+  dxf::Preamble preamble_;
+  StubStore stubs_;
+  HandleTable handles_;
+  std::vector<Kind> kinds_;
+  std::vector<SectionSpan> sections_;
+  std::vector<Table> tables_;
+  std::vector<Block> blocks_;
+  std::unordered_map<std::uint64_t, std::size_t> block_by_record_;
+  bool blocks_by_record_known_ = false;
+  std::vector<std::size_t> added_entities_;
+  std::map<std::string, std::unordered_map<std::wstring, std::size_t>, std::less<>> table_names_;
+  std::optional<std::vector<std::string>> locked_layers_;  // folded names
+  bool alerted_ = false;
+  mutable std::optional<std::unordered_map<std::string_view, HeaderVariable>> header_;
+  std::unordered_map<std::uint64_t, Stub*> missing_;
+  std::vector<Stub*> edits_;
+  std::uint64_t eof_ = 0;  ///< offset of the EOF record
+  std::uint64_t file_seed_ = 0;
+  std::uint64_t highest_handle_ = 0;
+  std::uint64_t next_handle_ = 1;
+  std::size_t open_count_ = 0;
+  DrawingFacts facts_;
+};
+
+}  // namespace cad

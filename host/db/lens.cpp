@@ -1,0 +1,226 @@
+#include "host/db/lens.h"
+
+#include <utility>
+#include <vector>
+
+#include "host/dxf/text.h"
+
+namespace cad {
+namespace {
+
+constexpr int kMarker = 100;
+constexpr int kEmbeddedObject = 101;  // from here on the tags belong to another object
+constexpr int kGroup = 102;
+constexpr int kFirstExtendedCode = 1000;
+
+/// Walks the tags of a record and says to which class part each belongs.
+class PartWalker {
+ public:
+  PartWalker(std::string_view bytes, const dxf::Dialect& dialect, std::string_view part)
+      : tags_(bytes, dialect), part_(part), markers_(has_markers(bytes, dialect)) {}
+
+  /// The next tag of the part; false at its end.
+  bool next(dxf::Tag& tag) {
+    while (tags_.next(tag)) {
+      if (tag.code >= kFirstExtendedCode || tag.code == kEmbeddedObject) return false;
+      if (tag.code == kMarker) {
+        inside_ = tag.value == part_;
+        in_group_ = false;
+        if (inside_) last_end_ = tag.end;
+        continue;
+      }
+      if (tag.code == kGroup) {
+        in_group_ = !tag.value.empty() && tag.value.front() == '{';
+        continue;
+      }
+      if (in_group_ || !(inside_ || !markers_)) continue;
+      last_end_ = tag.end;
+      return true;
+    }
+    return false;
+  }
+
+  std::size_t last_end() const { return last_end_; }
+
+ private:
+  static bool has_markers(std::string_view bytes, const dxf::Dialect& dialect) {
+    dxf::TagReader tags(bytes, dialect);
+    dxf::Tag tag;
+    while (tags.next(tag)) {
+      if (tag.code == kMarker) return true;
+    }
+    return false;
+  }
+
+  dxf::TagReader tags_;
+  std::string_view part_;
+  bool markers_;
+  bool inside_ = false;
+  bool in_group_ = false;
+  std::size_t last_end_ = 0;
+};
+
+}  // namespace
+
+std::optional<dxf::Tag> Lens::find(std::string_view part, int code) const {
+  PartWalker walker(bytes_, dialect_, part);
+  dxf::Tag tag;
+  while (walker.next(tag)) {
+    if (tag.code == code) return tag;
+  }
+  return std::nullopt;
+}
+
+std::size_t Lens::part_end(std::string_view part) const {
+  PartWalker walker(bytes_, dialect_, part);
+  dxf::Tag tag;
+  while (walker.next(tag)) {
+  }
+  return walker.last_end() ? walker.last_end() : extended_data();
+}
+
+std::optional<dxf::Tag> Lens::handle_tag() const {
+  dxf::TagReader tags(bytes_, dialect_);
+  dxf::Tag tag;
+  bool dimension_style = false;
+  while (tags.next(tag) && tag.code != kMarker && tag.code < kFirstExtendedCode) {
+    if (tag.code == 0) dimension_style = tag.value == "DIMSTYLE";
+    if (tag.code == (dimension_style ? 105 : 5)) return tag;
+  }
+  return std::nullopt;
+}
+
+std::optional<dxf::Tag> Lens::owner_tag() const {
+  dxf::TagReader tags(bytes_, dialect_);
+  dxf::Tag tag;
+  bool in_group = false;
+  while (tags.next(tag) && tag.code != kMarker && tag.code < kFirstExtendedCode) {
+    if (tag.code == kGroup) in_group = !tag.value.empty() && tag.value.front() == '{';
+    if (tag.code == 330 && !in_group) return tag;
+  }
+  return std::nullopt;
+}
+
+std::optional<Lens::Group> Lens::group(std::string_view name) const {
+  dxf::TagReader tags(bytes_, dialect_);
+  dxf::Tag tag;
+  std::optional<Group> found;
+  while (tags.next(tag) && tag.code != kMarker && tag.code < kFirstExtendedCode) {
+    if (tag.code != kGroup) continue;
+    if (found) {
+      found->closing = tag.begin;
+      found->end = tag.end;
+      return found;
+    }
+    if (tag.value == name) found = Group{tag.begin, tag.end, tag.end, tag.end};
+  }
+  return std::nullopt;
+}
+
+std::size_t Lens::extended_data() const {
+  dxf::TagReader tags(bytes_, dialect_);
+  dxf::Tag tag;
+  std::size_t end = 0;
+  while (tags.next(tag)) {
+    if (tag.code == 1001) return tag.begin;
+    end = tag.end;
+  }
+  return end;
+}
+
+std::int64_t Lens::integer(std::string_view part, int code, std::int64_t absent) const {
+  const auto tag = find(part, code);
+  return tag ? dxf::int_value(*tag, dialect_) : absent;
+}
+
+double Lens::real(std::string_view part, int code, double absent) const {
+  const auto tag = find(part, code);
+  return tag ? dxf::real_value(*tag, dialect_) : absent;
+}
+
+std::wstring Lens::text(std::string_view part, int code) const {
+  const auto tag = find(part, code);
+  return tag ? dxf::text_value(*tag, dialect_) : std::wstring();
+}
+
+AcGePoint3d Lens::point(std::string_view part, int code) const {
+  return {real(part, code, 0.0), real(part, code + 10, 0.0), real(part, code + 20, 0.0)};
+}
+
+std::wstring Lens::chunked_text(std::string_view part) const {
+  std::string pieces;  // joined before decoding: a chunk may end inside an escape
+  PartWalker walker(bytes_, dialect_, part);
+  dxf::Tag tag;
+  while (walker.next(tag)) {
+    if (tag.code == 3 || tag.code == 1) pieces += tag.value;
+  }
+  std::wstring text;
+  dxf::append_decoded(pieces, dialect_, text);
+  return text;
+}
+
+void LensWriter::replace_value(const dxf::Tag& old, std::string_view tag) {
+  dxf::TagReader reader(tag, dialect_);
+  dxf::Tag fresh;
+  if (!reader.next(fresh)) return;
+  const auto offset = static_cast<std::size_t>(old.value.data() - bytes_.data());
+  bytes_.replace(offset, old.value.size(), fresh.value);
+}
+
+void LensWriter::put(std::string_view part, int code, std::string_view tag) {
+  const Lens lens(bytes_, dialect_);
+  if (const auto old = lens.find(part, code)) return replace_value(*old, tag);
+  insert(lens.part_end(part), tag);
+}
+
+void LensWriter::set_text(std::string_view part, int code, std::wstring_view value) {
+  std::string tag;
+  dxf::TagWriter(tag, dialect_).text(code, value);
+  put(part, code, tag);
+}
+
+void LensWriter::set_integer(std::string_view part, int code, std::int64_t value) {
+  std::string tag;
+  dxf::TagWriter(tag, dialect_).integer(code, value);
+  put(part, code, tag);
+}
+
+void LensWriter::set_real(std::string_view part, int code, double value) {
+  std::string tag;
+  dxf::TagWriter(tag, dialect_).real(code, value);
+  put(part, code, tag);
+}
+
+void LensWriter::set_point(std::string_view part, int code, const AcGePoint3d& value) {
+  set_real(part, code, value.x);
+  set_real(part, code + 10, value.y);
+  set_real(part, code + 20, value.z);
+}
+
+void LensWriter::set_chunked_text(std::string_view part, std::wstring_view value) {
+  constexpr std::size_t kPiece = 250;
+  std::string pieces;
+  dxf::TagWriter writer(pieces, dialect_);
+  for (; value.size() > kPiece; value.remove_prefix(kPiece)) {
+    writer.text(3, value.substr(0, kPiece));
+  }
+  writer.text(1, value);
+
+  std::vector<std::pair<std::size_t, std::size_t>> old;
+  PartWalker walker(bytes_, dialect_, part);
+  dxf::Tag tag;
+  while (walker.next(tag)) {
+    if (tag.code == 3 || tag.code == 1) old.emplace_back(tag.begin, tag.end);
+  }
+  const std::size_t place = old.empty() ? Lens(bytes_, dialect_).part_end(part) : old.front().first;
+  for (auto piece = old.rbegin(); piece != old.rend(); ++piece) remove(piece->first, piece->second);
+  insert(place, pieces);
+}
+
+void LensWriter::set_handle(const dxf::Tag& old, std::uint64_t value) {
+  std::string tag;
+  dxf::TagWriter(tag, dialect_).handle(old.code, value);
+  replace_value(old, tag);
+}
+
+}  // namespace cad

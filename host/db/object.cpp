@@ -1,0 +1,284 @@
+#include "host/db/object.h"
+
+#include <utility>
+
+#include "host/db/content.h"
+#include "host/db/database.h"
+#include "host/db/dictionary.h"
+#include "host/db/drawing.h"
+#include "host/db/lens.h"
+#include "host/db/object_access.h"
+
+PN_RX_DEFINE(AcDbObject, AcRxObject, L"")
+
+namespace {
+
+using cad::Drawing;
+using cad::Lens;
+using cad::LensWriter;
+using cad::ObjectAccess;
+using cad::Stub;
+using cad::StubStore;
+
+constexpr std::string_view kExtensionGroup = "{ACAD_XDICTIONARY";
+constexpr std::string_view kReactorGroup = "{ACAD_REACTORS";
+
+/// The reference inside an extension-dictionary group; 0 when it holds none.
+std::uint64_t reference_in(std::string_view bytes, const cad::dxf::Dialect& dialect,
+                           const Lens::Group& group) {
+  cad::dxf::TagReader tags(bytes.substr(0, group.closing), dialect, group.inside);
+  cad::dxf::Tag tag;
+  while (tags.next(tag)) {
+    if (tag.code == 360 || tag.code == 350) return cad::dxf::handle_value(tag);
+  }
+  return 0;
+}
+
+/// The extension dictionary an object's tags name, null when there is none or it leads nowhere.
+Stub* extension_of(Drawing& drawing, const Stub& stub) {
+  const std::string_view bytes = drawing.bytes_of(stub);
+  const Lens lens(bytes, drawing.dialect());
+  const auto group = lens.group(kExtensionGroup);
+  if (!group) return nullptr;
+  Stub* found = drawing.find(reference_in(bytes, drawing.dialect(), *group));
+  const bool dictionary =
+      found && drawing.class_of(*found).describe()->isDerivedFrom(AcDbDictionary::desc());
+  return dictionary && found != &stub ? found : nullptr;
+}
+
+/// What goes and comes with an object: its sub-entities, its extension dictionary, and the entries
+/// of a dictionary that owns them.
+std::vector<Stub*> dependants(Drawing& drawing, Stub& stub) {
+  std::vector<Stub*> found = drawing.sub_entities(stub);
+  if (Stub* extension = extension_of(drawing, stub)) found.push_back(extension);
+  if (const auto* dictionary = AcDbDictionary::cast(&drawing.object(stub))) {
+    for (const AcDbObjectId entry : ObjectAccess::owned_entries(*dictionary)) {
+      found.push_back(entry.stub());
+    }
+  }
+  return found;
+}
+
+}  // namespace
+
+/// Erases or brings back `first` and all that depends on it. A worklist, because drawings may nest
+/// deeper than the stack; cycles end because every object turns only once.
+void ObjectAccess::turn(Drawing& drawing, Stub& first, bool erased) {
+  std::vector<Stub*> work{&first};
+  while (!work.empty()) {
+    Stub& stub = *work.back();
+    work.pop_back();
+    if (stub.erased() == erased || stub.has(Stub::kMissing)) continue;
+    const std::vector<Stub*> more = dependants(drawing, stub);
+    stub.flags = static_cast<std::uint8_t>(erased ? stub.flags | Stub::kErased
+                                                  : stub.flags & ~Stub::kErased);
+    drawing.note_edit(stub);
+    if (stub.section == cad::dxf::Section::kTables) drawing.record_turned(stub);
+    work.insert(work.end(), more.begin(), more.end());
+  }
+}
+
+AcDbObject::AcDbObject(std::string_view record)
+    : data_(record.data()),
+      size_(static_cast<std::uint32_t>(record.size())),
+      flags_(cad::kOpenWrite | cad::kNewObject) {}
+
+AcDbObject::~AcDbObject() = default;
+
+AcDbObjectId AcDbObject::objectId() const { return AcDbObjectId(stub_); }
+
+AcDbObjectId AcDbObject::ownerId() const {
+  return stub_ ? AcDbObjectId(StubStore::drawing_of(*stub_).find(stub_->owner)) : AcDbObjectId();
+}
+
+void AcDbObject::getAcDbHandle(AcDbHandle& handle) const { handle = objectId().handle(); }
+
+AcDbDatabase* AcDbObject::database() const { return objectId().database(); }
+
+bool AcDbObject::isReadEnabled() const { return readers_ != 0 || isWriteEnabled(); }
+bool AcDbObject::isWriteEnabled() const { return (flags_ & cad::kOpenWrite) != 0; }
+bool AcDbObject::isNotifyEnabled() const { return (flags_ & cad::kOpenNotify) != 0; }
+bool AcDbObject::isNewObject() const { return (flags_ & cad::kNewObject) != 0; }
+bool AcDbObject::isModified() const { return (flags_ & cad::kModified) != 0; }
+bool AcDbObject::isErased() const { return stub_ && stub_->erased(); }
+
+Acad::ErrorStatus AcDbObject::close() {
+  if (!stub_) return Acad::eNotInDatabase;
+  if (!ObjectAccess::is_open(*this)) return Acad::eNotOpenForRead;
+  if (isWriteEnabled()) {
+    flags_ =
+        static_cast<std::uint8_t>(flags_ & ~(cad::kOpenWrite | cad::kNewObject | cad::kModified));
+  } else if (readers_ != 0) {
+    --readers_;
+  } else {
+    flags_ = static_cast<std::uint8_t>(flags_ & ~cad::kOpenNotify);
+  }
+  if (!ObjectAccess::is_open(*this)) StubStore::drawing_of(*stub_).closed();
+  return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbObject::upgradeOpen() {
+  if (isWriteEnabled()) return Acad::eWasOpenForWrite;
+  if (readers_ == 0) return Acad::eNotOpenForRead;
+  if (readers_ > 1) return Acad::eHadMultipleReaders;
+  if (stub_ && ObjectAccess::on_locked_layer(*this)) return Acad::eOnLockedLayer;
+  readers_ = 0;
+  flags_ |= cad::kOpenWrite;
+  return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbObject::downgradeOpen() {
+  if (!isWriteEnabled() || !stub_) return Acad::eNotOpenForWrite;
+  flags_ = static_cast<std::uint8_t>(flags_ & ~(cad::kOpenWrite | cad::kModified));
+  readers_ = 1;
+  return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbObject::erase(bool erasing) {
+  if (!stub_) return Acad::eNotInDatabase;
+  if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
+  if (isErased() == erasing) return erasing ? Acad::eWasErased : Acad::eWasNotErased;
+  Drawing& drawing = StubStore::drawing_of(*stub_);
+  ObjectAccess::turn(drawing, *stub_, erasing);
+  if (erasing && stub_->owner != 0) {
+    Stub* owner = drawing.find(stub_->owner);
+    if (owner && !owner->erased()) ObjectAccess::entry_erased(drawing.object(*owner), objectId());
+  }
+  return Acad::eOk;
+}
+
+AcDbObjectId AcDbObject::extensionDictionary() const {
+  return stub_ ? AcDbObjectId(extension_of(StubStore::drawing_of(*stub_), *stub_)) : AcDbObjectId();
+}
+
+Acad::ErrorStatus AcDbObject::createExtensionDictionary() {
+  if (!stub_) return Acad::eNotInDatabase;
+  if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
+  Drawing& drawing = StubStore::drawing_of(*stub_);
+  if (!drawing.dialect().has_dictionaries()) {
+    drawing.alert_no_dictionaries();
+    return Acad::eNotApplicable;
+  }
+  if (stub_->handle == 0 || stub_->has(Stub::kStrayTwin)) return Acad::eBrokenHandle;
+  if (extension_of(drawing, *stub_)) return Acad::eAlreadyInDb;
+
+  auto* dictionary = new AcDbDictionary;
+  dictionary->setTreatElementsAsHard(true);
+  const auto objects = cad::dxf::Section::kObjects;
+  const Stub& made =
+      drawing.add(*dictionary, stub_->handle, objects, drawing.section_end(objects), 0);
+  drawing.opened();
+  dictionary->close();
+
+  std::string& tags = writable_content();
+  const Lens lens(tags, dialect());
+  LensWriter writer(tags, dialect());
+  if (const auto stale = lens.group(kExtensionGroup)) writer.remove(stale->begin, stale->end);
+  const auto handle = Lens(tags, dialect()).handle_tag();
+  std::string group;
+  cad::dxf::TagWriter text(group, dialect());
+  text.raw(102, kExtensionGroup);
+  text.handle(360, made.handle);
+  text.raw(102, "}");
+  writer.insert(handle ? handle->end : 0, group);
+  content_changed();
+  return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbObject::releaseExtensionDictionary() {
+  if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
+  const AcDbObjectId id = extensionDictionary();
+  if (id.isNull()) return Acad::eKeyNotFound;
+  Drawing& drawing = StubStore::drawing_of(*stub_);
+  auto* dictionary = AcDbDictionary::cast(&drawing.object(*id.stub()));
+  if (!id.isErased() && dictionary->numEntries() != 0) return Acad::eContainerNotEmpty;
+  ObjectAccess::turn(drawing, *id.stub(), true);
+  std::string& tags = writable_content();
+  if (const auto group = Lens(tags, dialect()).group(kExtensionGroup)) {
+    LensWriter(tags, dialect()).remove(group->begin, group->end);
+  }
+  content_changed();
+  return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbObject::addPersistentReactor(AcDbObjectId reactor) {
+  if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
+  if (reactor.isNull()) return Acad::eNullObjectId;
+  if (hasPersistentReactor(reactor)) return Acad::eOk;
+  std::string& tags = writable_content();
+  const Lens lens(tags, dialect());
+  std::string text;
+  cad::dxf::TagWriter writer(text, dialect());
+  if (const auto group = lens.group(kReactorGroup)) {
+    writer.handle(330, reactor.handle());
+    LensWriter(tags, dialect()).insert(group->closing, text);
+  } else {
+    writer.raw(102, kReactorGroup);
+    writer.handle(330, reactor.handle());
+    writer.raw(102, "}");
+    const auto extension = lens.group(kExtensionGroup);
+    const auto handle = lens.handle_tag();
+    LensWriter(tags, dialect()).insert(extension ? extension->end : handle ? handle->end : 0, text);
+  }
+  content_changed();
+  return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbObject::removePersistentReactor(AcDbObjectId reactor) {
+  if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
+  const auto group = Lens(content(), dialect()).group(kReactorGroup);
+  if (!group) return Acad::eKeyNotFound;
+  cad::dxf::TagReader tags(content().substr(0, group->closing), dialect(), group->inside);
+  cad::dxf::Tag tag;
+  int others = 0;
+  std::optional<std::pair<std::size_t, std::size_t>> span;
+  while (tags.next(tag)) {
+    if (cad::dxf::handle_value(tag) == reactor.handle()) {
+      span.emplace(tag.begin, tag.end);
+    } else {
+      ++others;
+    }
+  }
+  if (!span) return Acad::eKeyNotFound;
+  if (others == 0) span.emplace(group->begin, group->end);
+  LensWriter(writable_content(), dialect()).remove(span->first, span->second);
+  content_changed();
+  return Acad::eOk;
+}
+
+bool AcDbObject::hasPersistentReactor(AcDbObjectId reactor) const {
+  const auto group = Lens(content(), dialect()).group(kReactorGroup);
+  if (!group || reactor.isNull()) return false;
+  cad::dxf::TagReader tags(content().substr(0, group->closing), dialect(), group->inside);
+  cad::dxf::Tag tag;
+  while (tags.next(tag)) {
+    if (cad::dxf::handle_value(tag) == reactor.handle()) return true;
+  }
+  return false;
+}
+
+const cad::dxf::Dialect& AcDbObject::dialect() const {
+  return stub_ ? StubStore::drawing_of(*stub_).dialect() : cad::memory_dialect();
+}
+
+std::string& AcDbObject::writable_content() {
+  if (!owned_) owned_ = std::make_unique<std::string>(content());
+  return *owned_;
+}
+
+void AcDbObject::content_changed() {
+  data_ = owned_->data();
+  size_ = static_cast<std::uint32_t>(owned_->size());
+  flags_ |= cad::kModified;
+  if (stub_) StubStore::drawing_of(*stub_).note_edit(*stub_);
+}
+
+Acad::ErrorStatus AcDbObject::patch(const std::function<void(LensWriter&)>& change) {
+  if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
+  LensWriter writer(writable_content(), dialect());
+  change(writer);
+  content_changed();
+  return Acad::eOk;
+}
+
+void AcDbObject::entry_erased(AcDbObjectId) {}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "host/db/object.h"
+#include "host/db/stub.h"
+
+class AcDbDictionary;
+
+namespace cad {
+
+/// Bits of AcDbObject::flags_.
+enum OpenFlag : std::uint8_t {
+  kOpenWrite = 1,
+  kOpenNotify = 2,
+  kNewObject = 4,  // made with new and not closed since
+  kModified = 8,
+};
+
+/// The host's way into the private part of objects. Nothing outside host/db uses it.
+class ObjectAccess {
+ public:
+  template <class T>
+  static AcDbObject* make(std::string_view record) {
+    return new T(record);
+  }
+
+  static Stub* stub(const AcDbObject& object) { return object.stub_; }
+  static std::string_view content(const AcDbObject& object) { return object.content(); }
+  static const dxf::Dialect& dialect(const AcDbObject& object) { return object.dialect(); }
+  static std::string& writable(AcDbObject& object) { return object.writable_content(); }
+  static void changed(AcDbObject& object) { object.content_changed(); }
+
+  /// Makes `object` the resident one of `stub`, not open.
+  static void attach(AcDbObject& object, Stub& stub) {
+    object.stub_ = &stub;
+    object.flags_ = 0;
+    stub.object = &object;
+  }
+  /// Makes a new object resident; it stays open for write.
+  static void adopt(AcDbObject& object, Stub& stub, std::string content) {
+    object.stub_ = &stub;
+    object.owned_ = std::make_unique<std::string>(std::move(content));
+    object.content_changed();
+    stub.object = &object;
+  }
+  static bool is_open(const AcDbObject& object) {
+    return object.readers_ != 0 || (object.flags_ & (kOpenWrite | kOpenNotify)) != 0;
+  }
+  static void entry_erased(AcDbObject& owner, AcDbObjectId entry) { owner.entry_erased(entry); }
+  static Acad::ErrorStatus open(AcDbObject& object, AcDb::OpenMode mode);
+  /// An entity whose layer is locked. The object must be resident.
+  static bool on_locked_layer(const AcDbObject& object);
+  /// Erases or brings back an object and all that depends on it.
+  static void turn(Drawing& drawing, Stub& stub, bool erased);
+  /// Entries the dictionary owns, erased ones included.
+  static std::vector<AcDbObjectId> owned_entries(const AcDbDictionary& dictionary);
+};
+
+}  // namespace cad

@@ -1,0 +1,258 @@
+#include "host/db/symbol_table.h"
+
+#include "host/db/block.h"
+#include "host/db/drawing.h"
+#include "host/db/lens.h"
+#include "host/db/object_access.h"
+#include "host/db/open.h"
+
+PN_RX_DEFINE(AcDbSymbolTable, AcDbObject, L"TABLE")
+PN_RX_DEFINE(AcDbSymbolTableRecord, AcDbObject, L"")
+PN_RX_DEFINE(AcDbLayerTable, AcDbSymbolTable, L"TABLE")
+PN_RX_DEFINE(AcDbLayerTableRecord, AcDbSymbolTableRecord, L"LAYER")
+PN_RX_DEFINE(AcDbTextStyleTable, AcDbSymbolTable, L"TABLE")
+PN_RX_DEFINE(AcDbLinetypeTable, AcDbSymbolTable, L"TABLE")
+PN_RX_DEFINE(AcDbRegAppTable, AcDbSymbolTable, L"TABLE")
+PN_RX_DEFINE(AcDbRegAppTableRecord, AcDbSymbolTableRecord, L"APPID")
+PN_RX_DEFINE(AcDbBlockTable, AcDbSymbolTable, L"TABLE")
+PN_RX_DEFINE(AcDbBlockTableRecord, AcDbSymbolTableRecord, L"BLOCK_RECORD")
+
+namespace {
+
+using cad::Drawing;
+using cad::Lens;
+using cad::LensWriter;
+using cad::ObjectAccess;
+using cad::Stub;
+using cad::StubStore;
+
+constexpr std::string_view kLayerPart = "AcDbLayerTableRecord";
+constexpr std::int64_t kFrozen = 1;
+constexpr std::int64_t kLocked = 4;
+constexpr std::int64_t kWhite = 7;
+
+constexpr std::string_view kNewLayer =
+    "  0\nLAYER\n  5\n0\n330\n0\n100\nAcDbSymbolTableRecord\n100\nAcDbLayerTableRecord\n"
+    "  2\n\n 70\n     0\n 62\n     7\n  6\nContinuous\n";
+constexpr std::string_view kNewRegApp =
+    "  0\nAPPID\n  5\n0\n330\n0\n100\nAcDbSymbolTableRecord\n100\nAcDbRegAppTableRecord\n"
+    "  2\n\n 70\n     0\n";
+
+/// The class part in which a record of a kind keeps its name.
+std::string_view name_part(std::string_view kind) {
+  constexpr std::pair<std::string_view, std::string_view> kParts[] = {
+      {"LAYER", kLayerPart},
+      {"STYLE", "AcDbTextStyleTableRecord"},
+      {"LTYPE", "AcDbLinetypeTableRecord"},
+      {"APPID", "AcDbRegAppTableRecord"},
+      {"BLOCK_RECORD", "AcDbBlockTableRecord"},
+      {"DIMSTYLE", "AcDbDimStyleTableRecord"},
+      {"UCS", "AcDbUCSTableRecord"},
+      {"VIEW", "AcDbViewTableRecord"},
+      {"VPORT", "AcDbViewportTableRecord"},
+  };
+  for (const auto& [candidate, part] : kParts) {
+    if (candidate == kind) return part;
+  }
+  return "AcDbSymbolTableRecord";
+}
+
+std::string_view kind_of(std::string_view content, const cad::dxf::Dialect& dialect) {
+  cad::dxf::TagReader tags(content, dialect);
+  cad::dxf::Tag tag;
+  return tags.next(tag) ? tag.value : std::string_view();
+}
+
+}  // namespace
+
+std::wstring AcDbSymbolTableRecord::name() const {
+  return Lens(content(), dialect()).text(name_part(kind_of(content(), dialect())), 2);
+}
+
+Acad::ErrorStatus AcDbSymbolTableRecord::getName(ACHAR*& name) const {
+  name = acutNewString(this->name().c_str());
+  return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbSymbolTableRecord::setName(const ACHAR* name) {
+  if (!name || !*name) return Acad::eInvalidInput;
+  const std::string_view kind = kind_of(content(), dialect());
+  const std::string_view part = name_part(kind);
+  const Acad::ErrorStatus status = patch([&](LensWriter& tags) { tags.set_text(part, 2, name); });
+  if (const Stub* own = ObjectAccess::stub(*this)) StubStore::drawing_of(*own).record_turned(*own);
+  return status;
+}
+
+Acad::ErrorStatus AcDbSymbolTable::getAt(const ACHAR* name, AcDbObjectId& record,
+                                         bool getErased) const {
+  record.setNull();
+  const Stub* own = ObjectAccess::stub(*this);
+  if (!own || !name) return Acad::eInvalidInput;
+  Drawing& drawing = StubStore::drawing_of(*own);
+  const Drawing::Table* table = drawing.table_of(*own);
+  if (!table) return Acad::eKeyNotFound;
+  record = AcDbObjectId(drawing.table_record(table->name, name));
+  if (record.isNull() && getErased) record = AcDbObjectId(drawing.erased_record(*table, name));
+  return record.isNull() ? Acad::eKeyNotFound : Acad::eOk;
+}
+
+bool AcDbSymbolTable::has(const ACHAR* name) const {
+  AcDbObjectId record;
+  return getAt(name, record) == Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbSymbolTable::add(AcDbObjectId& id, AcDbSymbolTableRecord* record) {
+  id.setNull();
+  if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
+  if (!record) return Acad::eNullObjectPointer;
+  if (ObjectAccess::stub(*record)) return Acad::eAlreadyInDb;
+  const Stub* own = ObjectAccess::stub(*this);
+  if (!own) return Acad::eNotInDatabase;
+  Drawing& drawing = StubStore::drawing_of(*own);
+  Drawing::Table* table = drawing.table_of(*own);
+  if (!table) return Acad::eNotInDatabase;
+  if (kind_of(ObjectAccess::content(*record), ObjectAccess::dialect(*record)) != table->name) {
+    return Acad::eWrongObjectType;
+  }
+  const std::wstring name = record->name();
+  if (name.empty()) return Acad::eInvalidInput;
+  if (drawing.table_record(table->name, name)) return Acad::eDuplicateRecordName;
+  Stub& stub = drawing.add(*record, own->handle, cad::dxf::Section::kTables, table->end, 0);
+  drawing.opened();
+  table->added.push_back(StubStore::index_of(stub));
+  drawing.table_changed(table->name);
+  id = record->objectId();
+  return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbSymbolTable::newIterator(AcDbSymbolTableIterator*& iterator) const {
+  iterator = new AcDbSymbolTableIterator;
+  const Stub* own = ObjectAccess::stub(*this);
+  if (!own) return Acad::eOk;
+  Drawing& drawing = StubStore::drawing_of(*own);
+  const Drawing::Table* table = drawing.table_of(*own);
+  if (!table) return Acad::eOk;
+  for (const std::size_t index : drawing.table_records(*table)) {
+    iterator->records_.push_back(AcDbObjectId(&drawing.stub_at(index)));
+  }
+  return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbSymbolTableIterator::getRecordId(AcDbObjectId& id) const {
+  if (done()) return Acad::eIteratorDone;
+  id = records_[position_];
+  return Acad::eOk;
+}
+
+AcDbLayerTableRecord::AcDbLayerTableRecord() : AcDbSymbolTableRecord(kNewLayer) {}
+AcDbRegAppTableRecord::AcDbRegAppTableRecord() : AcDbSymbolTableRecord(kNewRegApp) {}
+
+namespace {
+
+std::int64_t layer_flags(const Lens& lens) { return lens.integer(kLayerPart, 70, 0); }
+std::int64_t layer_color(const Lens& lens) { return lens.integer(kLayerPart, 62, kWhite); }
+
+}  // namespace
+
+bool AcDbLayerTableRecord::isFrozen() const {
+  return (layer_flags(Lens(content(), dialect())) & kFrozen) != 0;
+}
+
+bool AcDbLayerTableRecord::isLocked() const {
+  return (layer_flags(Lens(content(), dialect())) & kLocked) != 0;
+}
+
+bool AcDbLayerTableRecord::isOff() const { return layer_color(Lens(content(), dialect())) < 0; }
+
+Acad::ErrorStatus AcDbLayerTableRecord::setIsFrozen(bool frozen) {
+  const std::int64_t flags = layer_flags(Lens(content(), dialect()));
+  return patch([&](LensWriter& tags) {
+    tags.set_integer(kLayerPart, 70, frozen ? flags | kFrozen : flags & ~kFrozen);
+  });
+}
+
+Acad::ErrorStatus AcDbLayerTableRecord::setIsLocked(bool locked) {
+  const std::int64_t flags = layer_flags(Lens(content(), dialect()));
+  return patch([&](LensWriter& tags) {
+    tags.set_integer(kLayerPart, 70, locked ? flags | kLocked : flags & ~kLocked);
+  });
+}
+
+Acad::ErrorStatus AcDbLayerTableRecord::setIsOff(bool off) {
+  const std::int64_t color = colorIndex();
+  return patch([&](LensWriter& tags) { tags.set_integer(kLayerPart, 62, off ? -color : color); });
+}
+
+int AcDbLayerTableRecord::colorIndex() const {
+  const std::int64_t color = layer_color(Lens(content(), dialect()));
+  return static_cast<int>(color < 0 ? -color : color);
+}
+
+Acad::ErrorStatus AcDbLayerTableRecord::setColorIndex(int color) {
+  if (color < 1 || color > 255) return Acad::eOutOfRange;
+  const bool off = isOff();
+  return patch([&](LensWriter& tags) { tags.set_integer(kLayerPart, 62, off ? -color : color); });
+}
+
+Acad::ErrorStatus AcDbBlockTableRecord::appendAcDbEntity(AcDbObjectId& id, AcDbEntity* entity) {
+  id.setNull();
+  if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
+  if (!entity) return Acad::eNullEntityPointer;
+  if (ObjectAccess::stub(*entity)) return Acad::eAlreadyInDb;
+  const Stub* own = ObjectAccess::stub(*this);
+  if (!own) return Acad::eNotInDatabase;
+  Drawing& drawing = StubStore::drawing_of(*own);
+
+  const Lens fresh(ObjectAccess::content(*entity), ObjectAccess::dialect(*entity));
+  const std::wstring layer = fresh.text("AcDbEntity", 8);
+  if (layer.empty()) {
+    const std::wstring current = drawing.database().header_value("$CLAYER");
+    entity->setLayer(current.empty() ? L"0" : current.c_str());
+  } else if (!drawing.table_record("LAYER", layer)) {
+    return Acad::eKeyNotFound;
+  }
+
+  using cad::dxf::Section;
+  if (drawing.is_space(own->handle)) {
+    Stub& stub = drawing.add(*entity, own->handle, Section::kEntities,
+                             drawing.section_end(Section::kEntities), 0);
+    drawing.add_to_space(StubStore::index_of(stub));
+  } else {
+    Drawing::Block* block = drawing.block_of(own->handle);
+    if (!block) return Acad::eInvalidBlockName;
+    Stub& stub = drawing.add(*entity, own->handle, Section::kBlocks, block->end_offset, 0);
+    block->added.push_back(StubStore::index_of(stub));
+  }
+  drawing.opened();
+  id = entity->objectId();
+  return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbBlockTableRecord::newIterator(AcDbBlockTableRecordIterator*& iterator) const {
+  iterator = new AcDbBlockTableRecordIterator(objectId());
+  return Acad::eOk;
+}
+
+void AcDbBlockTableRecordIterator::start() {
+  current_.setNull();
+  if (block_.isNull()) return;
+  Drawing& drawing = StubStore::drawing_of(*block_.stub());
+  current_ = AcDbObjectId(drawing.first_in_block(block_.stub()->handle));
+}
+
+void AcDbBlockTableRecordIterator::step() {
+  if (done()) return;
+  Drawing& drawing = StubStore::drawing_of(*block_.stub());
+  current_ = AcDbObjectId(drawing.next_in_block(block_.stub()->handle, *current_.stub()));
+}
+
+Acad::ErrorStatus AcDbBlockTableRecordIterator::getEntityId(AcDbObjectId& id) const {
+  id = current_;
+  return done() ? Acad::eIteratorDone : Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbBlockTableRecordIterator::getEntity(AcDbEntity*& entity,
+                                                          AcDb::OpenMode mode) const {
+  entity = nullptr;
+  return done() ? Acad::eIteratorDone : acdbOpenAcDbEntity(entity, current_, mode);
+}

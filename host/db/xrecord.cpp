@@ -1,0 +1,78 @@
+#include "host/db/xrecord.h"
+
+#include "host/db/buffer_tags.h"
+#include "host/db/database.h"
+#include "host/db/drawing.h"
+#include "host/db/object_access.h"
+
+PN_RX_DEFINE(AcDbXrecord, AcDbObject, L"XRECORD")
+
+namespace {
+
+constexpr std::string_view kPart = "AcDbXrecord";
+constexpr std::string_view kNewXrecord =
+    "  0\nXRECORD\n  5\n0\n330\n0\n100\nAcDbXrecord\n280\n     1\n";
+constexpr int kCloningFlag = 280;
+
+/// Where the values begin: behind the class marker and the cloning flag. Values run to the end of
+/// the record or to extended data.
+std::size_t values_begin(std::string_view bytes, const cad::dxf::Dialect& dialect) {
+  cad::dxf::TagReader tags(bytes, dialect);
+  cad::dxf::Tag tag;
+  while (tags.next(tag)) {
+    if (tag.code != 100 || tag.value != kPart) continue;
+    const std::size_t behind_marker = tag.end;
+    return tags.next(tag) && tag.code == kCloningFlag ? tag.end : behind_marker;
+  }
+  return bytes.size();
+}
+
+std::size_t values_end(std::string_view bytes, const cad::dxf::Dialect& dialect,
+                       std::size_t begin) {
+  cad::dxf::TagReader tags(bytes, dialect, begin);
+  cad::dxf::Tag tag;
+  while (tags.next(tag)) {
+    if (tag.code == 1001) return tag.begin;
+  }
+  return bytes.size();
+}
+
+bool is_value_code(int code) { return code >= 1 && code <= 369 && code != 5 && code != 105; }
+
+}  // namespace
+
+AcDbXrecord::AcDbXrecord() : AcDbObject(kNewXrecord) {}
+AcDbXrecord::AcDbXrecord(std::string_view record) : AcDbObject(record) {}
+
+Acad::ErrorStatus AcDbXrecord::rbChain(resbuf** chain, AcDbDatabase* database) const {
+  if (!chain) return Acad::eInvalidInput;
+  *chain = nullptr;
+  if (!isReadEnabled()) return Acad::eNotOpenForRead;
+  cad::Stub* own = cad::ObjectAccess::stub(*this);
+  cad::Drawing* drawing = database ? &database->drawing()
+                          : own    ? &cad::StubStore::drawing_of(*own)
+                                   : nullptr;
+  const std::size_t begin = values_begin(content(), dialect());
+  const std::size_t end = values_end(content(), dialect(), begin);
+  *chain = cad::chain_of_tags(content(), dialect(), begin, end, drawing).release();
+  return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbXrecord::setFromRbChain(const resbuf& chain, AcDbDatabase*) {
+  if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
+  const std::string_view before = content();
+  const std::size_t begin = values_begin(before, dialect());
+  const std::size_t end = values_end(before, dialect(), begin);
+  std::string after;
+  after.reserve(before.size() + 64);
+  after.append(before.substr(0, begin));
+  cad::dxf::TagWriter writer(after, dialect());
+  for (const resbuf* value = &chain; value && value->restype != RTNONE; value = value->rbnext) {
+    if (!is_value_code(value->restype)) return Acad::eInvalidDxfCode;
+    if (!cad::write_buffer(*value, writer)) return Acad::eInvalidResBuf;
+  }
+  after.append(before.substr(end));
+  writable_content() = std::move(after);
+  content_changed();
+  return Acad::eOk;
+}
