@@ -26,7 +26,7 @@ constexpr std::array<char16_t, 32> kLatin1252 = {
 
 struct Converter {
   CodePage page;
-  const char* name;  // to iconv
+  const char* name;  // to iconv; null: built in
   bool double_byte;
 };
 
@@ -41,7 +41,7 @@ constexpr Converter kConverters[] = {
     {CodePage::k932, "CP932", true},           {CodePage::k936, "CP936", true},
     {CodePage::k949, "CP949", true},           {CodePage::k950, "CP950", true},
     {CodePage::k1250, "CP1250", false},        {CodePage::k1251, "CP1251", false},
-    {CodePage::k1252, "CP1252", false},        {CodePage::k1253, "CP1253", false},
+    {CodePage::k1252, nullptr, false},         {CodePage::k1253, "CP1253", false},
     {CodePage::k1254, "CP1254", false},        {CodePage::k1255, "CP1255", false},
     {CodePage::k1256, "CP1256", false},        {CodePage::k1257, "CP1257", false},
     {CodePage::k1258, "CP1258", false},        {CodePage::k1361, "CP1361", true},
@@ -189,6 +189,10 @@ void fill_rest_of_936(CodePageTable& table) {
 }
 
 void build(CodePageTable& table, const Converter& converter) {
+  if (!converter.name) {
+    fill_1252(table);
+    return;
+  }
   Iconv to_wide("WCHAR_T", converter.name);
   Iconv to_bytes(converter.name, "WCHAR_T");
   if (!to_wide || !to_bytes) {

@@ -225,7 +225,8 @@ Status AtomicFile::Writer::open_temporary() {
   if (exists && S_ISDIR(old.st_mode)) return refuse("cannot write", EISDIR);
   if (exists && !S_ISREG(old.st_mode)) return fail(shown_, "cannot write: Not a regular file");
   // A rename would replace even a file that nobody may write.
-  if (exists && access(target_.c_str(), W_OK) != 0) return refuse("cannot write", errno);
+  if (exists && faccessat(AT_FDCWD, target_.c_str(), W_OK, AT_EACCESS) != 0)
+    return refuse("cannot write", errno);
 
   errno = EEXIST;
   for (int attempt = 0; attempt < kNameAttempts && !fd_ && errno == EEXIST; ++attempt) {
