@@ -40,9 +40,9 @@ enum AppRetCode { kRetOK = 0, kRetError = 3 };
 
 /// The service that loads modules, found in the system registry:
 ///     AcRxDynamicLinker::cast(acrxSysRegistry()->at(L"DynamicLinker"))->loadModule(name, false);
-/// A file name without a folder is looked for beside the host's library, then as the system
-/// searches libraries; ".arx.so" and ".so" may be left out. Module names are compared without
-/// folder, ending and letter case.
+/// A file name without a folder is looked for in the folders of modules (cad::HostSettings), then
+/// in the current one; the endings ".so" and ".arx.so" may be left out. Module names are compared
+/// without folder, ending and letter case.
 ///
 /// A module starts locked: it cannot be unloaded until it unlocks itself with the packet of its
 /// kInitAppMsg, whose value identifies it.
@@ -50,7 +50,7 @@ class AcRxDynamicLinker : public AcRxObject {
   PN_RX_MEMBERS(AcRxDynamicLinker)
  public:
   /// True when the module is loaded afterwards. Loading it again counts references. With `print`
-  /// the reason of a failure is printed on the command line; last_error() has it in any case.
+  /// the reason of a failure is printed on the command line.
   bool loadModule(const ACHAR* file, bool print, bool as_command = false);
   /// Takes back one load; the last one unloads the module. False for a module that is locked or not
   /// loaded, and then nothing changes.

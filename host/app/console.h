@@ -22,7 +22,7 @@ void print_console(std::wstring_view text);
 
 /// The text acutPrintf() prints: what the host's C runtime makes of a wide format. Exact ties round
 /// away from zero, exponents have at least three digits; "%n" is ignored.
-std::wstring format_wide(const ACHAR* format, std::va_list arguments);
+std::wstring format_wide_list(const ACHAR* format, std::va_list arguments);
 /// The same, for the arguments themselves.
 std::wstring format_wide(const ACHAR* format, ...);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -72,8 +73,15 @@ class AcApDocManager : public AcRxObject {
 
  private:
   friend class cad::Host;
-  template <class... Parameters, class... Arguments>
-  void tell(void (AcApDocManagerReactor::*what)(Parameters...), Arguments... arguments);
+  /// Calls each reactor that is there when the round begins and still there at its turn.
+  template <class Call>
+  void tell_all(Call&& call) {
+    const std::vector<AcApDocManagerReactor*> round = reactors_;
+    for (AcApDocManagerReactor* reactor : round)
+      if (std::find(reactors_.begin(), reactors_.end(), reactor) != reactors_.end()) call(*reactor);
+  }
+  void tell(void (AcApDocManagerReactor::*what)(AcApDocument*), AcApDocument* document);
+  void tell_destroyed(const ACHAR* file_name);
 
   std::vector<AcApDocument*> documents_;
   std::vector<AcApDocManagerReactor*> reactors_;

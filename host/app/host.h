@@ -1,7 +1,9 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,12 +14,22 @@
 
 namespace cad {
 
+namespace lisp {
+class Interpreter;
+}
+
 /// Folders the application works with, UTF-8 paths; empty when not set.
 struct HostSettings {
-  std::string install_dir;  ///< where the installation's data files are
-  std::string project_dir;  ///< the current project
+  std::string install_dir;                  ///< where the installation's data files are
+  std::string project_dir;                  ///< the current project
+  std::vector<std::string> module_folders;  ///< where modules are looked for by name
 };
 HostSettings& host_settings();
+
+/// The file a LISP program or a setting names: "\\" is "/", and letter case is ignored where the
+/// exact name does not exist. Looked for in the current folder, the current drawing's, the
+/// project's and the installation's. Empty when there is none.
+std::optional<std::string> find_support_file(std::string_view name);
 
 /// The host as a program uses it: opens drawings, loads modules, runs LISP, saves.
 ///     cad::Host host;
@@ -53,6 +65,8 @@ class Host {
   /// A file, or the name of a module; see AcRxDynamicLinker.
   Status load_module(const std::string& file);
   Status unload_module(const std::string& name);
+  /// The folder of the library or program that holds the host: modules are installed near it.
+  static std::string library_folder();
   std::vector<std::string> loaded_modules() const;  ///< lower case, in loading order
 
   /// Evaluates in the document's LISP environment, the document being current meanwhile and
@@ -61,7 +75,7 @@ class Host {
                                   std::string_view name = {});
   Result<lisp::Value> eval_file(AcApDocument* document, const std::string& path);
   /// The value as prin1 writes it; empty for the blank value.
-  std::string printed(AcApDocument* document, const lisp::Value& value) const;
+  static std::string printed(const lisp::Value& value);
 
   /// Answers the next selection by the user (acedSSGet, ssget) in the document. The error names the
   /// first handle the drawing does not have. An answer is used once.
@@ -72,14 +86,22 @@ class Host {
   /// Stops the running LISP program; may be called from a signal handler.
   void interrupt() noexcept;
 
+  /// Where LISP programs read what the user types: a line without its end, empty at the end of
+  /// input. Without it there is no input.
+  void set_input(std::function<std::optional<std::wstring>()> read_line);
   /// Receives what the host has to tell its user besides the command line: one line, no line end.
   void set_alerts(std::function<void(std::string_view)> sink);
 
  private:
-  friend class DocumentSession;
   AcApDocument* adopt(std::unique_ptr<AcApDocument> document);
+  Result<AcApDocument*> open(const std::string& name,
+                             const std::function<Status(AcApDocument&)>& read);
+  template <class Run>
+  Result<lisp::Value> run(AcApDocument* document, Run&& run);
+
   std::uint64_t step_limit_ = 0;
   std::uint32_t untitled_ = 0;
+  std::atomic<lisp::Interpreter*> running_ = nullptr;
 };
 
 }  // namespace cad
