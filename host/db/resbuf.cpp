@@ -8,6 +8,7 @@
 #include <new>
 #include <utility>
 
+#include "host/db/resbuf_owner.h"
 #include "host/dxf/group_codes.h"
 
 namespace {
@@ -223,6 +224,7 @@ resbuf* acutNewRb(int type) {
 
 int acutRelRb(resbuf* chain) {
   while (chain) {
+    if (cad::host_owns_buffer && cad::host_owns_buffer(chain)) break;
     resbuf* next = chain->rbnext;
     free_cell(chain);
     chain = next;
