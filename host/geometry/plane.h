@@ -35,8 +35,12 @@ class AcGePlane {
   }
 
  private:
-  struct Axes {};
-  constexpr AcGePlane(Axes, const AcGeVector3d& u, const AcGeVector3d& v) : u_(u), v_(v) {}
+  static constexpr AcGePlane through_origin(const AcGeVector3d& u, const AcGeVector3d& v) {
+    AcGePlane plane;
+    plane.u_ = u;
+    plane.v_ = v;
+    return plane;
+  }
 
   AcGePoint3d origin_;
   AcGeVector3d u_{1.0, 0.0, 0.0};  // unit vectors at a right angle
@@ -47,5 +51,7 @@ class AcGePlane {
 using AcGePlanarEnt = AcGePlane;
 
 inline constexpr AcGePlane AcGePlane::kXYPlane{};
-inline constexpr AcGePlane AcGePlane::kYZPlane{Axes{}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}};
-inline constexpr AcGePlane AcGePlane::kZXPlane{Axes{}, {0.0, 0.0, 1.0}, {1.0, 0.0, 0.0}};
+inline constexpr AcGePlane AcGePlane::kYZPlane =
+    AcGePlane::through_origin(AcGeVector3d::kYAxis, AcGeVector3d::kZAxis);
+inline constexpr AcGePlane AcGePlane::kZXPlane =
+    AcGePlane::through_origin(AcGeVector3d::kZAxis, AcGeVector3d::kXAxis);
