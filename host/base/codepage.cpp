@@ -1,5 +1,6 @@
 #include "host/base/codepage.h"
 
+#include <array>
 #include <cstddef>
 #include <cstring>
 #include <string>
@@ -109,31 +110,37 @@ Character marked(char c) { return {static_cast<wchar_t>(kMarks + byte(c)), 1}; }
 /// What may follow a lead byte of UTF-8. The range of the second byte keeps out overlong forms,
 /// surrogates and numbers beyond U+10FFFF.
 struct Utf8Lead {
-  unsigned char first, last;  // lead bytes
-  unsigned char length;       // of the sequence
-  unsigned char low, high;    // range of the second byte
+  unsigned char length;     // of the sequence; 0: no lead byte
+  unsigned char low, high;  // range of the second byte
 };
-constexpr Utf8Lead kUtf8Leads[] = {
-    {0xC2, 0xDF, 2, 0x80, 0xBF}, {0xE1, 0xEC, 3, 0x80, 0xBF}, {0xE0, 0xE0, 3, 0xA0, 0xBF},
-    {0xED, 0xED, 3, 0x80, 0x9F}, {0xEE, 0xEF, 3, 0x80, 0xBF}, {0xF0, 0xF0, 4, 0x90, 0xBF},
-    {0xF1, 0xF3, 4, 0x80, 0xBF}, {0xF4, 0xF4, 4, 0x80, 0x8F},
+struct Utf8LeadRange {
+  unsigned char first, last;
+  Utf8Lead lead;
 };
+constexpr Utf8LeadRange kUtf8LeadRanges[] = {
+    {0xC2, 0xDF, {2, 0x80, 0xBF}}, {0xE0, 0xE0, {3, 0xA0, 0xBF}}, {0xE1, 0xEC, {3, 0x80, 0xBF}},
+    {0xED, 0xED, {3, 0x80, 0x9F}}, {0xEE, 0xEF, {3, 0x80, 0xBF}}, {0xF0, 0xF0, {4, 0x90, 0xBF}},
+    {0xF1, 0xF3, {4, 0x80, 0xBF}}, {0xF4, 0xF4, {4, 0x80, 0x8F}},
+};
+constexpr auto kUtf8Leads = [] {
+  std::array<Utf8Lead, 256> leads{};
+  for (const Utf8LeadRange& range : kUtf8LeadRanges) {
+    for (unsigned c = range.first; c <= range.last; ++c) leads[c] = range.lead;
+  }
+  return leads;
+}();
 
 /// First character of bytes that do not begin with ASCII.
 Character utf8_character(std::string_view bytes) {
-  const unsigned lead = byte(bytes[0]);
-  for (const Utf8Lead& row : kUtf8Leads) {
-    if (lead < row.first || lead > row.last) continue;
-    if (bytes.size() < row.length) break;
-    if (byte(bytes[1]) < row.low || byte(bytes[1]) > row.high) break;
-    unsigned value = lead & (0x7Fu >> row.length);
-    for (std::size_t i = 1; i < row.length; ++i) {
-      if ((byte(bytes[i]) & 0xC0) != 0x80) return marked(bytes[0]);
-      value = value << 6 | (byte(bytes[i]) & 0x3F);
-    }
-    return {static_cast<wchar_t>(value), row.length};
+  const auto [length, low, high] = kUtf8Leads[byte(bytes[0])];
+  if (length == 0 || bytes.size() < length) return marked(bytes[0]);
+  if (byte(bytes[1]) < low || byte(bytes[1]) > high) return marked(bytes[0]);
+  unsigned value = byte(bytes[0]) & (0x7Fu >> length);
+  for (std::size_t i = 1; i < length; ++i) {
+    if ((byte(bytes[i]) & 0xC0) != 0x80) return marked(bytes[0]);
+    value = value << 6 | (byte(bytes[i]) & 0x3F);
   }
-  return marked(bytes[0]);
+  return {static_cast<wchar_t>(value), length};
 }
 
 Character table_character(const CodePageTable& table, std::string_view bytes) {

@@ -222,6 +222,21 @@ void build(CodePageTable& table, const Converter& converter) {
   }
 }
 
+const CodePageTable& find_table(CodePage page) {
+  // Never destroyed: text may still be decoded while the program ends.
+  static auto& tables = *new std::array<std::unique_ptr<CodePageTable>, std::size(kConverters)>;
+  const auto* converter = std::ranges::find(kConverters, page, &Converter::page);
+  if (converter == std::end(kConverters)) {
+    converter = std::ranges::find(kConverters, CodePage::k1252, &Converter::page);
+  }
+  auto& table = tables[static_cast<std::size_t>(converter - std::begin(kConverters))];
+  if (!table) {
+    table = std::make_unique<CodePageTable>();
+    build(*table, *converter);
+  }
+  return *table;
+}
+
 }  // namespace
 
 char16_t& CodePageTable::cell(unsigned code) {
@@ -235,18 +250,14 @@ char16_t& CodePageTable::cell(unsigned code) {
 }
 
 const CodePageTable& code_page_table(CodePage page) {
-  // Never destroyed: text may still be decoded while the program ends.
-  static auto& tables = *new std::array<std::unique_ptr<CodePageTable>, std::size(kConverters)>;
-  const auto* converter = std::ranges::find(kConverters, page, &Converter::page);
-  if (converter == std::end(kConverters)) {
-    converter = std::ranges::find(kConverters, CodePage::k1252, &Converter::page);
+  // A drawing asks for its one page at every character it writes.
+  static CodePage last_page;
+  static const CodePageTable* last_table = nullptr;
+  if (!last_table || page != last_page) {
+    last_table = &find_table(page);
+    last_page = page;
   }
-  auto& table = tables[static_cast<std::size_t>(converter - std::begin(kConverters))];
-  if (!table) {
-    table = std::make_unique<CodePageTable>();
-    build(*table, *converter);
-  }
-  return *table;
+  return *last_table;
 }
 
 }  // namespace cad
