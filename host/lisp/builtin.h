@@ -85,7 +85,7 @@ class Call {
 /// back: (apply 'and (list 'a nil)).
 class Forms {
  public:
-  explicit Forms(Interpreter& interp, const Value& rest, bool are_values = false)
+  Forms(Interpreter& interp, const Value& rest, bool are_values = false)
       : interp_(interp), rest_(&rest), are_values_(are_values) {}
 
   Interpreter& interp() const { return interp_; }
@@ -94,20 +94,30 @@ class Forms {
   const Value& rest() const { return *rest_; }
   /// The next form as it stands; "too few arguments" when there is none.
   const Value& next();
-  /// The value of a form that came from here.
-  Value eval(const Value& form);
-  /// The value of the next form.
-  Value eval_next();
-  /// Evaluates what is left, as progn does: the last value, nil when nothing is left.
-  Value eval_rest();
   /// The next form, which must be a symbol.
   Symbol& next_symbol();
+
+  /// The value of a form that came from here.
+  Value eval(const Value& form);
+  Value eval_next() { return eval(next()); }
+  /// Evaluates forms as progn does: the last value, nil when there are none.
+  Value eval_all(const Value& forms);
+  Value eval_rest() { return eval_all(*rest_); }
+
+  /// `return forms.tail(form);` is `return forms.eval(form);` without taking stack: the evaluator
+  /// goes on with the form once the function has returned.
+  Value tail(const Value& form);
+  /// The same for `return forms.eval_all(list);`.
+  Value tail_all(const Value& forms);
 
   Value truth(bool condition) const;
 
  private:
+  friend class Interpreter;
+
   Interpreter& interp_;
   const Value* rest_;
+  const Value* tail_ = nullptr;
   bool are_values_;
 };
 

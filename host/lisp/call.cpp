@@ -80,33 +80,10 @@ Value Call::truth(bool condition) const { return interp_.truth(condition); }
 
 void* Call::owner_pointer() const { return interp_.services().owner; }
 
-const Value& Forms::next() {
-  if (!rest_->is_cons()) raise(L"too few arguments");
-  const Value& form = rest_->cons()->car;
-  rest_ = &rest_->cons()->cdr;
-  return form;
-}
-
-Value Forms::eval(const Value& form) { return are_values_ ? form : interp_.eval(form); }
-
-Value Forms::eval_next() { return eval(next()); }
-
-Value Forms::eval_rest() {
-  if (!rest_->is_cons()) return Value();
-  for (;;) {
-    const Cons& cell = *rest_->cons();
-    rest_ = &cell.cdr;
-    if (!rest_->is_cons()) return eval(cell.car);
-    eval(cell.car);
-  }
-}
-
 Symbol& Forms::next_symbol() {
   const Value& form = next();
   if (!form.is_symbol()) raise_bad_type(L"symbolp", form);
   return *form.symbol();
 }
-
-Value Forms::truth(bool condition) const { return interp_.truth(condition); }
 
 }  // namespace cad::lisp

@@ -20,7 +20,7 @@ bool is_same_value(const Value& a, const Value& b) {
   return is_eq(a, b);
 }
 
-bool is_equal(const Value& a, const Value& b, double fuzz) {
+bool is_equal(Interpreter& interp, const Value& a, const Value& b, double fuzz) {
   struct Pair {
     const Value* a;
     const Value* b;
@@ -30,6 +30,7 @@ bool is_equal(const Value& a, const Value& b, double fuzz) {
   for (;;) {
     if (at.a->is_cons() && at.b->is_cons()) {
       if (!at.a->same(*at.b)) {
+        interp.step();
         later.push_back({&at.a->cons()->cdr, &at.b->cons()->cdr});
         at = {&at.a->cons()->car, &at.b->cons()->car};
         continue;
@@ -58,8 +59,7 @@ int order(const Value& a, const Value& b) {
     const int sign = a.text().compare(b.text());
     return sign < 0 ? -1 : sign > 0;
   }
-  raise(L"bad argument type for compare: " + to_text(a, Quoting::kPrin1) + L" " +
-        to_text(b, Quoting::kPrin1));
+  raise(L"bad argument type for compare: " + quoted_start(a) + L" " + quoted_start(b));
 }
 
 namespace {
@@ -67,8 +67,9 @@ namespace {
 // (op a b c): whether every argument stands in this relation to the next.
 template <class Relation>
 Value chain(Call& call, Relation relation) {
-  for (std::size_t i = 1; i < call.size(); ++i) {
-    if (!relation(call.arg(i - 1), call.arg(i))) return Value();
+  const std::span<const Value> args = call.args();
+  for (std::size_t i = 1; i < args.size(); ++i) {
+    if (!relation(args[i - 1], args[i])) return Value();
   }
   return call.truth(true);
 }
@@ -94,7 +95,8 @@ Value fn_at_least(Call& call) {
 }
 Value fn_eq(Call& call) { return call.truth(is_eq(call.arg(0), call.arg(1))); }
 Value fn_equal(Call& call) {
-  return call.truth(is_equal(call.arg(0), call.arg(1), call.has(2) ? call.real(2) : 0.0));
+  return call.truth(
+      is_equal(call.interp(), call.arg(0), call.arg(1), call.has(2) ? call.real(2) : 0.0));
 }
 
 // clang-format off

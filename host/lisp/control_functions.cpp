@@ -81,7 +81,7 @@ Value fn_load(Call& call) {
   std::optional<std::string> path = find_file(call.interp(), name);
   if (!path) path = find_file(call.interp(), std::wstring(name) + L".lsp");
   if (path) return call.interp().load(*path);
-  if (!call.has(1)) raise(L"LOAD failed: " + to_text(call.arg(0), Quoting::kPrin1));
+  if (!call.has(1)) raise(L"LOAD failed: " + quoted_start(call.arg(0)));
   const Value& otherwise = call.arg(1);
   const Value& function =
       otherwise.is_symbol() && otherwise.symbol()->value ? otherwise.symbol()->value : otherwise;

@@ -11,7 +11,7 @@ std::size_t count_forms(const Value& forms) {
   std::size_t count = 0;
   const Value* at = &forms;
   for (; at->is_cons(); at = &at->cons()->cdr) ++count;
-  if (!at->is_nil()) raise(L"bad list: " + to_text(forms, Quoting::kPrin1));
+  if (!at->is_nil()) raise(L"bad list: " + quoted_start(forms));
   return count;
 }
 
@@ -21,9 +21,9 @@ std::size_t count_forms(const Value& forms) {
 
 [[noreturn, gnu::cold]] void raise_not_callable(const Value& head, const Value& function) {
   if (function.is_nil()) {
-    raise(L"no function definition: " + to_text(head, Quoting::kPrin1));
+    raise(L"no function definition: " + quoted_start(head));
   }
-  raise(L"bad function: " + to_text(function, Quoting::kPrin1));
+  raise(L"bad function: " + quoted_start(function));
 }
 
 // ((x) (+ x 1)) and (lambda (x) (+ x 1)) can be called.
@@ -34,70 +34,79 @@ bool looks_like_function(const Value& list, const Symbol* lambda) {
 
 }  // namespace
 
-void Interpreter::eval_arguments(ArgumentFrame& frame, const Value& forms) {
-  for (const Value* at = &forms; at->is_cons(); at = &at->cons()->cdr) {
-    frame.emplace([&] { return eval(at->cons()->car); });
-  }
-}
-
 inline void Interpreter::check_stack() const {
   if (static_cast<const char*>(__builtin_frame_address(0)) < stack_end_) [[unlikely]] {
     raise(L"internal stack limit reached (simulated)");
   }
 }
 
-Value Interpreter::eval_list(const Value& form) {
-  count_step();
-  check_stack();
-  const Cons& expression = *form.cons();
-  const Value& head = expression.car;
-  Value held;  // keeps a function alive that is redefined while it runs
-  const Value* function = &head;
-  if (head.is_symbol()) [[likely]] {
-    function = &head.symbol()->value;
-  } else if (head.is_cons()) {
-    held = callable_head(head);
-    function = &held;
+// Evaluates the forms in order and hands the values on.
+template <class Call>
+inline Value Interpreter::with_arguments(const Value& forms, Call&& call) {
+  ArgumentFrame frame(arguments_, count_forms(forms));
+  for (const Value* at = &forms; at->is_cons(); at = &at->cons()->cdr) {
+    frame.emplace([&] { return eval(at->cons()->car); });
   }
-  switch (function->kind()) {
-    case Kind::kSpecialForm: {
-      Forms forms(*this, expression.cdr);
-      return call_special(*function->special()->row, forms);
-    }
-    case Kind::kSubr: {
-      const Builtin& row = *function->subr()->row;
-      ArgumentFrame frame(arguments_, count_forms(expression.cdr));
-      eval_arguments(frame, expression.cdr);
-      return call_subr(row, frame.values());
-    }
-    case Kind::kCons:
-      if (!looks_like_function(*function, lambda_)) raise_not_callable(head, *function);
-      held = callable(*function);
+  return call(frame.values());
+}
+
+Value Interpreter::eval_list(const Value& list) {
+  check_stack();
+  const Value* form = &list;
+  for (;;) {
+    count_step();
+    const Cons& expression = *form->cons();
+    const Value& head = expression.car;
+    Value held;  // keeps a function alive that is redefined while it runs
+    const Value* function = &head;
+    if (head.is_symbol()) [[likely]] {
+      function = &head.symbol()->value;
+    } else if (head.is_cons()) {
+      held = callable_head(head);
       function = &held;
-      [[fallthrough]];
-    case Kind::kUsubr: {
-      held = *function;
-      ArgumentFrame frame(arguments_, count_forms(expression.cdr));
-      eval_arguments(frame, expression.cdr);
-      return call_usubr(*held.usubr(), frame.values());
     }
-    case Kind::kExternal: {
-      held = *function;
-      ArgumentFrame frame(arguments_, count_forms(expression.cdr));
-      eval_arguments(frame, expression.cdr);
-      return call_external(*held.external(), frame.values());
+    const Kind kind = function->kind();
+    if (kind == Kind::kSubr) {
+      const Builtin& row = *function->subr()->row;
+      return with_arguments(expression.cdr,
+                            [&](std::span<Value> args) { return call_subr(row, args); });
     }
-    default:
-      raise_not_callable(head, *function);
+    switch (kind) {
+      case Kind::kSpecialForm: {
+        Forms forms(*this, expression.cdr);
+        Value result = call_special(*function->special()->row, forms);
+        if (forms.tail_ == nullptr) return result;
+        if (!forms.tail_->is_cons()) return eval(*forms.tail_);
+        form = forms.tail_;  // part of this form, so it lives as long
+        break;
+      }
+      case Kind::kCons:
+        if (!looks_like_function(*function, lambda_)) raise_not_callable(head, *function);
+        held = callable(*function);
+        function = &held;
+        [[fallthrough]];
+      case Kind::kUsubr: {
+        held = *function;
+        return with_arguments(
+            expression.cdr, [&](std::span<Value> args) { return call_usubr(*held.usubr(), args); });
+      }
+      case Kind::kExternal: {
+        held = *function;
+        return with_arguments(expression.cdr, [&](std::span<Value> args) {
+          return call_external(*held.external(), args);
+        });
+      }
+      default:
+        raise_not_callable(head, *function);
+    }
   }
 }
 
-Value Interpreter::call_special(const SpecialForm& row, Forms& forms) {
-  int count = 0;
-  const Value* at = &forms.rest();
-  for (; at->is_cons() && count <= row.max_args; at = &at->cons()->cdr) ++count;
+inline Value Interpreter::call_special(const SpecialForm& row, Forms& forms) {
   // Without an upper bound only the lower one needs counting.
-  for (; row.max_args == kMany && at->is_cons() && count < row.min_args; at = &at->cons()->cdr) {
+  const int enough = row.max_args == kMany ? row.min_args : row.max_args + 1;
+  int count = 0;
+  for (const Value* at = &forms.rest(); count < enough && at->is_cons(); at = &at->cons()->cdr) {
     ++count;
   }
   if (count < row.min_args) raise_wrong_count(true);
@@ -105,7 +114,7 @@ Value Interpreter::call_special(const SpecialForm& row, Forms& forms) {
   return row.function(forms);
 }
 
-Value Interpreter::call_subr(const Builtin& row, std::span<const Value> args) {
+inline Value Interpreter::call_subr(const Builtin& row, std::span<const Value> args) {
   const int count = static_cast<int>(args.size());
   if (count < row.min_args) raise_wrong_count(true);
   if (row.max_args != kMany && count > row.max_args) raise_wrong_count(false);
@@ -113,7 +122,7 @@ Value Interpreter::call_subr(const Builtin& row, std::span<const Value> args) {
   return row.function(call);
 }
 
-Value Interpreter::call_usubr(Usubr& function, std::span<Value> args) {
+inline Value Interpreter::call_usubr(Usubr& function, std::span<Value> args) {
   if (args.size() != function.parameter_count) {
     raise_wrong_count(args.size() < function.parameter_count);
   }
@@ -122,7 +131,7 @@ Value Interpreter::call_usubr(Usubr& function, std::span<Value> args) {
   std::uint32_t i = 0;
   for (; i < function.parameter_count; ++i) bind(*symbols[i], std::move(args[i]));
   for (; i < function.symbol_count; ++i) bind(*symbols[i], Value());
-  Value result = Forms(*this, function.body()).eval_rest();
+  Value result = eval_all(function.body());
   unbind_to(mark);
   return result;
 }
@@ -187,9 +196,7 @@ Value Interpreter::callable_head(const Value& head) {
 
 Value Interpreter::make_function(const Value& source, Symbol* name) {
   const Value& parameters = source.car();
-  const auto refuse = [&]() {
-    raise(L"bad formal argument list: " + to_text(parameters, Quoting::kPrin1));
-  };
+  const auto refuse = [&]() { raise(L"bad formal argument list: " + quoted_start(parameters)); };
   std::uint32_t symbols = 0;
   std::uint32_t before_slash = 0;
   bool slash = false;

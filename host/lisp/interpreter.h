@@ -67,6 +67,9 @@ class Interpreter {
   Result<Value> eval_string(std::string_view utf8, std::string_view name = {});
   /// The same for a file: UTF-8, with or without a mark, or code page 936 when it is not UTF-8.
   Result<Value> load_file(const std::string& path);
+  /// Prints a value on a line of its own as the command line echoes it: in prin1 form, nothing at
+  /// all for the blank.
+  void echo(const Value& value);
   /// Runs one function at top level, a command C:NAME for instance.
   Result<Value> call_function(const Value& function, std::span<const Value> args);
 
@@ -152,11 +155,15 @@ class Interpreter {
   struct SymbolTable;
   class Entry;
 
-  Value eval_list(const Value& form);
-  void eval_arguments(ArgumentFrame& frame, const Value& forms);
+  friend class Forms;
+
+  Value eval_list(const Value& list);
+  Value eval_all(const Value& forms);
+  template <class Call>
+  Value with_arguments(const Value& forms, Call&& call);
+  Value call_special(const SpecialForm& row, Forms& forms);
   Value call_subr(const Builtin& row, std::span<const Value> args);
   Value call_usubr(Usubr& function, std::span<Value> args);
-  Value call_special(const SpecialForm& row, Forms& forms);
   Value call_external(External& function, std::span<const Value> args);
   Value call(const Value& function, std::span<Value> args);
   Value callable_head(const Value& head);
@@ -201,5 +208,43 @@ inline Value Interpreter::eval(const Value& form) {
   if (form.is_symbol()) return form.symbol()->value;
   return form.is_cons() ? eval_list(form) : form;
 }
+
+inline Value Interpreter::eval_all(const Value& forms) {
+  if (!forms.is_cons()) return Value();
+  const Cons* at = forms.cons();
+  for (; at->cdr.is_cons(); at = at->cdr.cons()) eval(at->car);
+  return eval(at->car);
+}
+
+inline const Value& Forms::next() {
+  if (!rest_->is_cons()) raise(L"too few arguments");
+  const Cons& cell = *rest_->cons();
+  rest_ = &cell.cdr;
+  return cell.car;
+}
+
+inline Value Forms::eval(const Value& form) { return are_values_ ? form : interp_.eval(form); }
+
+inline Value Forms::eval_all(const Value& forms) {
+  if (!are_values_) return interp_.eval_all(forms);
+  const Value* last = &kNil;
+  for (const Value& value : List(forms)) last = &value;
+  return *last;
+}
+
+inline Value Forms::tail(const Value& form) {
+  if (are_values_) return form;
+  tail_ = &form;
+  return Value();
+}
+
+inline Value Forms::tail_all(const Value& forms) {
+  if (are_values_ || !forms.is_cons()) return eval_all(forms);
+  const Cons* at = forms.cons();
+  for (; at->cdr.is_cons(); at = at->cdr.cons()) interp_.eval(at->car);
+  return tail(at->car);
+}
+
+inline Value Forms::truth(bool condition) const { return interp_.truth(condition); }
 
 }  // namespace cad::lisp

@@ -24,9 +24,7 @@ Value fn_part(Call& call) {
   return *at;
 }
 
-[[noreturn]] void raise_bad_list(const Value& list) {
-  raise(L"bad list: " + to_text(list, Quoting::kPrin1));
-}
+[[noreturn]] void raise_bad_list(const Value& list) { raise(L"bad list: " + quoted_start(list)); }
 
 // The end of a proper list; raises for a dotted one.
 void want_proper(const Value& list) {

@@ -14,7 +14,7 @@ namespace {
 Value fn_member(Call& call) {
   call.list(1);
   for (const Value* at = &call.arg(1); at->is_cons(); at = &at->cons()->cdr) {
-    if (is_equal(call.arg(0), at->cons()->car)) return *at;
+    if (is_equal(call.interp(), call.arg(0), at->cons()->car)) return *at;
   }
   return Value();
 }
@@ -23,7 +23,7 @@ Value fn_member(Call& call) {
 Value fn_assoc(Call& call) {
   for (const Value& pair : call.list(1)) {
     if (!pair.is_list()) raise_bad_type(L"listp", pair);
-    if (pair && is_equal(call.arg(0), pair.car())) return pair;
+    if (pair && is_equal(call.interp(), call.arg(0), pair.car())) return pair;
   }
   return Value();
 }
@@ -32,7 +32,7 @@ Value fn_assoc(Call& call) {
 Value fn_subst(Call& call) {
   ListBuilder builder(call.interp().heap());
   for (const Value& item : call.list(2)) {
-    builder.append(is_equal(item, call.arg(1)) ? call.arg(0) : item);
+    builder.append(is_equal(call.interp(), item, call.arg(1)) ? call.arg(0) : item);
   }
   return builder.finish();
 }
@@ -40,7 +40,7 @@ Value fn_subst(Call& call) {
 Value fn_position(Call& call) {
   std::int32_t at = 0;
   for (const Value& item : call.list(1)) {
-    if (is_equal(call.arg(0), item)) return Value::integer(at);
+    if (is_equal(call.interp(), call.arg(0), item)) return Value::integer(at);
     ++at;
   }
   return Value();
@@ -49,7 +49,7 @@ Value fn_position(Call& call) {
 Value fn_remove(Call& call) {
   ListBuilder builder(call.interp().heap());
   for (const Value& item : call.list(1)) {
-    if (!is_equal(call.arg(0), item)) builder.append(item);
+    if (!is_equal(call.interp(), call.arg(0), item)) builder.append(item);
   }
   return builder.finish();
 }

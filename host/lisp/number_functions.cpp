@@ -1,6 +1,7 @@
-#include <bit>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
+#include <functional>
 #include <utility>
 
 #include "host/lisp/printer.h"
@@ -19,77 +20,71 @@ const Value& number(Call& call, std::size_t i) {
 }
 
 [[noreturn]] void raise_undefined(const Value& argument) {
-  raise(L"function undefined for argument: " + to_text(argument, Quoting::kPrin1));
+  raise(L"function undefined for argument: " + quoted_start(argument));
 }
 
-Value divided(const Value& a, const Value& b) {
-  if (b.number() == 0.0) raise(L"divide by zero");
-  if (a.is_integer() && b.is_integer()) {
-    return Value::integer(wrap(std::int64_t{a.integer()} / b.integer()));
+// (op a b c) from the left. One real among the arguments makes all of them reals first.
+template <class OnIntegers, class OnReals>
+Value fold(Call& call, OnIntegers on_integers, OnReals on_reals) {
+  const std::span<const Value> args = call.args();
+  if (args.empty()) return Value::integer(0);
+  bool all_integers = true;
+  for (const Value& arg : args) {
+    if (arg.is_integer()) continue;
+    if (!arg.is_real()) raise_bad_type(L"numberp", arg);
+    all_integers = false;
   }
-  return Value::real(a.number() / b.number());
+  if (all_integers) {
+    std::int32_t result = args[0].integer();
+    for (const Value& arg : args.subspan(1)) {
+      result = wrap(on_integers(std::int64_t{result}, std::int64_t{arg.integer()}));
+    }
+    return Value::integer(result);
+  }
+  double result = args[0].number();
+  for (const Value& arg : args.subspan(1)) result = on_reals(result, arg.number());
+  return Value::real(result);
 }
 
-Value remainder(const Value& a, const Value& b) {
-  if (b.number() == 0.0) raise(L"divide by zero");
-  if (a.is_integer() && b.is_integer()) {
-    return Value::integer(wrap(std::int64_t{a.integer()} % b.integer()));
-  }
-  return Value::real(std::fmod(a.number(), b.number()));
+template <class Number>
+Number divisor(Number n) {
+  if (n == 0) raise(L"divide by zero");
+  return n;
 }
 
-// (op a b c) from the left. A real makes everything behind it real, and only that: (/ 7 2 2.0) is
-// (/ 3 2.0).
-template <class Operation>
-Value fold(Call& call, Operation operation) {
-  if (call.size() == 0) return Value::integer(0);
-  Value result = number(call, 0);
-  for (std::size_t i = 1; i < call.size(); ++i) result = operation(result, number(call, i));
-  return result;
-}
-
-Value sum(const Value& a, const Value& b) {
-  if (a.is_integer() && b.is_integer()) {
-    return Value::integer(wrap(std::int64_t{a.integer()} + b.integer()));
-  }
-  return Value::real(a.number() + b.number());
-}
-Value difference(const Value& a, const Value& b) {
-  if (a.is_integer() && b.is_integer()) {
-    return Value::integer(wrap(std::int64_t{a.integer()} - b.integer()));
-  }
-  return Value::real(a.number() - b.number());
-}
-Value product(const Value& a, const Value& b) {
-  if (a.is_integer() && b.is_integer()) {
-    return Value::integer(wrap(std::int64_t{a.integer()} * b.integer()));
-  }
-  return Value::real(a.number() * b.number());
-}
-
-Value fn_add(Call& call) { return fold(call, sum); }
+Value fn_add(Call& call) { return fold(call, std::plus(), std::plus()); }
 Value fn_subtract(Call& call) {
-  if (call.size() == 1) return difference(Value::integer(0), number(call, 0));
-  return fold(call, difference);
+  if (call.size() != 1) return fold(call, std::minus(), std::minus());
+  const Value& n = number(call, 0);
+  if (n.is_integer()) return Value::integer(wrap(-std::int64_t{n.integer()}));
+  return Value::real(-n.real());
 }
-Value fn_multiply(Call& call) { return fold(call, product); }
-Value fn_divide(Call& call) { return fold(call, divided); }
-Value fn_rem(Call& call) { return fold(call, remainder); }
-Value fn_increment(Call& call) { return sum(number(call, 0), Value::integer(1)); }
-Value fn_decrement(Call& call) { return difference(number(call, 0), Value::integer(1)); }
-
+Value fn_multiply(Call& call) { return fold(call, std::multiplies(), std::multiplies()); }
+Value fn_divide(Call& call) {
+  constexpr auto quotient = [](auto a, auto b) { return a / divisor(b); };
+  return fold(call, quotient, quotient);
+}
+Value fn_rem(Call& call) {
+  return fold(
+      call, [](std::int64_t a, std::int64_t b) { return a % divisor(b); },
+      [](double a, double b) { return std::fmod(a, divisor(b)); });
+}
 Value fn_max(Call& call) {
-  return fold(call, [](const Value& a, const Value& b) {
-    const Value& larger = b.number() > a.number() ? b : a;
-    return a.is_integer() && b.is_integer() ? larger : Value::real(larger.number());
-  });
+  constexpr auto larger = [](auto a, auto b) { return b > a ? b : a; };
+  return fold(call, larger, larger);
 }
 Value fn_min(Call& call) {
-  return fold(call, [](const Value& a, const Value& b) {
-    const Value& smaller = b.number() < a.number() ? b : a;
-    return a.is_integer() && b.is_integer() ? smaller : Value::real(smaller.number());
-  });
+  constexpr auto smaller = [](auto a, auto b) { return b < a ? b : a; };
+  return fold(call, smaller, smaller);
 }
+
+Value plus(Call& call, std::int32_t step) {
+  const Value& n = number(call, 0);
+  if (n.is_integer()) return Value::integer(wrap(std::int64_t{n.integer()} + step));
+  return Value::real(n.real() + step);
+}
+Value fn_increment(Call& call) { return plus(call, 1); }
+Value fn_decrement(Call& call) { return plus(call, -1); }
 
 Value fn_abs(Call& call) {
   const Value& n = number(call, 0);

@@ -130,15 +130,17 @@ void append_atom(std::wstring& out, const Value& value, Quoting quoting) {
   }
 }
 
-}  // namespace
-
-void append_text(std::wstring& out, const Value& value, Quoting quoting) {
-  if (!value.is_cons()) return append_atom(out, value, quoting);
+// Stops, within an atom, behind `most` characters; false then.
+bool append_text(std::wstring& out, const Value& value, Quoting quoting, std::size_t most) {
+  if (!value.is_cons()) {
+    append_atom(out, value, quoting);
+    return out.size() <= most;
+  }
   // What follows the printed part of each list still open.
   std::vector<const Value*> open;
   out += L'(';
   const Value* at = &value;  // a cons whose first element is printed next
-  for (;;) {
+  while (out.size() <= most) {
     const Value& item = at->cons()->car;
     if (item.is_cons()) {
       open.push_back(&at->cons()->cdr);
@@ -154,19 +156,32 @@ void append_text(std::wstring& out, const Value& value, Quoting quoting) {
         append_atom(out, *rest, quoting);
       }
       out += L')';
-      if (open.empty()) return;
+      if (open.empty()) return out.size() <= most;
       rest = open.back();
       open.pop_back();
     }
     out += L' ';
     at = rest;
   }
+  return false;
 }
+
+constexpr std::size_t kLongestText = std::size_t{1} << 26;
+constexpr std::size_t kLongestStart = 1000;
+
+}  // namespace
 
 std::wstring to_text(const Value& value, Quoting quoting) {
   std::wstring out;
-  append_text(out, value, quoting);
+  if (!append_text(out, value, quoting, kLongestText)) raise(L"insufficient string space");
   return out;
+}
+
+std::wstring quoted_start(const Value& value) {
+  std::wstring out;
+  if (append_text(out, value, Quoting::kPrin1, kLongestStart)) return out;
+  out.resize(kLongestStart);
+  return out + L"...";
 }
 
 void append_real_text(std::wstring& out, double value) {

@@ -12,9 +12,13 @@ enum class Quoting {
   kPrin1,  // for the reader: strings quoted and escaped
 };
 
-/// The text of a value: (1 2.5 "a" (B . C)). Nesting of any depth.
-void append_text(std::wstring& out, const Value& value, Quoting quoting);
+/// The text of a value: (1 2.5 "a" (B . C)). Nesting of any depth. Lists share their parts, so a
+/// small value may have an endless text: raises "insufficient string space" at 64 million
+/// characters.
 std::wstring to_text(const Value& value, Quoting quoting);
+
+/// The same as prin1 for an error message: only the start of a long text, then "...".
+std::wstring quoted_start(const Value& value);
 
 /// A real as the host prints it: six significant digits, at least one decimal, exponents of three
 /// digits (1.0, 3.14159, 2.14748e+009).

@@ -26,8 +26,8 @@ Value sf_setq(Forms& forms) {
 Value sf_if(Forms& forms) {
   const Value& test = forms.next();
   const Value& then = forms.next();
-  if (forms.eval(test)) return forms.eval(then);
-  return forms.more() ? forms.eval_next() : Value();
+  if (forms.eval(test)) return forms.tail(then);
+  return forms.more() ? forms.tail(forms.next()) : Value();
 }
 
 Value sf_cond(Forms& forms) {
@@ -38,7 +38,7 @@ Value sf_cond(Forms& forms) {
     Value test = forms.eval(clause.car());
     if (!test) continue;
     if (!clause.cdr().is_cons()) return test;
-    return Forms(forms.interp(), clause.cdr()).eval_rest();
+    return forms.tail_all(clause.cdr());
   }
   return Value();
 }
@@ -49,7 +49,7 @@ Value sf_while(Forms& forms) {
   Value result;
   while (forms.eval(test)) {
     forms.interp().step();
-    result = Forms(forms.interp(), body).eval_rest();
+    result = forms.eval_all(body);
   }
   return result;
 }
@@ -61,7 +61,7 @@ Value sf_repeat(Forms& forms) {
   Value result;
   for (std::int32_t i = 0; i < count.integer(); ++i) {
     forms.interp().step();
-    result = Forms(forms.interp(), body).eval_rest();
+    result = forms.eval_all(body);
   }
   return result;
 }
@@ -78,13 +78,13 @@ Value sf_foreach(Forms& forms) {
   for (const Value& item : List(list)) {
     interp.step();
     symbol.value = item;
-    result = Forms(interp, body).eval_rest();
+    result = forms.eval_all(body);
   }
   interp.unbind_to(mark);
   return result;
 }
 
-Value sf_progn(Forms& forms) { return forms.eval_rest(); }
+Value sf_progn(Forms& forms) { return forms.tail_all(forms.rest()); }
 
 Value sf_and(Forms& forms) {
   while (forms.more()) {

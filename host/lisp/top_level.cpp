@@ -8,6 +8,7 @@
 #include "host/base/codepage.h"
 #include "host/base/file.h"
 #include "host/lisp/interpreter.h"
+#include "host/lisp/printer.h"
 #include "host/lisp/reader.h"
 #include "host/lisp/stream.h"
 
@@ -137,6 +138,13 @@ Result<Value> Interpreter::load_file(const std::string& path) {
 
 Result<Value> Interpreter::call_function(const Value& function, std::span<const Value> args) {
   return run_at_top_level([&] { return apply(function, args); });
+}
+
+void Interpreter::echo(const Value& value) {
+  if (value.is_blank()) return;
+  const std::optional<LispError> error = error_of(
+      [&] { print((at_line_start_ ? L"" : L"\n") + to_text(value, Quoting::kPrin1) + L"\n"); });
+  if (error) report(*error);
 }
 
 Result<Value> Interpreter::try_apply(const Value& function, std::span<const Value> args) {

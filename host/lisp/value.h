@@ -323,6 +323,8 @@ inline const Value& Value::car() const noexcept { return is_cons() ? cons()->car
 inline const Value& Value::cdr() const noexcept { return is_cons() ? cons()->cdr : kNil; }
 
 inline Kind Value::kind() const noexcept {
+  if (is_cell()) [[likely]]
+    return cell()->kind();
   switch (tag()) {
     case kFirstTag:
       return is_nil() ? Kind::kNil : Kind::kBlank;
@@ -330,12 +332,8 @@ inline Kind Value::kind() const noexcept {
       return Kind::kInteger;
     case kSymbolTag:
       return Kind::kSymbol;
-    case kCellTag:
-      return cell()->kind();
-    case kConsTag:
-      return Kind::kCons;
     default:
-      return Kind::kReal;
+      return is_cons() ? Kind::kCons : Kind::kReal;
   }
 }
 
