@@ -122,6 +122,7 @@ TEST(Vector, TheAngleOnThePlanIsNeverAFullTurnNorNegativeZero) {
   const AcGePlane plan;
   EXPECT_EQ(AcGeVector3d(1, -1e-300, 0).angleOnPlane(plan), 0.0);
   EXPECT_FALSE(std::signbit(AcGeVector3d(1, -0.0, 0).angleOnPlane(plan)));
+  EXPECT_FALSE(std::signbit(AcGeVector2d(1, -0.0).angle()));
   EXPECT_EQ(AcGeVector2d(1, -1e-300).angle(), 0.0);
   EXPECT_DOUBLE_EQ(AcGeVector2d(0, -1).angle(), 3 * kPi / 2);
 }
