@@ -2,10 +2,12 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <filesystem>
 #include <random>
@@ -15,6 +17,28 @@
 #include "host/base/file.h"
 #include "tests/host/base/temporary_folder.h"
 
+namespace {
+
+bool without_hard_links = false;
+bool without_kernel_copies = false;
+
+}  // namespace
+
+// In the place of the C library's, for the whole test program.
+extern "C" int link(const char* from, const char* to) noexcept {
+  if (!without_hard_links) return static_cast<int>(syscall(SYS_link, from, to));
+  errno = EPERM;
+  return -1;
+}
+extern "C" ssize_t copy_file_range(int from, off64_t* from_offset, int to, off64_t* to_offset,
+                                   size_t length, unsigned flags) {
+  if (!without_kernel_copies) {
+    return syscall(SYS_copy_file_range, from, from_offset, to, to_offset, length, flags);
+  }
+  errno = EXDEV;
+  return -1;
+}
+
 namespace cad {
 namespace {
 
@@ -23,6 +47,11 @@ using testing::HasSubstr;
 
 class AtomicFileTest : public TemporaryFolder {
  protected:
+  ~AtomicFileTest() override {
+    without_hard_links = false;
+    without_kernel_copies = false;
+  }
+
   Status save(std::string_view name, std::string_view text, bool keep_backup = false) {
     Result<AtomicFile> file = AtomicFile::create(path(name));
     if (!file) return file.error();
@@ -145,6 +174,42 @@ TEST_F(AtomicFileTest, TheBackupIsTheFileThatWasReplaced) {
   EXPECT_EQ(content("plan.dxf.bak"), "second");
   EXPECT_EQ(content("plan.dxf"), "third");
   EXPECT_THAT(names(), ElementsAre("plan.dxf", "plan.dxf.bak"));
+}
+
+TEST_F(AtomicFileTest, WithoutHardLinksTheBackupIsACopy) {
+  given_file("plan.dxf", "first");
+  chmod(path("plan.dxf").c_str(), 0640);
+  without_hard_links = true;
+  ASSERT_EQ(why(save("plan.dxf", "second", true)), "saved");
+  ASSERT_EQ(why(save("plan.dxf", "third", true)), "saved");
+  EXPECT_EQ(content("plan.dxf.bak"), "second");
+  EXPECT_EQ(content("plan.dxf"), "third");
+  EXPECT_THAT(names(), ElementsAre("plan.dxf", "plan.dxf.bak"));
+}
+
+TEST_F(AtomicFileTest, WhatTheKernelCannotCopyIsWritten) {
+  const std::string old = std::string(100'000, 'a') + std::string(100'000, 'b');
+  const Result<MappedFile> source = MappedFile::open(given_file("source.dxf", old));
+  ASSERT_TRUE(source);
+  without_kernel_copies = true;
+  Result<AtomicFile> file = AtomicFile::create(path("plan.dxf"));
+  ASSERT_TRUE(file);
+  ASSERT_TRUE(file->append("x"));
+  ASSERT_TRUE(file->copy_range(*source, 1, 199'998));
+  ASSERT_TRUE(file->commit(false));
+  EXPECT_EQ(content("plan.dxf"), "x" + old.substr(1, 199'998));
+}
+
+TEST_F(AtomicFileTest, ASourceThatWasShortenedIsAnErrorNotACrash) {
+  const Result<MappedFile> source =
+      MappedFile::open(given_file("source.dxf", std::string(200'000, 's')));
+  ASSERT_TRUE(source);
+  std::filesystem::resize_file(path("source.dxf"), 0);
+  Result<AtomicFile> file = AtomicFile::create(path("plan.dxf"));
+  ASSERT_TRUE(file);
+  EXPECT_TRUE(file->copy_range(*source, 0, 200'000));
+  EXPECT_EQ(why(file->commit(false)),
+            path("plan.dxf") + ": cannot write: the source was shortened");
 }
 
 TEST_F(AtomicFileTest, ABackupThatIsALinkToTheDrawingItselfIsNoObstacle) {
