@@ -64,8 +64,11 @@ void Heap::charge(std::size_t bytes) {
 }
 
 String* Heap::blank_string(std::size_t length) {
-  if (length > limit_ / sizeof(wchar_t)) raise(L"insufficient string space");
-  return make<String>(length * sizeof(wchar_t), length);
+  const std::size_t bytes = length * sizeof(wchar_t);
+  if (length > limit_ / sizeof(wchar_t) || live_ + sizeof(String) + bytes > limit_) {
+    raise(L"insufficient string space");
+  }
+  return make<String>(bytes, length);
 }
 
 Value Heap::string(std::wstring_view text) {
