@@ -38,6 +38,28 @@ Group integer_group(int code, std::int64_t value) {
   return group;
 }
 
+/// Name of the layout whose space holds the entity; empty for one in a block.
+std::string_view layout_name(AcDbObjectId id, bool in_paper) {
+  constexpr std::string_view kModel = "Model";
+  const std::uint64_t owner = id.stub()->owner;
+  if (owner == 0) return in_paper ? std::string_view() : kModel;  // R12 and before
+  if (owner == id.database()->modelSpaceId().handle()) return kModel;
+  dxf::Tag tag;
+  AcDbObjectId layout;
+  const RecordTags block = record_tags(referenced(id, owner));
+  for (dxf::TagReader tags(block.bytes, *record_tags(id).dialect); tags.next(tag);)
+    if (tag.code == 340) layout = referenced(id, dxf::handle_value(tag));
+  if (record_kind(layout) != "LAYOUT") return {};
+  // The group 1 before the marker names the page set-up.
+  bool in_class = false;
+  const RecordTags record = record_tags(layout);
+  for (dxf::TagReader tags(record.bytes, *record.dialect); tags.next(tag);) {
+    if (tag.code == 100) in_class = tag.value == "AcDbLayout";
+    if (tag.code == 1 && in_class) return tag.value;
+  }
+  return {};
+}
+
 }  // namespace
 
 /// Turns the tags of one record into groups.
@@ -182,14 +204,14 @@ bool RecordGroups::read(AcDbObjectId id) {
                                              [](const Group& group) { return group.code == 8; })
                               : marker + 1;
   const Group* const space = find(67);
-  const std::uint64_t owner = id.stub()->owner;
-  const bool in_model = (!space || space->integer == 0) &&
-                        (owner == 0 || owner == id.database()->modelSpaceId().handle());
-  if (!find(410) && in_model) {
-    place = groups_.insert(place, text_group(410, "Model"));
+  const bool lacks_space = space == nullptr;
+  const std::string_view layout =
+      find(410) ? std::string_view() : layout_name(id, space && space->integer != 0);
+  if (!layout.empty()) {
+    place = groups_.insert(place, text_group(410, layout));
     ++extended_;
   }
-  if (!space) {
+  if (lacks_space) {
     groups_.insert(place, integer_group(67, 0));
     ++extended_;
   }

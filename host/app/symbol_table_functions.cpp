@@ -39,10 +39,10 @@ bool is_blocks(const TableRow& row) { return row.name == L"BLOCK"; }
 
 Drawing& drawing_of(const Call& call) { return DocumentSession::of(call).database().drawing(); }
 
-/// Groups that tblsearch leaves out: the frame of the record and references to objects.
+/// Groups that tblsearch leaves out: the frame of the record, references to objects, plotting.
 bool is_frame(const Group& group) {
   return group.code == 5 || group.code == 105 || group.code == 100 || group.code == 102 ||
-         group.type == Group::Type::kObject || group.code == 67 || group.code == 410;
+         group.code == 290 || group.code == 370 || group.type == Group::Type::kObject;
 }
 
 void append_groups(Interpreter& interp, const RecordGroups& record, lisp::ListBuilder& list) {

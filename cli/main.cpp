@@ -1,0 +1,29 @@
+#include <CLI/CLI.hpp>
+#include <string>
+
+#include "cli/exit_status.h"
+#include "cli/own_commands.h"
+#include "cli/tool.h"
+
+int main(int argc, char** argv) {
+  CLI::App program("Keeps track of which label belongs to which pipe, inside the drawing.",
+                   "pipenote");
+  program.set_help_all_flag("--help-all", "help on every command");
+  program.require_subcommand(1);
+  program.footer("Help on a command: pipenote COMMAND --help\nExample: pipenote info plan.dxf");
+
+  int status = cli::kSuccess;
+  cli::add_run_command(program, status);
+  cli::add_repl_command(program, status);
+  cli::add_info_command(program, status);
+
+  try {
+    program.parse(argc, argv);
+  } catch (const CLI::Success& help) {
+    return program.exit(help);
+  } catch (const CLI::ParseError& error) {
+    cli::complain(std::string(error.what()) + "; see pipenote --help");
+    return cli::kWrongUsage;
+  }
+  return status;
+}

@@ -1,0 +1,14 @@
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+namespace cli {
+
+/// Each adds one command to the program; a parsed command leaves its answer in `status`.
+void add_run_command(CLI::App& program, int& status);
+void add_info_command(CLI::App& program, int& status);
+void add_repl_command(CLI::App& program, int& status);
+
+}  // namespace cli

@@ -1,0 +1,124 @@
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "cli/own_commands.h"
+#include "cli/tool.h"
+
+namespace cli {
+namespace {
+
+constexpr char kFooter[] =
+    R"(Scripts and expressions run in the order in which they are given. The value of each
+expression is printed on a line of its own; scripts print what they print. Without
+-o or --in-place nothing is written, and a LISP error leaves every file as it was.
+
+Examples:
+  pipenote run plan.dxf label.lsp --in-place
+  pipenote run plan.dxf tools.lsp -e '(record-labels)' -o labelled.dxf
+  pipenote run plan.dxf --select 2F3,2F4 -e '(t1)' --in-place)";
+
+struct RunOptions {
+  ToolOptions tool;
+  std::string drawing;
+  std::vector<std::string> scripts;
+  std::vector<std::string> expressions;
+  std::vector<std::string> selection;
+  std::string output;
+  bool in_place = false;
+};
+
+/// One script or expression, in the order of the command line.
+struct Step {
+  bool is_script;
+  std::string text;
+};
+
+std::vector<Step> steps_in_order(const CLI::App& command, const CLI::Option* scripts,
+                                 const CLI::Option* expressions, const RunOptions& options) {
+  std::vector<Step> steps;
+  std::size_t script = 0, expression = 0;
+  for (const CLI::Option* option : command.parse_order()) {
+    if (option == scripts && script < options.scripts.size())
+      steps.push_back({true, options.scripts[script++]});
+    if (option == expressions && expression < options.expressions.size())
+      steps.push_back({false, options.expressions[expression++]});
+  }
+  return steps;
+}
+
+/// Runs them all, or up to the first error.
+ExitStatus run_steps(Tool& tool, AcApDocument* drawing, const std::vector<Step>& steps) {
+  const InterruptScope interrupts(tool.host());
+  for (const Step& step : steps) {
+    const cad::Result<cad::lisp::Value> value =
+        step.is_script ? tool.host().eval_file(drawing, step.text)
+                       : tool.host().eval_string(drawing, step.text, "-e");
+    if (!value || InterruptScope::interrupted()) {
+      tool.fresh_line();
+      complain((value ? "interrupted" : value.error().message()) + "; the drawing was not written");
+      return kProgramFailed;
+    }
+    if (step.is_script || value->is_blank()) continue;
+    tool.fresh_line();
+    std::printf("%s\n", cad::Host::printed(*value).c_str());
+  }
+  return kSuccess;
+}
+
+ExitStatus run(const RunOptions& options, const std::vector<Step>& steps) {
+  Tool tool(options.tool);
+  ExitStatus status = kSuccess;
+  AcApDocument* const drawing = tool.open(options.drawing, options.in_place, status);
+  if (!drawing) return status;
+  if (!options.selection.empty()) {
+    if (cad::Status known = tool.host().set_selection(drawing, options.selection); !known) {
+      complain("--select: " + known.error().message());
+      return kWrongUsage;
+    }
+  }
+  status = run_steps(tool, drawing, steps);
+  if (status != kSuccess) return status;
+  if (!options.output.empty()) return tool.save(drawing, options.output, false);
+  // A drawing that nothing has changed keeps its file, its date and its backup.
+  if (options.in_place && drawing->database()->is_modified())
+    return tool.save(drawing, options.drawing, true);
+  return kSuccess;
+}
+
+}  // namespace
+
+void add_run_command(CLI::App& program, int& status) {
+  const auto options = std::make_shared<RunOptions>();
+  CLI::App* const command = program.add_subcommand("run", "run LISP scripts on a drawing");
+  command->footer(kFooter);
+  command->add_option("DRAWING", options->drawing, "the drawing, a DXF file")->required();
+  CLI::Option* const scripts =
+      command->add_option("SCRIPT", options->scripts, "LISP files to run")->type_name("LSP");
+  CLI::Option* const expressions =
+      command
+          ->add_option("-e,--eval", options->expressions, "evaluate this text and print its value")
+          ->type_name("EXPR")
+          ->allow_extra_args(false);
+  CLI::Option* const output =
+      command->add_option("-o,--output", options->output, "write the drawing to this file")
+          ->type_name("OUT");
+  command
+      ->add_flag("--in-place", options->in_place,
+                 "write the drawing over itself; the previous one stays as DRAWING.bak")
+      ->excludes(output);
+  command
+      ->add_option("--select", options->selection,
+                   "entities that answer the first selection by the user")
+      ->type_name("HANDLE,HANDLE...")
+      ->delimiter(',')
+      ->allow_extra_args(false);
+  add_tool_options(*command, options->tool);
+  command->callback([=, &status] {
+    status = run(*options, steps_in_order(*command, scripts, expressions, *options));
+  });
+}
+
+}  // namespace cli

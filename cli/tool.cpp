@@ -1,0 +1,168 @@
+#include "cli/tool.h"
+
+#include <sys/stat.h>
+
+#include <CLI/CLI.hpp>
+#include <atomic>
+#include <csignal>
+#include <cstdio>
+#include <iostream>
+#include <optional>
+
+#include "host/app/console.h"
+#include "host/base/codepage.h"
+#include "host/base/file.h"
+#include "host/base/trace.h"
+
+namespace cli {
+namespace {
+
+constexpr char kModule[] = "pipenote.arx";
+
+bool is_folder(const std::string& path) {
+  struct stat facts;
+  return ::stat(path.c_str(), &facts) == 0 && S_ISDIR(facts.st_mode);
+}
+
+/// The data installed with the program; empty when it runs from elsewhere.
+std::string installed_data() {
+  for (const char* below : {"/../share/pipenote/install", "/../../share/pipenote/install"}) {
+    const std::string folder = cad::Host::library_folder() + below;
+    if (is_folder(folder)) return folder;
+  }
+  return {};
+}
+
+std::optional<std::wstring> read_input_line() {
+  std::string line;
+  if (!std::getline(std::cin, line)) return std::nullopt;
+  if (!line.empty() && line.back() == '\r') line.pop_back();
+  return cad::from_utf8(line);
+}
+
+}  // namespace
+
+void add_tool_options(CLI::App& command, ToolOptions& options) {
+  command
+      .add_option("--install-dir", options.install_dir,
+                  "folder of the installation's settings files")
+      ->type_name("DIR")
+      ->check(CLI::ExistingDirectory);
+  command.add_option("--project-dir", options.project_dir, "folder of the current project")
+      ->type_name("DIR")
+      ->check(CLI::ExistingDirectory);
+  command.add_option("--load", options.modules, "load a further module; may be repeated")
+      ->type_name("MODULE")
+      ->allow_extra_args(false);
+  command
+      .add_option("--step-limit", options.step_limit,
+                  "stop LISP programs after this many evaluated lists (0: no limit)")
+      ->type_name("N");
+  command.add_flag("--trace", options.trace, "write the diagnostic trace to stderr");
+}
+
+void complain(std::string_view line) {
+  std::fflush(stdout);
+  std::fprintf(stderr, "pipenote: %.*s\n", static_cast<int>(line.size()), line.data());
+}
+
+Tool::Tool(const ToolOptions& options) : options_(options) {
+  cad::HostSettings& settings = cad::host_settings();
+  settings.install_dir = options.install_dir.empty() ? installed_data() : options.install_dir;
+  settings.project_dir = options.project_dir;
+  settings.module_folders.push_back(cad::Host::library_folder() + "/pipenote");
+  cad::set_console([this](std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    if (!text.empty()) at_line_start_ = text.back() == '\n';
+  });
+  host_.set_alerts(complain);
+  host_.set_input(read_input_line);
+  host_.set_step_limit(options.step_limit);
+  if (options.trace)
+    cad::set_trace_sink([](std::wstring_view line) {
+      std::fflush(stdout);
+      std::fprintf(stderr, "trace: %s\n", cad::to_utf8(line).c_str());
+    });
+}
+
+Tool::~Tool() {
+  cad::set_console({});
+  cad::set_trace_sink({});
+  std::fflush(stdout);
+}
+
+AcApDocument* Tool::open(const std::string& path, bool for_writing, ExitStatus& status) {
+  cad::Result<AcApDocument*> drawing = host_.open_drawing(path, {for_writing});
+  if (!drawing) {
+    // Whether the fault is in reading: the same path, asked for less.
+    const bool readable =
+        for_writing && !cad::FileLock::acquire(path) && cad::MappedFile::open(path);
+    status = readable ? kNotWritten : kNotRead;
+    complain(drawing.error().message());
+    return nullptr;
+  }
+  if (!load_modules()) {
+    status = kWrongUsage;
+    return nullptr;
+  }
+  return *drawing;
+}
+
+bool Tool::load_modules() {
+  std::vector<std::string> names = {kModule};
+  names.insert(names.end(), options_.modules.begin(), options_.modules.end());
+  for (const std::string& name : names) {
+    if (cad::Status loaded = host_.load_module(name); !loaded) {
+      complain(loaded.error().message());
+      return false;
+    }
+  }
+  return true;
+}
+
+ExitStatus Tool::save(AcApDocument* drawing, const std::string& path, bool keep_backup) {
+  const cad::Status saved = host_.save(drawing, path, keep_backup);
+  if (!saved) complain(saved.error().message());
+  return saved ? kSuccess : kNotWritten;
+}
+
+void Tool::fresh_line() {
+  if (!at_line_start_) std::fputc('\n', stdout);
+  at_line_start_ = true;
+}
+
+namespace {
+
+std::atomic<cad::Host*> interrupted_host = nullptr;
+std::atomic<bool> was_interrupted = false;
+
+void on_interrupt(int) {
+  was_interrupted = true;
+  if (cad::Host* host = interrupted_host) host->interrupt();
+}
+
+void catch_interrupts(void (*handler)(int)) {
+  struct sigaction action {};
+  action.sa_handler = handler;
+  ::sigemptyset(&action.sa_mask);
+  ::sigaction(SIGINT, &action, nullptr);
+}
+
+}  // namespace
+
+InterruptScope::InterruptScope(cad::Host& host) {
+  reset();
+  interrupted_host = &host;
+  catch_interrupts(on_interrupt);
+}
+
+InterruptScope::~InterruptScope() {
+  catch_interrupts(SIG_DFL);
+  interrupted_host = nullptr;
+}
+
+bool InterruptScope::interrupted() { return was_interrupted; }
+
+void InterruptScope::reset() { was_interrupted = false; }
+
+}  // namespace cli
