@@ -59,13 +59,13 @@ Heap& Heap::of(const Cell* cell) {
 }
 
 void Heap::charge(std::size_t bytes) {
-  if (bytes > limit_ || live_ > limit_ - bytes) raise(L"insufficient node space");
+  if (bytes > room()) raise(L"insufficient node space");
   live_ += bytes;
 }
 
 String* Heap::blank_string(std::size_t length) {
   const std::size_t bytes = length * sizeof(wchar_t);
-  if (length > limit_ / sizeof(wchar_t) || live_ + sizeof(String) + bytes > limit_) {
+  if (length > limit_ / sizeof(wchar_t) || sizeof(String) + bytes > room()) {
     raise(L"insufficient string space");
   }
   return make<String>(bytes, length);

@@ -50,6 +50,8 @@ class Heap {
 
   /// Bytes of all cells alive, and what was charged.
   std::size_t live_bytes() const { return live_; }
+  /// Bytes left below the limit.
+  std::size_t room() const { return live_ < limit_ ? limit_ - live_ : 0; }
   void set_limit(std::size_t bytes) { limit_ = bytes; }
   /// Counts memory kept elsewhere (symbols, members of selection sets) against the limit.
   void charge(std::size_t bytes);

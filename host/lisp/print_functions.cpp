@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <string>
 
 #include "host/lisp/files.h"
@@ -19,22 +20,28 @@ void print_to(Call& call, std::size_t i, std::wstring_view text) {
 
 namespace {
 
+// The text of the first argument, which is memory too.
+std::wstring text_of(Call& call, Quoting quoting) {
+  const std::size_t room = call.interp().heap().room() / sizeof(wchar_t);
+  return to_text(call.arg(0), quoting, std::min(room, kLongestText));
+}
+
 // Without arguments the value is the blank, so that nothing is echoed.
 Value fn_princ(Call& call) {
   if (call.size() == 0) return Value::blank();
-  print_to(call, 1, to_text(call.arg(0), Quoting::kPrinc));
+  print_to(call, 1, text_of(call, Quoting::kPrinc));
   return call.arg(0);
 }
 
 Value fn_prin1(Call& call) {
   if (call.size() == 0) return Value::blank();
-  print_to(call, 1, to_text(call.arg(0), Quoting::kPrin1));
+  print_to(call, 1, text_of(call, Quoting::kPrin1));
   return call.arg(0);
 }
 
 Value fn_print(Call& call) {
   if (call.size() == 0) return Value::blank();
-  print_to(call, 1, L"\n" + to_text(call.arg(0), Quoting::kPrin1) + L" ");
+  print_to(call, 1, L"\n" + text_of(call, Quoting::kPrin1) + L" ");
   return call.arg(0);
 }
 
@@ -59,10 +66,10 @@ Value fn_write_char(Call& call) {
 }
 
 Value fn_princ_to_string(Call& call) {
-  return call.interp().string(to_text(call.arg(0), Quoting::kPrinc));
+  return call.interp().string(text_of(call, Quoting::kPrinc));
 }
 Value fn_prin1_to_string(Call& call) {
-  return call.interp().string(to_text(call.arg(0), Quoting::kPrin1));
+  return call.interp().string(text_of(call, Quoting::kPrin1));
 }
 
 // clang-format off

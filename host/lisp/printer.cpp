@@ -166,14 +166,13 @@ bool append_text(std::wstring& out, const Value& value, Quoting quoting, std::si
   return false;
 }
 
-constexpr std::size_t kLongestText = std::size_t{1} << 26;
 constexpr std::size_t kLongestStart = 1000;
 
 }  // namespace
 
-std::wstring to_text(const Value& value, Quoting quoting) {
+std::wstring to_text(const Value& value, Quoting quoting, std::size_t most) {
   std::wstring out;
-  if (!append_text(out, value, quoting, kLongestText)) raise(L"insufficient string space");
+  if (!append_text(out, value, quoting, most)) raise(L"insufficient string space");
   return out;
 }
 

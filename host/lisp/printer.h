@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -13,9 +14,10 @@ enum class Quoting {
 };
 
 /// The text of a value: (1 2.5 "a" (B . C)). Nesting of any depth. Lists share their parts, so a
-/// small value may have an endless text: raises "insufficient string space" at 64 million
+/// small value may have an endless text: raises "insufficient string space" beyond `most`
 /// characters.
-std::wstring to_text(const Value& value, Quoting quoting);
+inline constexpr std::size_t kLongestText = std::size_t{1} << 26;
+std::wstring to_text(const Value& value, Quoting quoting, std::size_t most = kLongestText);
 
 /// The same as prin1 for an error message: only the start of a long text, then "...".
 std::wstring quoted_start(const Value& value);

@@ -1,0 +1,1 @@
+(setq s "ab") (while T (setq s (strcat s s)))

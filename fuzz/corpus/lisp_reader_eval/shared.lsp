@@ -1,0 +1,1 @@
+(setq x (quote (1))) (repeat 70 (setq x (list x x))) (princ x)
