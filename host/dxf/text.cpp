@@ -1,5 +1,6 @@
 #include "host/dxf/text.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "host/base/codepage.h"
@@ -60,14 +61,25 @@ std::optional<Multibyte> multibyte_escape(View text, std::size_t at) {
   return Multibyte{kPages[static_cast<std::size_t>(text[at + 3] - '1')], *bytes};
 }
 
-void append_code_point(unsigned value, std::wstring& out) {
+/// False, and nothing appended, for the null, which would cut the text short: its escapes stay.
+bool append_code_point(unsigned value, std::wstring& out) {
   const bool low = value >= 0xDC00 && value <= 0xDFFF;
   if (low && !out.empty() && out.back() >= 0xD800 && out.back() <= 0xDBFF) {
     const auto high = static_cast<unsigned>(out.back());
     out.back() = static_cast<wchar_t>(0x10000 + ((high - 0xD800) << 10) + (value - 0xDC00));
-    return;
+    return true;
   }
+  if (value == 0) return false;
   out.push_back(static_cast<wchar_t>(value));
+  return true;
+}
+
+bool append_multibyte(const Multibyte& value, std::wstring& out) {
+  const char bytes[] = {static_cast<char>(value.bytes >> 8), static_cast<char>(value.bytes & 0xFF)};
+  const std::wstring text = decode({bytes, 2}, value.page);
+  if (text.find(L'\0') != std::wstring::npos) return false;
+  out += text;
+  return true;
 }
 
 /// Undoes the escapes of text whose bytes are decoded already. A code page whose second bytes
@@ -82,22 +94,18 @@ void append_unescaped(std::wstring_view text, std::wstring& out) {
         i += 2;
         continue;
       }
-      if (next >= L'@' && next <= L'_') {
+      if (next > L'@' && next <= L'_') {
         out.push_back(next - L'@');
         i += 2;
         continue;
       }
     }
     if (c == L'\\') {
-      if (const auto value = unicode_escape(text, i)) {
-        append_code_point(*value, out);
+      if (const auto value = unicode_escape(text, i); value && append_code_point(*value, out)) {
         i += kUnicodeEscapeLength;
         continue;
       }
-      if (const auto value = multibyte_escape(text, i)) {
-        const char bytes[] = {static_cast<char>(value->bytes >> 8),
-                              static_cast<char>(value->bytes & 0xFF)};
-        decode_append({bytes, 2}, value->page, out);
+      if (const auto value = multibyte_escape(text, i); value && append_multibyte(*value, out)) {
         i += kMultibyteEscapeLength;
         continue;
       }
@@ -129,6 +137,35 @@ void append_character(wchar_t c, CodePage page, std::string& out) {
   append_unicode_escape(static_cast<unsigned>(value), out);
 }
 
+bool is_mark(wchar_t c) { return c >= 0xDC80 && c <= 0xDCFF; }
+
+/// Marks of undecoded bytes (host/base/codepage.h) become their byte, or, with `escape_marks`, an
+/// escape like what the code page lacks.
+void append_text(std::wstring_view text, const Dialect& dialect, bool escape_marks,
+                 std::string& out) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const wchar_t c = text[i];
+    if (c >= L' ' && c < 0x7F && c != L'^' && c != L'\\') {
+      out.push_back(static_cast<char>(c));
+    } else if (c == L'^') {
+      out += "^ ";
+    } else if (c >= 0 && c < L' ') {
+      out.push_back('^');
+      out.push_back(static_cast<char>(c + '@'));
+    } else if (c == L'\\') {
+      if (unicode_escape(text, i) || multibyte_escape(text, i)) {
+        append_unicode_escape('\\', out);
+      } else {
+        out.push_back('\\');
+      }
+    } else if (escape_marks && is_mark(c)) {
+      append_unicode_escape(static_cast<unsigned>(c), out);
+    } else {
+      append_character(c, dialect.code_page, out);
+    }
+  }
+}
+
 }  // namespace
 
 void append_decoded(std::string_view bytes, const Dialect& dialect, std::wstring& out) {
@@ -150,25 +187,15 @@ void append_decoded(std::string_view bytes, const Dialect& dialect, std::wstring
 }
 
 void append_encoded(std::wstring_view text, const Dialect& dialect, std::string& out) {
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const wchar_t c = text[i];
-    if (c >= L' ' && c < 0x7F && c != L'^' && c != L'\\') {
-      out.push_back(static_cast<char>(c));
-    } else if (c == L'^') {
-      out += "^ ";
-    } else if (c >= 0 && c < L' ') {
-      out.push_back('^');
-      out.push_back(static_cast<char>(c + '@'));
-    } else if (c == L'\\') {
-      if (unicode_escape(text, i) || multibyte_escape(text, i)) {
-        append_unicode_escape('\\', out);
-      } else {
-        out.push_back('\\');
-      }
-    } else {
-      append_character(c, dialect.code_page, out);
-    }
-  }
+  const std::size_t begin = out.size();
+  append_text(text, dialect, false, out);
+  if (std::none_of(text.begin(), text.end(), is_mark)) return;
+  // A byte that was no character by itself may become one with what now follows it.
+  std::wstring read;
+  append_decoded(std::string_view(out).substr(begin), dialect, read);
+  if (read == text) return;
+  out.resize(begin);
+  append_text(text, dialect, true, out);
 }
 
 }  // namespace cad::dxf

@@ -13,7 +13,8 @@ namespace cad::dxf {
 /// "^ " a caret), characters its code page lacks as \U+XXXX, and characters of another multibyte
 /// page as \M+nXXXX. Reading undoes all three; writing uses the caret and, where the code page
 /// needs it, \U+XXXX. A backslash that would begin such an escape is written as \U+005C, so that
-/// every text reads back as it was.
+/// every text reads back as it was. Escapes that name the null stay as they are, because texts end
+/// at a null. Bytes that are no text are written back as they were where that reads the same.
 void append_decoded(std::string_view bytes, const Dialect& dialect, std::wstring& out);
 void append_encoded(std::wstring_view text, const Dialect& dialect, std::string& out);
 
