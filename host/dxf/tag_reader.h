@@ -53,11 +53,14 @@ inline bool TagReader::next_ascii(Tag& tag) {
   const char* const start = bytes_.data() + position_;
   const char* const end = bytes_.data() + bytes_.size();
   const char* at = start;
-  while (at < end && (*at == ' ' || *at == '\t')) ++at;
+  while (at < end && (*at == ' ' || *at == '\t' || *at == '\r')) ++at;
   const bool negative = at < end && *at == '-';
   if (negative) ++at;
+  constexpr int kMost = 100'000;  // the front of a file is read before the scanner has checked it
   int code = 0;
-  for (; at < end && *at >= '0' && *at <= '9'; ++at) code = code * 10 + (*at - '0');
+  for (; at < end && *at >= '0' && *at <= '9'; ++at) {
+    if (code < kMost) code = code * 10 + (*at - '0');
+  }
   while (at < end && *at != '\n') ++at;
   if (at == end) return false;
   ++at;
