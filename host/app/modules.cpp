@@ -205,6 +205,7 @@ Status Modules::unload(const std::string& name) {
   }
   if (module->locked) return fail(name, "the module is locked and cannot be unloaded");
   if (module->calls > 0) return fail(name, "the module is in use");
+  module->leaving = true;
   AcApDocument* const current = acDocManager->curDocument();
   for (AcApDocument* document : acDocManager->documents()) {
     acDocManager->setCurDocument(document);
@@ -228,7 +229,8 @@ void Modules::load_drawing(AcApDocument& document) {
   std::vector<std::uint64_t>& told = document.session().modules;
   for (std::size_t i = 0; i < modules_.size(); ++i) {
     Module& module = *modules_[i];
-    if (std::find(told.begin(), told.end(), module.number) != told.end()) continue;
+    if (module.leaving || std::find(told.begin(), told.end(), module.number) != told.end())
+      continue;
     told.push_back(module.number);
     send(module, AcRx::kLoadDwgMsg);
   }

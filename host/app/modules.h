@@ -25,6 +25,7 @@ struct Module {
   int references = 1;
   bool locked = true;
   bool serves_many = false;              // registered as able to serve several documents
+  bool leaving = false;                  // being unloaded: no drawing is told of it any more
   int calls = 0;                         // messages being served
   std::map<short, int (*)()> functions;  // of acedRegFunc()
 

@@ -28,6 +28,11 @@ Value pickset_of(Interpreter& interp, const std::vector<AcDbObjectId>& ids) {
   return set;
 }
 
+bool is_point(const Value& value) {
+  const lisp::List list(value);
+  return value.car().is_number() && list.at_or_nil(1).is_number();
+}
+
 /// (ssget [mode] [points...] [filter])
 Value fn_ssget(Call& call) {
   DocumentSession& session = DocumentSession::of(call);
@@ -37,7 +42,7 @@ Value fn_ssget(Call& call) {
     const Value& argument = call.arg(i);
     if (argument.is_string() && i == 0) {
       mode = argument.text();
-    } else if (argument.is_cons() && argument.car().is_number()) {
+    } else if (is_point(argument)) {
       lisp::raise(L"ssget at a point needs a screen");
     } else if (argument.is_list()) {
       if (argument.is_cons()) filter_list = &argument;

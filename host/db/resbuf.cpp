@@ -176,6 +176,7 @@ BufferValue buffer_value(int type) {
     if (row.type == type) return row.value;
   }
   if (type == -1 || type == -2) return BufferValue::kName;
+  if (type == -4) return BufferValue::kString;  // an operator in a selection filter
   return BufferValue::kNone;
 }
 

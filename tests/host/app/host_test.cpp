@@ -85,8 +85,8 @@ TEST_F(Host, LispErrorsArePrintedAndAnswered) {
   host.new_drawing();
   const auto value = host.eval_string(acDocManager->curDocument(), "(car 1)\n", "-e");
   ASSERT_FALSE(value);
-  EXPECT_EQ(value.error().what, "bad argument type: listp: 1");
-  EXPECT_NE(printed.find("bad argument type: listp: 1"), std::string::npos);
+  EXPECT_EQ(value.error().what, "bad argument type: consp: 1");
+  EXPECT_NE(printed.find("bad argument type: consp: 1"), std::string::npos);
 }
 
 TEST_F(Host, AlertsAreToldOncePerDrawing) {

@@ -77,7 +77,7 @@ TEST_F(LispCall, SymbolsAndFunctionsCannotBePassed) {
 
 TEST_F(LispCall, DeeplyNestedListsPass) {
   EXPECT_EQ(eval("(progn (setq l nil) (repeat 100000 (setq l (list l))) (strlen (shape l)))"),
-            "400001");
+            "400003");
 }
 
 TEST_F(LispCall, NamesAndSetsArePassedAndComeBack) {

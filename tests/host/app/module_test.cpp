@@ -67,7 +67,7 @@ TEST_F(Modules, FunctionsGoWithTheirModule) {
   EXPECT_EQ(eval("(setq kept greet) (greet)"), "\"hello\"");
   ASSERT_TRUE(host.unload_module("scripted.arx"));
   EXPECT_EQ(eval("(greet)"), "error: no function definition: GREET");
-  EXPECT_EQ(eval("(kept)"), "error: no function definition: GREET");
+  EXPECT_EQ(eval("(kept)"), "error: no function definition: KEPT");
 }
 
 TEST_F(Modules, FunctionsBelongToOneDrawing) {
