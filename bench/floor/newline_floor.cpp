@@ -1,4 +1,4 @@
-// The floor every reader of a drawing stands on: how fast its lines can be counted at all.
+// How fast a drawing's lines can be counted at all.
 // Maps the file and counts line ends with memchr, several times; prints the median run.
 
 #include <fcntl.h>
@@ -14,20 +14,11 @@
 #include <cstdio>
 #include <cstring>
 
+#include "bench/floor/line_floor.h"
+
 namespace {
 
 constexpr int kRuns = 5;
-
-std::size_t count_lines(const char* at, const char* end) {
-  std::size_t lines = 0;
-  while (at != end) {
-    const void* found = std::memchr(at, '\n', static_cast<std::size_t>(end - at));
-    if (!found) break;
-    ++lines;
-    at = static_cast<const char*>(found) + 1;
-  }
-  return lines;
-}
 
 int fail(const char* path, const char* what) {
   std::fprintf(stderr, "%s: %s: %s\n", path, what, std::strerror(errno));
@@ -58,7 +49,7 @@ int main(int argc, char** argv) {
     void* mapped = mmap(nullptr, bytes, PROT_READ, MAP_PRIVATE, file, 0);
     if (mapped == MAP_FAILED) return fail(path, "cannot map");
     const char* begin = static_cast<const char*>(mapped);
-    lines = count_lines(begin, begin + bytes);
+    lines = bench::count_lines({begin, bytes});
     munmap(mapped, bytes);
     close(file);
     run = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
