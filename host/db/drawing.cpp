@@ -310,10 +310,10 @@ bool Drawing::has_locked_layers() {
   for (const std::size_t index : table_records(*layers)) {
     dxf::TagReader tags(bytes_of(stubs_[index]), dialect_);
     dxf::Tag tag;
-    std::string_view name;
+    std::wstring name;
     bool locked = false;
     while (tags.next(tag)) {
-      if (tag.code == 2) name = tag.value;
+      if (tag.code == 2) name = dxf::text_value(tag, dialect_);
       if (tag.code == 70) locked = (dxf::int_value(tag, dialect_) & kLocked) != 0;
     }
     if (locked) locked_layers_->push_back(folded(name));
@@ -321,9 +321,9 @@ bool Drawing::has_locked_layers() {
   return !locked_layers_->empty();
 }
 
-bool Drawing::layer_is_locked(std::string_view raw_layer) {
+bool Drawing::layer_is_locked(std::wstring_view layer) {
   if (!has_locked_layers()) return false;
-  const std::string wanted = folded(raw_layer);
+  const std::wstring wanted = folded(layer);
   return std::find(locked_layers_->begin(), locked_layers_->end(), wanted) != locked_layers_->end();
 }
 

@@ -105,7 +105,7 @@ class Drawing {
   std::vector<Stub*> sub_entities(const Stub& main);
   bool is_sub_entity(const Stub& stub) const;
   bool has_locked_layers();
-  bool layer_is_locked(std::string_view raw_layer);
+  bool layer_is_locked(std::wstring_view layer);
   /// A table record was erased or brought back.
   void record_turned(const Stub& stub);
   /// Tells the user, once, that records cannot be stored in this release.
@@ -173,7 +173,7 @@ class Drawing {
   bool blocks_by_record_known_ = false;
   std::vector<std::size_t> added_entities_;
   std::map<std::string, std::unordered_map<std::wstring, std::size_t>, std::less<>> table_names_;
-  std::optional<std::vector<std::string>> locked_layers_;  // folded names
+  std::optional<std::vector<std::wstring>> locked_layers_;  // folded names
   bool alerted_ = false;
   mutable std::optional<std::unordered_map<std::string_view, HeaderVariable>> header_;
   std::unordered_map<std::uint64_t, Stub*> missing_;

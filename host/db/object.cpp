@@ -106,13 +106,13 @@ Acad::ErrorStatus AcDbObject::close() {
   if (!stub_) return Acad::eNotInDatabase;
   if (!ObjectAccess::is_open(*this)) return Acad::eNotOpenForRead;
   if (isWriteEnabled()) {
-    flags_ =
-        static_cast<std::uint8_t>(flags_ & ~(cad::kOpenWrite | cad::kNewObject | cad::kModified));
+    flags_ = static_cast<std::uint8_t>(flags_ & ~(cad::kOpenWrite | cad::kModified));
   } else if (readers_ != 0) {
     --readers_;
   } else {
     flags_ = static_cast<std::uint8_t>(flags_ & ~cad::kOpenNotify);
   }
+  flags_ = static_cast<std::uint8_t>(flags_ & ~cad::kNewObject);
   if (!ObjectAccess::is_open(*this)) StubStore::drawing_of(*stub_).closed();
   return Acad::eOk;
 }

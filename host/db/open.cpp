@@ -14,8 +14,7 @@ bool ObjectAccess::on_locked_layer(const AcDbObject& object) {
   const Stub& stub = *object.stub_;
   Drawing& drawing = StubStore::drawing_of(stub);
   if (!drawing.class_of(stub).entity || !drawing.has_locked_layers()) return false;
-  const auto layer = Lens(object.content(), object.dialect()).find("AcDbEntity", 8);
-  return layer && drawing.layer_is_locked(layer->value);
+  return drawing.layer_is_locked(Lens(object.content(), object.dialect()).text("AcDbEntity", 8));
 }
 
 Acad::ErrorStatus ObjectAccess::open(AcDbObject& object, AcDb::OpenMode mode) {
@@ -35,7 +34,10 @@ Acad::ErrorStatus ObjectAccess::open(AcDbObject& object, AcDb::OpenMode mode) {
       object.flags_ |= kOpenWrite;
     }
   }
-  if (!was_open) StubStore::drawing_of(*object.stub_).opened();
+  if (!was_open) {
+    object.flags_ = static_cast<std::uint8_t>(object.flags_ & ~kModified);
+    StubStore::drawing_of(*object.stub_).opened();
+  }
   return Acad::eOk;
 }
 
