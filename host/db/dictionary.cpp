@@ -38,6 +38,31 @@ int compare_keys(std::wstring_view a, std::wstring_view b) {
   return a.size() == b.size() ? 0 : a.size() < b.size() ? -1 : 1;
 }
 
+/// What filing an entry has to know of the tags, from one walk over them.
+struct Survey {
+  bool hard = false;               ///< entries are owned hard
+  std::optional<std::size_t> key;  ///< offset of the wanted key's tag
+  std::size_t end = 0;             ///< offset behind the dictionary's last tag
+};
+
+Survey survey(std::string_view bytes, const cad::dxf::Dialect& dialect, std::wstring_view key) {
+  Survey found;
+  cad::dxf::TagReader tags(bytes, dialect);
+  cad::dxf::Tag tag;
+  bool inside = false;
+  while (tags.next(tag) && tag.code < 1000) {
+    if (tag.code == 100) inside = tag.value == kPart;
+    if (!inside) continue;
+    found.end = tag.end;
+    if (tag.code == 280) found.hard = cad::dxf::int_value(tag, dialect) != 0;
+    if (tag.code == 3 && !key.empty() && !found.key && cad::dxf::text_value(tag, dialect) == key) {
+      found.key = tag.begin;
+    }
+  }
+  if (found.end == 0) found.end = Lens(bytes, dialect).extended_data();
+  return found;
+}
+
 bool is_entry_reference(int code) { return code == 350 || code == 360 || code == 340; }
 
 }  // namespace
@@ -216,29 +241,21 @@ void AcDbDictionary::file_entry(std::wstring_view key, std::uint64_t handle) {
     erase_replaced(before);
     return;
   }
+  // In front of the entry that follows in order, where the file keeps its entries in order.
+  const bool last = at == decoded.sorted.size();
+  const Survey place = survey(content(), dialect(), last ? L"" : decoded.sorted[at].key);
   std::string pair;
   cad::dxf::TagWriter writer(pair, dialect());
   writer.text(3, key);
-  writer.handle(isTreatElementsAsHard() ? 360 : 350, handle);
-  std::string& tags = writable_content();
-  // In front of the entry that follows in order, where the file keeps its entries in order.
-  std::optional<std::size_t> offset;
-  if (at < decoded.sorted.size()) offset = key_offset(decoded.sorted[at].key);
-  LensWriter(tags, dialect()).insert(offset.value_or(Lens(tags, dialect()).part_end(kPart)), pair);
+  writer.handle(place.hard ? 360 : 350, handle);
+  writable_content().insert(place.key.value_or(place.end), pair);
   decoded.sorted.insert(decoded.sorted.begin() + static_cast<std::ptrdiff_t>(at),
                         {std::wstring(key), handle});
   content_changed();
 }
 
 std::optional<std::size_t> AcDbDictionary::key_offset(std::wstring_view key) const {
-  cad::dxf::TagReader tags(content(), dialect());
-  cad::dxf::Tag tag;
-  bool inside = false;
-  while (tags.next(tag)) {
-    if (tag.code == 100) inside = tag.value == kPart;
-    if (inside && tag.code == 3 && cad::dxf::text_value(tag, dialect()) == key) return tag.begin;
-  }
-  return std::nullopt;
+  return survey(content(), dialect(), key).key;
 }
 
 void AcDbDictionary::replace_reference(std::wstring_view key, std::uint64_t handle) {

@@ -16,13 +16,30 @@ std::string_view section_name(dxf::Section section) {
   return section == dxf::Section::kObjects ? "OBJECTS" : "ENTITIES";
 }
 
+/// Whether tags of memory objects stand in a drawing of that dialect as they are, line ends apart.
+bool spells_like_memory(const dxf::Dialect& dialect) {
+  return !dialect.binary && dialect.code_page == CodePage::kUtf8 && dialect.has_dictionaries();
+}
+
+void append_with_line_ends(std::string_view lines, const dxf::Dialect& dialect, std::string& out) {
+  if (!dialect.crlf) {
+    out += lines;
+    return;
+  }
+  while (!lines.empty()) {
+    const std::size_t length = std::min(lines.find('\n'), lines.size());
+    out.append(lines.substr(0, length)).append("\r\n");
+    lines.remove_prefix(std::min(length + 1, lines.size()));
+  }
+}
+
 /// The tags of a new object, respelled for a drawing, with its handle, reactor and owner in place
 /// of the placeholders that memory objects carry.
 std::string respell(const AcDbObject& object, const dxf::Dialect& dialect, std::uint64_t handle,
                     std::uint64_t owner, std::uint64_t reactor) {
   std::string out;
   const std::string_view content = ObjectAccess::content(object);
-  out.reserve(content.size() + 96);
+  out.reserve(content.size() + content.size() / 4 + 96);
   dxf::TagWriter writer(out, dialect);
   const dxf::Dialect& from = ObjectAccess::dialect(object);
   dxf::TagReader tags(content, from);
@@ -41,6 +58,10 @@ std::string respell(const AcDbObject& object, const dxf::Dialect& dialect, std::
     } else if (!owner_written && tag.code == 330) {
       owner_written = true;
       if (dialect.has_dictionaries()) writer.handle(330, owner);
+      if (handle_written && spells_like_memory(dialect)) {
+        append_with_line_ends(content.substr(tag.end), dialect, out);
+        return out;
+      }
     } else if (tag.code == 100 && !dialect.has_dictionaries()) {
       continue;  // R12 knows no class parts
     } else {
