@@ -150,6 +150,8 @@ constexpr Builtin kControlFunctions[] = {
     {"gc",                         0, 0, fn_nothing, "(gc)",                         "does nothing: memory is freed at once"},
     {"vmon",                       0, 0, fn_nothing, "(vmon)",                       "does nothing: there is no paging"},
     {"vl-bt",                      0, 0, fn_nothing, "(vl-bt)",                      "does nothing: there is no backtrace"},
+    {"vl-acad-defun",              1, 1, fn_nothing, "(vl-acad-defun symbol)",       "does nothing: modules see every function"},
+    {"vl-acad-undefun",            1, 1, fn_nothing, "(vl-acad-undefun symbol)",     "does nothing: modules see every function"},
     {"*push-error-using-command*", 0, 0, fn_nothing, "(*push-error-using-command*)", "does nothing: *error* may use commands"},
     {"*push-error-using-stack*",   0, 0, fn_nothing, "(*push-error-using-stack*)",   "does nothing: *error* sees local variables"},
     {"*pop-error-mode*",           0, 0, fn_nothing, "(*pop-error-mode*)",           "does nothing"},
