@@ -6,12 +6,12 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "cli/own_commands.h"
+#include "cli/add_commands.h"
+#include "cli/records_survey.h"
 #include "cli/tool.h"
 #include "host/base/codepage.h"
 #include "host/base/numbers.h"
 #include "host/db/dictionary.h"
-#include "host/db/entity.h"
 #include "host/db/open.h"
 #include "host/db/xrecord.h"
 #include "module/registry/vocabulary.h"
@@ -56,14 +56,8 @@ std::uint64_t records_in(AcDbObjectId dictionary_id) {
 RecordCount count_records(AcDbDatabase& database) {
   RecordCount count;
   if (!database.has_dictionaries()) return count;
-  database.for_each_object([&](AcDbObjectId id) {
-    if (!id.objectClass()->isDerivedFrom(AcDbEntity::desc())) return;
-    AcDbObject* entity = nullptr;
-    if (acdbOpenAcDbObject(entity, id, AcDb::kForRead) != Acad::eOk) return;
-    const AcDbObjectId dictionary = entity->extensionDictionary();
-    entity->close();
-    if (dictionary.isNull()) return;
-    const std::uint64_t records = records_in(dictionary);
+  for_each_record_owner(database, [&](const RecordOwner& owner) {
+    const std::uint64_t records = records_in(owner.dictionary);
     count.records += records;
     count.entities += records ? 1 : 0;
   });
@@ -136,7 +130,9 @@ void add_info_command(CLI::App& program, int& status) {
   const auto options = std::make_shared<InfoOptions>();
   CLI::App* const command = program.add_subcommand("info", "tell what a drawing holds");
   command->footer(kFooter);
-  command->add_option("DRAWING", options->drawing, "the drawing, a DXF file")->required();
+  command->add_option("DRAWING", options->drawing, "the drawing, a DXF file")
+      ->required()
+      ->type_name("");
   command->add_flag("--json", options->json, "print JSON");
   command->callback([=, &status] { status = info(*options); });
 }

@@ -1,8 +1,8 @@
 #include <CLI/CLI.hpp>
 #include <string>
 
+#include "cli/add_commands.h"
 #include "cli/exit_status.h"
-#include "cli/own_commands.h"
 #include "cli/tool.h"
 
 int main(int argc, char** argv) {
@@ -16,6 +16,8 @@ int main(int argc, char** argv) {
   cli::add_run_command(program, status);
   cli::add_repl_command(program, status);
   cli::add_info_command(program, status);
+  cli::add_records_command(program, status);
+  cli::add_check_command(program, status);
 
   try {
     program.parse(argc, argv);

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/own_commands.h"
+#include "cli/add_commands.h"
 #include "cli/tool.h"
 #include "host/app/session.h"
 #include "host/base/codepage.h"
@@ -250,7 +250,9 @@ void add_repl_command(CLI::App& program, int& status) {
   const auto options = std::make_shared<ReplOptions>();
   CLI::App* const command = program.add_subcommand("repl", "a LISP prompt on a drawing");
   command->footer(kFooter);
-  command->add_option("DRAWING", options->drawing, "the drawing, a DXF file")->required();
+  command->add_option("DRAWING", options->drawing, "the drawing, a DXF file")
+      ->required()
+      ->type_name("");
   add_tool_options(*command, options->tool);
   command->callback([=, &status] { status = repl(*options); });
 }

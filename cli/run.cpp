@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/own_commands.h"
+#include "cli/add_commands.h"
 #include "cli/tool.h"
 
 namespace cli {
@@ -94,7 +94,9 @@ void add_run_command(CLI::App& program, int& status) {
   const auto options = std::make_shared<RunOptions>();
   CLI::App* const command = program.add_subcommand("run", "run LISP scripts on a drawing");
   command->footer(kFooter);
-  command->add_option("DRAWING", options->drawing, "the drawing, a DXF file")->required();
+  command->add_option("DRAWING", options->drawing, "the drawing, a DXF file")
+      ->required()
+      ->type_name("");
   CLI::Option* const scripts =
       command->add_option("SCRIPT", options->scripts, "LISP files to run")->type_name("LSP");
   CLI::Option* const expressions =

@@ -10,5 +10,7 @@ namespace cli {
 void add_run_command(CLI::App& program, int& status);
 void add_info_command(CLI::App& program, int& status);
 void add_repl_command(CLI::App& program, int& status);
+void add_records_command(CLI::App& program, int& status);
+void add_check_command(CLI::App& program, int& status);
 
 }  // namespace cli
