@@ -84,12 +84,12 @@ resbuf* buffer_of_tag(const dxf::Tag& tag, const dxf::Dialect& dialect, Drawing*
 }
 
 ResbufChain chain_of_tags(std::string_view bytes, const dxf::Dialect& dialect, std::size_t from,
-                          std::size_t to, Drawing* drawing) {
+                          std::size_t to, Drawing* drawing, int stop) {
   ChainBuilder chain;
   dxf::TagReader tags(bytes.substr(0, to), dialect, from);
   dxf::Tag tag;
   resbuf* point = nullptr;
-  while (tags.next(tag)) {
+  while (tags.next(tag) && tag.code != stop) {
     if (point) {
       const int ahead = tag.code - point->restype;
       if (ahead == 10 || ahead == 20) {

@@ -13,6 +13,7 @@ constexpr std::string_view kPart = "AcDbXrecord";
 constexpr std::string_view kNewXrecord =
     "  0\nXRECORD\n  5\n0\n330\n0\n100\nAcDbXrecord\n280\n     1\n";
 constexpr int kCloningFlag = 280;
+constexpr int kExtendedData = 1001;
 
 /// Where the values begin: behind the class marker and the cloning flag. Values run to the end of
 /// the record or to extended data.
@@ -32,7 +33,7 @@ std::size_t values_end(std::string_view bytes, const cad::dxf::Dialect& dialect,
   cad::dxf::TagReader tags(bytes, dialect, begin);
   cad::dxf::Tag tag;
   while (tags.next(tag)) {
-    if (tag.code == 1001) return tag.begin;
+    if (tag.code == kExtendedData) return tag.begin;
   }
   return bytes.size();
 }
@@ -53,8 +54,8 @@ Acad::ErrorStatus AcDbXrecord::rbChain(resbuf** chain, AcDbDatabase* database) c
                           : own    ? &cad::StubStore::drawing_of(*own)
                                    : nullptr;
   const std::size_t begin = values_begin(content(), dialect());
-  const std::size_t end = values_end(content(), dialect(), begin);
-  *chain = cad::chain_of_tags(content(), dialect(), begin, end, drawing).release();
+  *chain = cad::chain_of_tags(content(), dialect(), begin, content().size(), drawing, kExtendedData)
+               .release();
   return Acad::eOk;
 }
 

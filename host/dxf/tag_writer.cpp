@@ -54,12 +54,16 @@ bool is_plain(std::string_view bytes) {
 
 void TagWriter::code(int code) {
   if (!dialect_.binary) {
-    if (code >= 0 && code < 10) {
-      const char digits[] = {' ', ' ', static_cast<char>('0' + code)};
-      out_.append(digits, sizeof digits);
-    } else {
-      append_aligned(out_, code, 3);
+    if (code >= 0 && code < 10) {  // most tags: the whole line in one piece
+      const char line[] = {' ', ' ', static_cast<char>('0' + code), '\r', '\n'};
+      if (dialect_.crlf) {
+        out_.append(line, 5);
+      } else {
+        out_.append(line, 3).push_back('\n');
+      }
+      return;
     }
+    append_aligned(out_, code, 3);
     out_ += dialect_.eol();
     return;
   }
