@@ -89,17 +89,20 @@ ResbufChain chain_of_tags(std::string_view bytes, const dxf::Dialect& dialect, s
   dxf::TagReader tags(bytes.substr(0, to), dialect, from);
   dxf::Tag tag;
   resbuf* point = nullptr;
+  int coordinates = 0;  // that the point has so far
   while (tags.next(tag) && tag.code != stop) {
     if (point) {
-      const int ahead = tag.code - point->restype;
-      if (ahead == 10 || ahead == 20) {
-        point->resval.rpoint[ahead / 10] = dxf::real_value(tag, dialect);
+      if (coordinates < 3 && tag.code == point->restype + 10 * coordinates) {
+        point->resval.rpoint[coordinates++] = dxf::real_value(tag, dialect);
         continue;
       }
       point = nullptr;
     }
     resbuf* buffer = buffer_of_tag(tag, dialect, drawing);
-    if (buffer && buffer_value(tag.code) == BufferValue::kPoint) point = buffer;
+    if (buffer && buffer_value(tag.code) == BufferValue::kPoint) {
+      point = buffer;
+      coordinates = 1;
+    }
     chain.add(buffer);
   }
   return ResbufChain(chain.release());
