@@ -65,6 +65,34 @@ Survey survey(std::string_view bytes, const cad::dxf::Dialect& dialect, std::wst
 
 bool is_entry_reference(int code) { return code == 350 || code == 360 || code == 340; }
 
+/// The tags of one entry.
+struct Pair {
+  std::size_t begin;        ///< offset of the key's tag
+  cad::dxf::Tag reference;  ///< ends the pair
+};
+
+/// Finds an entry by key and reference: damaged files hold a key twice.
+std::optional<Pair> find_pair(std::string_view bytes, const cad::dxf::Dialect& dialect,
+                              std::wstring_view key, std::uint64_t handle) {
+  cad::dxf::TagReader tags(bytes, dialect);
+  cad::dxf::Tag tag;
+  cad::dxf::Tag key_tag;
+  bool inside = false;
+  bool has_key = false;
+  while (tags.next(tag)) {
+    if (tag.code == 100) inside = tag.value == kPart;
+    if (inside && tag.code == 3) {
+      key_tag = tag;
+      has_key = true;
+    } else if (inside && has_key && is_entry_reference(tag.code)) {
+      has_key = false;
+      if (cad::dxf::handle_value(tag) != handle) continue;
+      if (cad::dxf::text_value(key_tag, dialect) == key) return Pair{key_tag.begin, tag};
+    }
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 /// The entries in iteration order.
@@ -216,8 +244,9 @@ Acad::ErrorStatus AcDbDictionary::setAt(const ACHAR* key, AcDbObject* object, Ac
   if (resident) {
     if (!object->isWriteEnabled()) return Acad::eNotOpenForWrite;
     resident->owner = own->handle;
-    if (const auto owner = Lens(ObjectAccess::content(*object), dialect()).owner_tag()) {
-      LensWriter(ObjectAccess::writable(*object), dialect()).set_handle(*owner, own->handle);
+    std::string& tags = ObjectAccess::writable(*object);
+    if (const auto owner = Lens(tags, dialect()).owner_tag()) {
+      LensWriter(tags, dialect()).set_handle(*owner, own->handle);
       ObjectAccess::changed(*object);
     }
     object->addPersistentReactor(objectId());
@@ -236,7 +265,8 @@ void AcDbDictionary::file_entry(std::wstring_view key, std::uint64_t handle) {
   const bool taken = at < decoded.sorted.size() && compare_keys(decoded.sorted[at].key, key) == 0;
   if (taken) {
     const std::uint64_t before = decoded.sorted[at].handle;
-    replace_reference(decoded.sorted[at].key, handle);
+    if (before == handle) return;
+    replace_reference(decoded.sorted[at].key, before, handle);
     decoded.sorted[at].handle = handle;
     erase_replaced(before);
     return;
@@ -254,20 +284,11 @@ void AcDbDictionary::file_entry(std::wstring_view key, std::uint64_t handle) {
   content_changed();
 }
 
-std::optional<std::size_t> AcDbDictionary::key_offset(std::wstring_view key) const {
-  return survey(content(), dialect(), key).key;
-}
-
-void AcDbDictionary::replace_reference(std::wstring_view key, std::uint64_t handle) {
-  const auto offset = key_offset(key);
-  if (!offset) return;
+void AcDbDictionary::replace_reference(std::wstring_view key, std::uint64_t before,
+                                       std::uint64_t handle) {
   std::string& tags = writable_content();
-  cad::dxf::TagReader reader(tags, dialect(), *offset);
-  cad::dxf::Tag tag;
-  while (reader.next(tag)) {
-    if (!is_entry_reference(tag.code)) continue;
-    LensWriter(tags, dialect()).set_handle(tag, handle);
-    break;
+  if (const auto pair = find_pair(tags, dialect(), key, before)) {
+    LensWriter(tags, dialect()).set_handle(pair->reference, handle);
   }
   content_changed();
 }
@@ -280,14 +301,9 @@ void AcDbDictionary::erase_replaced(std::uint64_t handle) {
 
 Acad::ErrorStatus AcDbDictionary::take_out(std::size_t position) {
   Entries& decoded = entries();
-  const std::wstring key = decoded.sorted[position].key;
-  if (const auto offset = key_offset(key)) {
-    std::string& tags = writable_content();
-    cad::dxf::TagReader reader(tags, dialect(), *offset);
-    cad::dxf::Tag tag;
-    while (reader.next(tag) && !is_entry_reference(tag.code)) {
-    }
-    LensWriter(tags, dialect()).remove(*offset, tag.end);
+  const Entries::Entry& entry = decoded.sorted[position];
+  if (const auto pair = find_pair(content(), dialect(), entry.key, entry.handle)) {
+    LensWriter(writable_content(), dialect()).remove(pair->begin, pair->reference.end);
     content_changed();
   }
   decoded.sorted.erase(decoded.sorted.begin() + static_cast<std::ptrdiff_t>(position));
@@ -303,18 +319,17 @@ Acad::ErrorStatus AcDbDictionary::remove(const ACHAR* key) {
 
 Acad::ErrorStatus AcDbDictionary::remove(AcDbObjectId entry) {
   if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
-  std::wstring key;
-  const Acad::ErrorStatus status = nameAt(entry, key);
-  return status == Acad::eOk ? remove(key.c_str()) : status;
+  const auto& sorted = entries().sorted;
+  for (std::size_t i = 0; i < sorted.size() && !entry.isErased(); ++i) {
+    if (sorted[i].handle == entry.handle()) return take_out(i);
+  }
+  return Acad::eKeyNotFound;
 }
 
 void AcDbDictionary::entry_erased(AcDbObjectId entry) {
   const auto& sorted = entries().sorted;
-  for (std::size_t i = 0; i < sorted.size(); ++i) {
-    if (sorted[i].handle == entry.handle()) {
-      take_out(i);
-      return;
-    }
+  for (std::size_t i = sorted.size(); i > 0; --i) {
+    if (sorted[i - 1].handle == entry.handle()) take_out(i - 1);
   }
 }
 

@@ -52,9 +52,8 @@ class AcDbDictionary : public AcDbObject {
   Entries& entries() const;
   Acad::ErrorStatus take_out(std::size_t position);
   void file_entry(std::wstring_view key, std::uint64_t handle);
-  void replace_reference(std::wstring_view key, std::uint64_t handle);
+  void replace_reference(std::wstring_view key, std::uint64_t before, std::uint64_t handle);
   void erase_replaced(std::uint64_t handle);
-  std::optional<std::size_t> key_offset(std::wstring_view key) const;
   mutable std::unique_ptr<Entries> entries_;  // decoded on first use
 };
 
