@@ -289,7 +289,7 @@ std::optional<Drawing::HeaderVariable> Drawing::header_variable(std::string_view
 
 Stub* Drawing::root_dictionary() {
   const SectionSpan* span = section(dxf::Section::kObjects);
-  if (!span || span->first_stub == span->end_stub) return nullptr;
+  if (!span || span->first_stub == span->end_stub) return made_root_;
   Stub& first = stubs_[span->first_stub];
   return kind_name(first) == "DICTIONARY" ? &first : nullptr;
 }

@@ -108,6 +108,8 @@ class Drawing {
   bool layer_is_locked(std::wstring_view layer);
   /// A table record was erased or brought back.
   void record_turned(const Stub& stub);
+  /// Whether the record brackets others in the file: TABLE, BLOCK, ENDBLK.
+  bool is_frame(const Stub& stub) const;
   /// Tells the user, once, that records cannot be stored in this release.
   void alert_no_dictionaries();
 
@@ -116,7 +118,8 @@ class Drawing {
   void closed() { --open_count_; }
   std::size_t open_count() const { return open_count_; }
 
-  /// The first object of OBJECTS, when it is a dictionary: the root of all others.
+  /// The first object of OBJECTS, when it is a dictionary: the root of all others. A file without
+  /// objects gets one with its first new object.
   Stub* root_dictionary();
 
   const DrawingFacts& facts() const { return facts_; }
@@ -152,6 +155,7 @@ class Drawing {
   void build_facts();
   std::vector<Patch> patches(std::vector<std::string>& storage) const;
   Patch handle_seed_patch(std::vector<std::string>& storage) const;
+  void make_root(std::uint64_t anchor);
   Stub* skip_to_entity(std::size_t index, std::size_t end);
   Stub* added_behind(const std::vector<std::size_t>& added, std::size_t index);
   std::uint64_t space_of(const Stub& stub) const;
@@ -172,6 +176,7 @@ class Drawing {
   std::unordered_map<std::uint64_t, std::size_t> block_by_record_;
   bool blocks_by_record_known_ = false;
   std::vector<std::size_t> added_entities_;
+  Stub* made_root_ = nullptr;  // the root dictionary of a file without objects
   std::map<std::string, std::unordered_map<std::wstring, std::size_t>, std::less<>> table_names_;
   std::optional<std::vector<std::wstring>> locked_layers_;  // folded names
   bool alerted_ = false;

@@ -4,6 +4,7 @@
 #include <tuple>
 
 #include "host/base/numbers.h"
+#include "host/db/dictionary.h"
 #include "host/db/drawing.h"
 #include "host/db/lens.h"
 #include "host/db/object_access.h"
@@ -104,13 +105,30 @@ Stub& Drawing::new_stub(std::string_view kind, std::uint64_t owner, dxf::Section
 }
 
 std::uint64_t Drawing::section_end(dxf::Section wanted) {
-  if (const SectionSpan* span = section(wanted)) return span->end;
-  SectionSpan span;
-  span.section = wanted;
-  span.begin = span.end = eof_;
-  span.made = true;
-  sections_.push_back(span);
-  return span.end;
+  SectionSpan* span = section(wanted);
+  if (!span) {
+    SectionSpan made;
+    made.section = wanted;
+    made.begin = made.end = eof_;
+    made.made = true;
+    span = &sections_.emplace_back(made);
+  }
+  const std::uint64_t end = span->end;
+  const bool empty = span->first_stub == span->end_stub;
+  if (wanted == dxf::Section::kObjects && empty && !made_root_) make_root(end);
+  return end;
+}
+
+void Drawing::make_root(std::uint64_t anchor) {
+  // Readers take the first object for the root, and ask it for the groups.
+  auto* root = new AcDbDictionary;
+  made_root_ = &add(*root, 0, dxf::Section::kObjects, anchor, 0);
+  opened();
+  auto* groups = new AcDbDictionary;
+  AcDbObjectId id;
+  root->setAt(L"ACAD_GROUP", groups, id);
+  groups->close();
+  root->close();
 }
 
 Stub& Drawing::add(AcDbObject& object, std::uint64_t owner, dxf::Section section,

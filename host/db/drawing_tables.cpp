@@ -160,6 +160,13 @@ bool Drawing::is_sub_entity(const Stub& stub) const {
   return kind == "VERTEX" || kind == "ATTRIB" || kind == "SEQEND";
 }
 
+bool Drawing::is_frame(const Stub& stub) const {
+  const std::string_view kind = kind_name(stub);
+  return stub.section == dxf::Section::kTables
+             ? kind == "TABLE"
+             : stub.section == dxf::Section::kBlocks && (kind == "BLOCK" || kind == "ENDBLK");
+}
+
 Stub* Drawing::entity_behind(const Stub& stub) {
   const std::size_t index = StubStore::index_of(stub);
   if (stub.section == dxf::Section::kBlocks) {

@@ -90,6 +90,13 @@ std::optional<dxf::Tag> Lens::handle_tag() const {
   return std::nullopt;
 }
 
+std::size_t Lens::behind_handle() const {
+  if (const auto handle = handle_tag()) return handle->end;
+  dxf::TagReader tags(bytes_, dialect_);
+  dxf::Tag kind;
+  return tags.next(kind) ? kind.end : 0;
+}
+
 std::optional<dxf::Tag> Lens::owner_tag() const {
   dxf::TagReader tags(bytes_, dialect_);
   dxf::Tag tag;

@@ -27,6 +27,9 @@ class Lens {
 
   /// The record's handle tag, group 5 or 105.
   std::optional<dxf::Tag> handle_tag() const;
+  /// Where the frame's {...} groups go: behind the handle, or behind group 0 when the frame has
+  /// none.
+  std::size_t behind_handle() const;
   /// The frame's owner tag, group 330 outside of {...} groups.
   std::optional<dxf::Tag> owner_tag() const;
 

@@ -68,7 +68,7 @@ void ObjectAccess::turn(Drawing& drawing, Stub& first, bool erased) {
   while (!work.empty()) {
     Stub& stub = *work.back();
     work.pop_back();
-    if (stub.erased() == erased || stub.has(Stub::kMissing)) continue;
+    if (stub.erased() == erased || stub.has(Stub::kMissing) || drawing.is_frame(stub)) continue;
     const std::vector<Stub*> more = dependants(drawing, stub);
     stub.flags = static_cast<std::uint8_t>(erased ? stub.flags | Stub::kErased
                                                   : stub.flags & ~Stub::kErased);
@@ -139,8 +139,9 @@ Acad::ErrorStatus AcDbObject::erase(bool erasing) {
   if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
   if (isErased() == erasing) return erasing ? Acad::eWasErased : Acad::eWasNotErased;
   Drawing& drawing = StubStore::drawing_of(*stub_);
+  if (drawing.is_frame(*stub_)) return Acad::eCannotBeErasedByCaller;
   ObjectAccess::turn(drawing, *stub_, erasing);
-  if (erasing && stub_->owner != 0) {
+  if (erasing && stub_->owner != 0 && !stub_->has(Stub::kStrayTwin)) {
     Stub* owner = drawing.find(stub_->owner);
     if (owner && !owner->erased()) ObjectAccess::entry_erased(drawing.object(*owner), objectId());
   }
@@ -174,13 +175,13 @@ Acad::ErrorStatus AcDbObject::createExtensionDictionary() {
   const Lens lens(tags, dialect());
   LensWriter writer(tags, dialect());
   if (const auto stale = lens.group(kExtensionGroup)) writer.remove(stale->begin, stale->end);
-  const auto handle = Lens(tags, dialect()).handle_tag();
+  const std::size_t place = Lens(tags, dialect()).behind_handle();
   std::string group;
   cad::dxf::TagWriter text(group, dialect());
   text.raw(102, kExtensionGroup);
   text.handle(360, made.handle);
   text.raw(102, "}");
-  writer.insert(handle ? handle->end : 0, group);
+  writer.insert(place, group);
   content_changed();
   return Acad::eOk;
 }
@@ -217,8 +218,7 @@ Acad::ErrorStatus AcDbObject::addPersistentReactor(AcDbObjectId reactor) {
     writer.handle(330, reactor.handle());
     writer.raw(102, "}");
     const auto extension = lens.group(kExtensionGroup);
-    const auto handle = lens.handle_tag();
-    LensWriter(tags, dialect()).insert(extension ? extension->end : handle ? handle->end : 0, text);
+    LensWriter(tags, dialect()).insert(extension ? extension->end : lens.behind_handle(), text);
   }
   content_changed();
   return Acad::eOk;

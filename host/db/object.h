@@ -56,7 +56,8 @@ class AcDbObject : public AcRxObject {
   /// Erases or, with false, brings back. An erased object stays openable with openErased until
   /// the drawing is closed; saving leaves it out. Its extension dictionary goes and comes with it;
   /// an entry of a dictionary leaves the dictionary and does not come back.
-  /// eWasErased, eWasNotErased, eNotOpenForWrite.
+  /// eWasErased, eWasNotErased, eNotOpenForWrite; eCannotBeErasedByCaller for the head of a symbol
+  /// table and for the BLOCK and ENDBLK of a block.
   Acad::ErrorStatus erase(bool erasing = true);
 
   /// Id of the extension dictionary, null when there is none.
