@@ -88,7 +88,7 @@ class Run(CommandLine):
 
     def test_output_goes_to_another_file(self):
         out = self.folder / "out.dxf"
-        self.call("run", self.plan, "-e", "(entdel (ssname (ssget \"X\" '((0 . \"CIRCLE\"))) 0))",
+        self.call("run", self.plan, "-e", "(entdel (ssname (ssget \"X\" '((0 . \"INSERT\"))) 0))",
                   "-o", out)
         self.assertEqual(self.plan.read_bytes(), self.before)
         self.assertNotEqual(out.read_bytes(), self.before)
