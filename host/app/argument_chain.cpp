@@ -20,8 +20,9 @@ constexpr std::size_t kTextBlock = 4096;
 
 /// The chains in use, for acutRelRb(): one per call under way.
 std::vector<const ArgumentChain*>& live_chains() {
-  static std::vector<const ArgumentChain*> chains;
-  return chains;
+  // Outlives the static objects of modules, which may free buffers to the last.
+  static auto* const chains = new std::vector<const ArgumentChain*>;
+  return *chains;
 }
 
 bool is_argument(const resbuf* buffer) {
@@ -33,12 +34,16 @@ bool is_true_symbol(const Value& value) {
   return value.is_symbol() && value.symbol()->name == L"T";
 }
 
+/// Widens the bounds of the host's buffers by a block of them.
+void enclose(const resbuf* first, std::size_t count) {
+  host_buffers.owns = is_argument;
+  host_buffers.begin = std::min(host_buffers.begin, reinterpret_cast<std::uintptr_t>(first));
+  host_buffers.end = std::max(host_buffers.end, reinterpret_cast<std::uintptr_t>(first + count));
+}
+
 }  // namespace
 
-ArgumentChain::ArgumentChain() {
-  host_owns_buffer = is_argument;
-  live_chains().push_back(this);
-}
+ArgumentChain::ArgumentChain() { live_chains().push_back(this); }
 
 ArgumentChain::~ArgumentChain() { std::erase(live_chains(), this); }
 
@@ -74,7 +79,9 @@ bool ArgumentChain::owns(const resbuf* buffer) const {
 }
 
 resbuf* ArgumentChain::add(short type) {
+  const std::size_t blocks = buffers_.blocks.size();
   resbuf* const buffer = buffers_.take(1, kBufferBlock);
+  if (buffers_.blocks.size() != blocks) enclose(buffer, buffers_.blocks.back().size);
   *buffer = resbuf{};
   buffer->restype = type;
   (head_ ? tail_->rbnext : head_) = buffer;

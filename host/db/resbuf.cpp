@@ -225,7 +225,7 @@ resbuf* acutNewRb(int type) {
 
 int acutRelRb(resbuf* chain) {
   while (chain) {
-    if (cad::host_owns_buffer && cad::host_owns_buffer(chain)) break;
+    if (cad::host_buffers.contains(chain)) break;
     resbuf* next = chain->rbnext;
     free_cell(chain);
     chain = next;

@@ -1,11 +1,23 @@
 #pragma once
 
+#include <cstdint>
+
 #include "host/db/resbuf.h"
 
 namespace cad {
 
-/// Asked by acutRelRb() before it frees a buffer: whether it is the host's, as the arguments of a
-/// LISP call are, and must stay. Null until the host answers calls.
-inline bool (*host_owns_buffer)(const resbuf* buffer) = nullptr;
+/// Buffers that belong to the host, as the arguments of a LISP call do: acutRelRb() leaves them
+/// alone. The bounds enclose them all, so that other buffers cost two comparisons.
+struct HostBuffers {
+  std::uintptr_t begin = UINTPTR_MAX;
+  std::uintptr_t end = 0;
+  bool (*owns)(const resbuf* buffer) = nullptr;  ///< asked within the bounds
+
+  bool contains(const resbuf* buffer) const {
+    const auto address = reinterpret_cast<std::uintptr_t>(buffer);
+    return address >= begin && address < end && owns(buffer);
+  }
+};
+inline HostBuffers host_buffers;
 
 }  // namespace cad
