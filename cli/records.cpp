@@ -10,6 +10,7 @@
 #include "host/base/codepage.h"
 #include "host/base/fold.h"
 #include "host/base/numbers.h"
+#include "host/db/record.h"
 #include "module/record/record.h"
 #include "module/record/record_cursor.h"
 #include "module/record/record_table.h"
@@ -136,7 +137,7 @@ std::optional<RecordOwner> wanted_owner(AcDbDatabase& database, const std::strin
   }
   AcDbObjectId id;
   if (database.getAcDbObjectId(id, false, AcDbHandle(*handle)) != Acad::eOk ||
-      !id.objectClass()->isDerivedFrom(AcDbEntity::desc())) {
+      !cad::is_entity(id)) {
     complain("no entity has the handle " + text);
     status = kNoSuchOwner;
     return std::nullopt;

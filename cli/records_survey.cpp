@@ -2,9 +2,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "host/app/record_groups.h"
 #include "host/base/codepage.h"
 #include "host/base/numbers.h"
+#include "host/db/record.h"
 #include "module/platform/opened.h"
 
 namespace cli {
@@ -17,18 +17,13 @@ RecordOwner record_owner(AcDbObjectId entity) {
 void for_each_record_owner(AcDbDatabase& database,
                            const std::function<void(const RecordOwner&)>& visit) {
   database.for_each_object([&](AcDbObjectId id) {
-    if (!id.objectClass()->isDerivedFrom(AcDbEntity::desc())) return;
+    if (!cad::is_entity(id)) return;
     const RecordOwner owner = record_owner(id);
     if (!owner.dictionary.isNull()) visit(owner);
   });
 }
 
-std::string kind_of(AcDbObjectId object) {
-  cad::RecordGroups groups;
-  if (!groups.read(object)) return {};
-  const cad::Group* kind = groups.find(0);
-  return kind ? cad::to_utf8(groups.text(*kind)) : std::string();
-}
+std::string kind_of(AcDbObjectId object) { return std::string(cad::record_kind(object)); }
 
 std::string handle_of(AcDbObjectId object) {
   return cad::to_utf8(cad::handle_text(object.handle()));

@@ -1,14 +1,11 @@
 #include "module/manager/dim_manager.h"
 
-#include <memory>
-
 #include "module/manager/draw_value.h"
 #include "module/platform/lisp.h"
 #include "module/platform/opened.h"
 #include "module/platform/trace.h"
 #include "module/record/record.h"
 #include "module/record/record_cursor.h"
-#include "module/record/record_factory.h"
 #include "module/record/record_table.h"
 #include "module/registry/update_service.h"
 
@@ -107,13 +104,9 @@ Acad::ErrorStatus CDimManager::dimRecEx(const wchar_t* dimTypeName, const StuDim
     dim::trace_format(L"%s不是合法的标注类型名!", dim::text_of(dimTypeName).data());
     return dim::kNotRegistered;
   }
-  std::unique_ptr<CDimRecord> record(
-      CDimUpdateServ::getInstance().getDimFactory().CreateDimRec(item));
-  if (!record) return dim::kFailed;
-  record->setDimTypeName(dimTypeName);
   CDimRecordTable table;
   if (open_table(table, AcDb::kForWrite) != Acad::eOk) return dim::kFailed;
-  return table.add(*record);
+  return table.add_item(dimTypeName, item);
 }
 
 Acad::ErrorStatus CDimManager::dimTxtRec(const wchar_t* dimTypeName, const wchar_t* dimName,

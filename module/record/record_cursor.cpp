@@ -73,7 +73,7 @@ Acad::ErrorStatus CDimRecordIterator::setDim(const StuDim& item) {
     dim::trace(L"创建实体失败!");
     return dim::kFailed;
   }
-  dim::ItemPlace place = dim::find_item(head_, item.name);
+  dim::ItemPlace place = dim::find_item(head_, item.name.c_str());
   // What stands there is the old item, the rest of a damaged chain, or nothing.
   resbuf*& link = place.previous ? dim::link_to(place.previous, posNext) : head_;
   dim::link_to(added, posNext) = place.found ? place.following : link;

@@ -4,7 +4,25 @@
 #include "module/platform/trace.h"
 #include "module/record/record.h"
 #include "module/record/record_cursor.h"
-#include "module/registry/registry.h"
+#include "module/record/record_factory.h"
+#include "module/registry/update_service.h"
+
+namespace {
+
+/// Opens the record that is to take the items of a new one.
+bool open_target(CDimRecord& target, AcDbObjectId existing) {
+  if (target.open(existing, AcDb::kForWrite, false) == Acad::eOk) return true;
+  dim::trace(L"打开实体失败!");
+  return false;
+}
+
+bool write_item(CDimRecord& target, const StuDim& item) {
+  if (target.setAt(item) == Acad::eOk) return true;
+  dim::trace(L"写入信息失败!");
+  return false;
+}
+
+}  // namespace
 
 CDimRecordTable::~CDimRecordTable() {
   // Kept: a table that was closed closes once more, which the host shrugs off.
@@ -55,17 +73,33 @@ Acad::ErrorStatus CDimRecordTable::add(const CDimRecord& record) {
   AcDbObjectId existing;
   const Acad::ErrorStatus status = getAt(record.getDimTypeName(), existing);
   if (status == Acad::eOk) return merge(record, existing);
+  return status == dim::kNotFound ? file(record) : status;
+}
+
+Acad::ErrorStatus CDimRecordTable::add_item(const wchar_t* typeName, const StuDim& item) {
+  AcDbObjectId existing;
+  const Acad::ErrorStatus status = getAt(typeName, existing);
+  if (status == Acad::eOk) {
+    CDimRecord target;
+    return open_target(target, existing) && write_item(target, item) ? Acad::eOk : dim::kFailed;
+  }
   if (status != dim::kNotFound) return status;
-  return dictionary_->setAt(record.getDimTypeName(), record.record_object_, existing);
+  const std::unique_ptr<CDimRecord> record(
+      CDimUpdateServ::getInstance().getDimFactory().CreateDimRec(item));
+  if (!record) return dim::kFailed;
+  record->setDimTypeName(typeName);
+  return file(*record);
+}
+
+Acad::ErrorStatus CDimRecordTable::file(const CDimRecord& record) {
+  AcDbObjectId id;
+  return dictionary_->setAt(record.getDimTypeName(), record.record_object_, id);
 }
 
 Acad::ErrorStatus CDimRecordTable::merge(const CDimRecord& record, AcDbObjectId existing) {
   CDimRecord target;
-  if (target.open(existing, AcDb::kForWrite, false) != Acad::eOk) {
-    dim::trace(L"打开实体失败!");
-    return dim::kFailed;
-  }
   CDimRecordIterator cursor;
+  if (!open_target(target, existing)) return dim::kFailed;
   if (record.newIterator(cursor) != Acad::eOk) return dim::kFailed;
   StuDim item;
   for (cursor.start(); !cursor.done(); cursor.step()) {
@@ -73,10 +107,7 @@ Acad::ErrorStatus CDimRecordTable::merge(const CDimRecord& record, AcDbObjectId 
       dim::trace(L"读取信息失败!");
       return dim::kFailed;
     }
-    if (target.setAt(item) != Acad::eOk) {
-      dim::trace(L"写入信息失败!");
-      return dim::kFailed;
-    }
+    if (!write_item(target, item)) return dim::kFailed;
   }
   return Acad::eOk;
 }

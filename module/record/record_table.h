@@ -8,6 +8,7 @@
 class CDimRecord;
 class CDimRecordTableIterator;
 class CDimupateRegisiter;
+struct StuDim;
 
 /// The annotation records of one entity: its extension dictionary, seen as a table keyed by
 /// annotation type name. Keys are compared without regard to letter case; entries of other
@@ -42,8 +43,12 @@ class CDimRecordTable : public CObject {
   /// a record of that type already, each item is written into that one with CDimRecord::setAt()
   /// and the new record stays the caller's, not filed.
   Acad::ErrorStatus add(const CDimRecord& record);
+  /// What add() does with a new record of this one item; spares making the record when its item
+  /// would be written into the one that is there.
+  Acad::ErrorStatus add_item(const wchar_t* typeName, const StuDim& item);
 
  private:
+  Acad::ErrorStatus file(const CDimRecord& record);
   Acad::ErrorStatus merge(const CDimRecord& record, AcDbObjectId existing);
 
   AcDbDictionary* dictionary_ = nullptr;  // open; closed by the destructor when it is to

@@ -148,6 +148,21 @@ TEST_F(RecordTable, ARecordOfAKnownTypeIsMergedItemByItem) {
   EXPECT_EQ(merged[1].value, L"2");
 }
 
+TEST_F(RecordTable, AnItemIsFiledAsARecordOrWrittenIntoTheOneThatIsThere) {
+  CDimRecordTable table;
+  EXPECT_EQ(table.add_item(L"pcgb", item_of(L"a", L"1")), 374);
+  ASSERT_EQ(open(table), Acad::eOk);
+  EXPECT_EQ(table.add_item(L"PcGb", item_of(L"a", L"1")), Acad::eOk);
+  EXPECT_EQ(table.add_item(L"pcgb", item_of(L"b", L"1")), Acad::eOk);
+  EXPECT_EQ(table.add_item(L"pcgb", item_of(L"A", L"2")), Acad::eOk);
+  EXPECT_EQ(table.add_item(L"pcgb", StuDim()), 1);
+  EXPECT_EQ(table.add_item(L"a|b", item_of(L"a", L"1")), Acad::eInvalidKey);
+  EXPECT_EQ(table.add_item(nullptr, item_of(L"a", L"1")), Acad::eInvalidKey);
+  table.close();
+  EXPECT_EQ(plan.keys(L"2F"), Names{L"PcGb"});
+  EXPECT_EQ(items(L"pcgb"), (Items{item_of(L"A", L"2"), item_of(L"b", L"1")}));
+}
+
 TEST_F(RecordTable, MergingDropsStaleItemsBeforeEachItem) {
   plan.store_items(L"2F", L"pcgb",
                    {item_of(L"gone1", L"1", L"FF1"), item_of(L"gone2", L"1", L"FF2"),
