@@ -10,6 +10,7 @@ namespace {
 
 constexpr std::size_t kUnicodeEscapeLength = 7;    // \U+XXXX
 constexpr std::size_t kMultibyteEscapeLength = 8;  // \M+nXXXX
+static_assert(kMultibyteEscapeLength == kLongestEscape);
 
 template <class Char>
 int hex_digit(Char c) {
@@ -153,7 +154,7 @@ void append_text(std::wstring_view text, const Dialect& dialect, bool escape_mar
       out.push_back('^');
       out.push_back(static_cast<char>(c + '@'));
     } else if (c == L'\\') {
-      if (unicode_escape(text, i) || multibyte_escape(text, i)) {
+      if (looks_escaped(text, i)) {
         append_unicode_escape('\\', out);
       } else {
         out.push_back('\\');
@@ -202,6 +203,10 @@ void append_encoded(std::wstring_view text, const Dialect& dialect, std::string&
   if (read == text) return;
   out.resize(begin);
   append_text(text, dialect, true, out);
+}
+
+bool looks_escaped(std::wstring_view text, std::size_t at) {
+  return unicode_escape(text, at) || multibyte_escape(text, at);
 }
 
 }  // namespace cad::dxf

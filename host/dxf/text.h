@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -17,5 +18,11 @@ namespace cad::dxf {
 /// at a null. Bytes that are no text are written back as they were where that reads the same.
 void append_decoded(std::string_view bytes, const Dialect& dialect, std::wstring& out);
 void append_encoded(std::wstring_view text, const Dialect& dialect, std::string& out);
+
+/// Whether characters of `text` look like an escape that begins at `at`. Text written in pieces
+/// must not be parted inside: the pieces would be escaped each for itself and read as one.
+bool looks_escaped(std::wstring_view text, std::size_t at);
+/// The most characters such an escape has.
+inline constexpr std::size_t kLongestEscape = 8;
 
 }  // namespace cad::dxf
