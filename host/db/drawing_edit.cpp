@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <tuple>
+#include <utility>
 
 #include "host/base/numbers.h"
 #include "host/db/dictionary.h"
@@ -34,6 +35,12 @@ void append_with_line_ends(std::string_view lines, const dxf::Dialect& dialect, 
   }
 }
 
+/// Memory objects carry the flag that says what becomes of a copy.
+bool is_cloning_flag(std::string_view kind, const dxf::Tag& tag, bool behind_marker) {
+  return (kind == "XRECORD" && tag.code == 280 && behind_marker) ||
+         (kind == "DICTIONARY" && tag.code == 281);
+}
+
 /// The tags of a new object, respelled for a drawing, with its handle, reactor and owner in place
 /// of the placeholders that memory objects carry.
 std::string respell(const AcDbObject& object, const dxf::Dialect& dialect, std::uint64_t handle,
@@ -47,7 +54,12 @@ std::string respell(const AcDbObject& object, const dxf::Dialect& dialect, std::
   dxf::Tag tag;
   bool handle_written = false;
   bool owner_written = false;
+  bool behind_marker = false;
+  std::string_view kind;
   while (tags.next(tag)) {
+    if (tag.code == 0) kind = tag.value;
+    const bool flag = is_cloning_flag(kind, tag, std::exchange(behind_marker, tag.code == 100));
+    if (flag && !dialect.has_cloning_flags()) continue;
     if (!handle_written && (tag.code == 5 || tag.code == 105)) {
       handle_written = true;
       writer.handle(tag.code, handle);

@@ -1,5 +1,7 @@
 #include "host/db/entity.h"
 
+#include <cmath>
+
 #include "host/db/block.h"
 #include "host/db/drawing.h"
 #include "host/db/lens.h"
@@ -37,6 +39,12 @@ constexpr std::string_view kNewLine =
     "  0\nLINE\n  5\n0\n330\n0\n100\nAcDbEntity\n  8\n\n100\nAcDbLine\n 10\n0.0\n 20\n0.0\n "
     "30\n0.0\n"
     " 11\n0.0\n 21\n0.0\n 31\n0.0\n";
+
+// A drawing has no text for numbers that are not finite.
+bool is_finite(double value) { return std::isfinite(value); }
+bool is_finite(const AcGePoint3d& point) {
+  return std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(point.z);
+}
 
 }  // namespace
 
@@ -103,12 +111,14 @@ Acad::ErrorStatus AcDbText::setTextString(const ACHAR* text) {
 AcGePoint3d AcDbText::position() const { return Lens(content(), dialect()).point(kTextPart, 10); }
 
 Acad::ErrorStatus AcDbText::setPosition(const AcGePoint3d& position) {
+  if (!is_finite(position)) return Acad::eInvalidInput;
   return patch([&](LensWriter& tags) { tags.set_point(kTextPart, 10, position); });
 }
 
 double AcDbText::height() const { return Lens(content(), dialect()).real(kTextPart, 40, 0.0); }
 
 Acad::ErrorStatus AcDbText::setHeight(double height) {
+  if (!is_finite(height)) return Acad::eInvalidInput;
   return patch([&](LensWriter& tags) { tags.set_real(kTextPart, 40, height); });
 }
 
@@ -117,6 +127,7 @@ double AcDbText::rotation() const {
 }
 
 Acad::ErrorStatus AcDbText::setRotation(double rotation) {
+  if (!is_finite(rotation)) return Acad::eInvalidInput;
   return patch(
       [&](LensWriter& tags) { tags.set_real(kTextPart, 50, rotation * kDegreesPerRadian); });
 }
@@ -134,6 +145,7 @@ Acad::ErrorStatus AcDbMText::setContents(const ACHAR* text) {
 AcGePoint3d AcDbMText::location() const { return Lens(content(), dialect()).point(kMTextPart, 10); }
 
 Acad::ErrorStatus AcDbMText::setLocation(const AcGePoint3d& location) {
+  if (!is_finite(location)) return Acad::eInvalidInput;
   return patch([&](LensWriter& tags) { tags.set_point(kMTextPart, 10, location); });
 }
 
@@ -142,6 +154,7 @@ double AcDbMText::textHeight() const {
 }
 
 Acad::ErrorStatus AcDbMText::setTextHeight(double height) {
+  if (!is_finite(height)) return Acad::eInvalidInput;
   return patch([&](LensWriter& tags) { tags.set_real(kMTextPart, 40, height); });
 }
 
@@ -156,9 +169,11 @@ AcGePoint3d AcDbLine::startPoint() const { return Lens(content(), dialect()).poi
 AcGePoint3d AcDbLine::endPoint() const { return Lens(content(), dialect()).point(kLinePart, 11); }
 
 Acad::ErrorStatus AcDbLine::setStartPoint(const AcGePoint3d& point) {
+  if (!is_finite(point)) return Acad::eInvalidInput;
   return patch([&](LensWriter& tags) { tags.set_point(kLinePart, 10, point); });
 }
 
 Acad::ErrorStatus AcDbLine::setEndPoint(const AcGePoint3d& point) {
+  if (!is_finite(point)) return Acad::eInvalidInput;
   return patch([&](LensWriter& tags) { tags.set_point(kLinePart, 11, point); });
 }

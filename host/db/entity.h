@@ -4,7 +4,8 @@
 #include "host/geometry/ge.h"
 
 /// A graphical object. Lengths are drawing units, angles radians (DXF tags hold degrees).
-/// Setters answer eNotOpenForWrite on an object that is not open for write.
+/// Setters answer eNotOpenForWrite on an object that is not open for write, and eInvalidInput to
+/// numbers that are not finite.
 class AcDbEntity : public AcDbObject {
   PN_RX_MEMBERS(AcDbEntity)
  public:

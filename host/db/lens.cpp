@@ -24,6 +24,7 @@ class PartWalker {
     while (tags_.next(tag)) {
       if (tag.code >= kFirstExtendedCode || tag.code == kEmbeddedObject) return false;
       if (tag.code == kMarker) {
+        if (inside_ && first_end_ == 0) first_end_ = last_end_;
         inside_ = tag.value == part_;
         in_group_ = false;
         if (inside_) last_end_ = tag.end;
@@ -40,7 +41,10 @@ class PartWalker {
     return false;
   }
 
-  std::size_t last_end() const { return last_end_; }
+  /// Behind the part's last tag, or, of a part with the marker twice, of its first stretch; 0 when
+  /// there is no such part.
+  std::size_t end() const { return first_end_ ? first_end_ : last_end_; }
+  bool markers() const { return markers_; }
 
  private:
   static bool has_markers(std::string_view bytes, const dxf::Dialect& dialect) {
@@ -58,6 +62,7 @@ class PartWalker {
   bool inside_ = false;
   bool in_group_ = false;
   std::size_t last_end_ = 0;
+  std::size_t first_end_ = 0;
 };
 
 }  // namespace
@@ -71,12 +76,14 @@ std::optional<dxf::Tag> Lens::find(std::string_view part, int code) const {
   return std::nullopt;
 }
 
-std::size_t Lens::part_end(std::string_view part) const {
+std::optional<std::size_t> Lens::part_end(std::string_view part) const {
   PartWalker walker(bytes_, dialect_, part);
   dxf::Tag tag;
   while (walker.next(tag)) {
   }
-  return walker.last_end() ? walker.last_end() : extended_data();
+  if (walker.end() != 0) return walker.end();
+  if (walker.markers()) return std::nullopt;
+  return extended_data();
 }
 
 std::optional<dxf::Tag> Lens::handle_tag() const {
@@ -177,7 +184,15 @@ void LensWriter::replace_value(const dxf::Tag& old, std::string_view tag) {
 void LensWriter::put(std::string_view part, int code, std::string_view tag) {
   const Lens lens(bytes_, dialect_);
   if (const auto old = lens.find(part, code)) return replace_value(*old, tag);
-  insert(lens.part_end(part), tag);
+  append(part, tag);
+}
+
+void LensWriter::append(std::string_view part, std::string_view tags) {
+  const Lens lens(bytes_, dialect_);
+  if (const auto end = lens.part_end(part)) return insert(*end, tags);
+  std::string with_marker;  // a damaged record: without its marker the part would not be found
+  dxf::TagWriter(with_marker, dialect_).raw(kMarker, part);
+  insert(lens.extended_data(), with_marker.append(tags));
 }
 
 void LensWriter::set_text(std::string_view part, int code, std::wstring_view value) {
@@ -208,8 +223,13 @@ void LensWriter::set_chunked_text(std::string_view part, std::wstring_view value
   constexpr std::size_t kPiece = 250;
   std::string pieces;
   dxf::TagWriter writer(pieces, dialect_);
-  for (; value.size() > kPiece; value.remove_prefix(kPiece)) {
-    writer.text(3, value.substr(0, kPiece));
+  while (value.size() > kPiece) {
+    std::size_t end = kPiece;
+    for (std::size_t at = kPiece - 1; at > kPiece - dxf::kLongestEscape; --at) {
+      if (dxf::looks_escaped(value, at)) end = at;
+    }
+    writer.text(3, value.substr(0, end));
+    value.remove_prefix(end);
   }
   writer.text(1, value);
 
@@ -219,7 +239,8 @@ void LensWriter::set_chunked_text(std::string_view part, std::wstring_view value
   while (walker.next(tag)) {
     if (tag.code == 3 || tag.code == 1) old.emplace_back(tag.begin, tag.end);
   }
-  const std::size_t place = old.empty() ? Lens(bytes_, dialect_).part_end(part) : old.front().first;
+  if (old.empty()) return append(part, pieces);
+  const std::size_t place = old.front().first;
   for (auto piece = old.rbegin(); piece != old.rend(); ++piece) remove(piece->first, piece->second);
   insert(place, pieces);
 }

@@ -22,8 +22,10 @@ class Lens {
 
   /// The first tag of that code in the class part.
   std::optional<dxf::Tag> find(std::string_view part, int code) const;
-  /// Offset at which a further tag of the class part goes in: behind its last tag.
-  std::size_t part_end(std::string_view part) const;
+  /// Offset at which a further tag of the class part goes in: behind its last tag, of a part with
+  /// the marker twice (TEXT) behind the last one in front of the second. Nothing when the record
+  /// lacks the part.
+  std::optional<std::size_t> part_end(std::string_view part) const;
 
   /// The record's handle tag, group 5 or 105.
   std::optional<dxf::Tag> handle_tag() const;
@@ -75,6 +77,8 @@ class LensWriter {
  private:
   /// `tag` is one whole tag, freshly written.
   void put(std::string_view part, int code, std::string_view tag);
+  /// Whole tags, at the end of the class part.
+  void append(std::string_view part, std::string_view tags);
   void replace_value(const dxf::Tag& old, std::string_view tag);
 
   std::string& bytes_;

@@ -122,6 +122,7 @@ constexpr LispType kLispTypes[] = {
     {RTLB, cad::BufferValue::kNone},     {RTLE, cad::BufferValue::kNone},
     {RTDOTE, cad::BufferValue::kNone},   {RTNIL, cad::BufferValue::kNone},
     {RTDXF0, cad::BufferValue::kString}, {RTT, cad::BufferValue::kNone},
+    {-4, cad::BufferValue::kString},  // an operator in a selection filter
 };
 
 cad::BufferValue value_of_group(int code) {

@@ -23,6 +23,7 @@ std::size_t values_begin(std::string_view bytes, const cad::dxf::Dialect& dialec
   while (tags.next(tag)) {
     if (tag.code != 100 || tag.value != kPart) continue;
     const std::size_t behind_marker = tag.end;
+    if (!dialect.has_cloning_flags()) return behind_marker;
     return tags.next(tag) && tag.code == kCloningFlag ? tag.end : behind_marker;
   }
   return bytes.size();

@@ -1,0 +1,182 @@
+#include <gmock/gmock.h>
+
+#include "tests/host/db/plan.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class ExtendedData : public DrawingTest {
+ protected:
+  ExtendedData() { given_plan(); }
+
+  std::vector<std::string> data(std::uint64_t handle, const wchar_t* application = nullptr) {
+    AcDbObject* object = opened(handle);
+    const cad::ResbufChain chain(object->xData(application));
+    object->close();
+    return shown(chain.get());
+  }
+  template <class... Values>
+  Acad::ErrorStatus set(std::uint64_t handle, Values... values) {
+    const cad::ResbufChain chain(acutBuildList(values..., 0));
+    AcDbObject* object = opened(handle, AcDb::kForWrite);
+    const Acad::ErrorStatus status = object->setXData(chain.get());
+    object->close();
+    return status;
+  }
+};
+
+TEST_F(ExtendedData, IsReadPerApplicationOrWhole) {
+  EXPECT_THAT(data(0x3A, L"ACAD"), ElementsAre("1001 ACAD", "1000 other"));
+  EXPECT_THAT(data(0x3A, L"pn"),
+              ElementsAre("1001 PN", "1002 {", "1000 well", "1070 7", "1071 70000", "1040 36.5",
+                          "1005 2F", "1010 1.0;2.0;3.0;", "1004 0,255,", "1002 }"));
+  EXPECT_EQ(data(0x3A).size(), 12u);
+  EXPECT_THAT(data(0x3A, L"NONE"), IsEmpty());
+  EXPECT_THAT(data(0x2F), IsEmpty());
+}
+
+TEST_F(ExtendedData, ReadsTheSameInEveryForm) {
+  const auto wanted = data(0x3A);
+  for (const Form form : kFormsWithDictionaries) {
+    given_plan(form);
+    EXPECT_EQ(data(0x3A), wanted) << form_name(form);
+  }
+}
+
+TEST_F(ExtendedData, EveryKindOfValueComesBackInEveryForm) {
+  const ads_real point[] = {1.5, -2, 3};
+  unsigned char bytes[127];
+  for (int i = 0; i < 127; ++i) bytes[i] = static_cast<unsigned char>(2 * i);
+  const ads_binary chunk = {127, reinterpret_cast<char*>(bytes)};
+  for (const Form form : kFormsWithDictionaries) {
+    SCOPED_TRACE(form_name(form));
+    given_plan(form);
+    EXPECT_EQ(set(0x2F, 1001, L"PN", 1000, L"管 ^J\n ", 1002, L"{", 1003, L"0", 1004, &chunk, 1005,
+                  L"3A", 1010, point, 1011, point, 1013, point, 1040, 36.5, 1041, -0.0, 1042, 1e-9,
+                  1070, -7, 1071, -70000, 1002, L"}", 1000, L""),
+              Acad::eOk);
+    const auto before = data(0x2F);
+    EXPECT_EQ(before.size(), 16u);
+    reopened();
+    EXPECT_EQ(data(0x2F), before);
+  }
+}
+
+TEST_F(ExtendedData, AnApplicationIsReplacedWithoutTouchingOthers) {
+  EXPECT_EQ(set(0x3A, 1001, L"pn", 1000, L"new"), Acad::eOk);
+  EXPECT_THAT(data(0x3A), ElementsAre("1001 ACAD", "1000 other", "1001 pn", "1000 new"));
+  EXPECT_EQ(set(0x3A, 1001, L"A", 1000, L"1", 1001, L"B", 1000, L"2", 1001, L"ACAD"), Acad::eOk);
+  EXPECT_THAT(data(0x3A),
+              ElementsAre("1001 pn", "1000 new", "1001 A", "1000 1", "1001 B", "1000 2"))
+      << "an application followed by nothing loses its data";
+}
+
+TEST_F(ExtendedData, RemovingAllLeavesTheRecordWithoutAny) {
+  EXPECT_EQ(set(0x3A, 1001, L"PN", 1001, L"ACAD"), Acad::eOk);
+  EXPECT_THAT(data(0x3A), IsEmpty());
+  EXPECT_EQ(database().save_bytes().find("1001\n"), std::string::npos);
+  EXPECT_EQ(set(0x3A, 1001, L"PN"), Acad::eOk) << "nothing to remove";
+  EXPECT_THAT(data(0x3A), IsEmpty());
+}
+
+TEST_F(ExtendedData, RefusedDataChangesNothing) {
+  const auto before = data(0x3A);
+  EXPECT_EQ(set(0x3A, 1000, L"no application"), Acad::eInvalidResBuf);
+  EXPECT_EQ(set(0x3A, 1001, L"PN", 1, L"no such group"), Acad::eInvalidResBuf);
+  EXPECT_EQ(set(0x3A, 1001, L"PN", RTSTR, L"no such group"), Acad::eInvalidResBuf);
+  EXPECT_EQ(set(0x3A, 1001, L""), Acad::eInvalidResBuf);
+  EXPECT_EQ(set(0x3A, 1001, L"PN", 1040, 1.0 / 0.0), Acad::eInvalidResBuf);
+  char bytes[128] = {};
+  const ads_binary chunk = {128, bytes};
+  EXPECT_EQ(set(0x3A, 1001, L"PN", 1004, &chunk), Acad::eInvalidResBuf);
+  AcDbObject* object = opened(0x3A, AcDb::kForWrite);
+  EXPECT_EQ(object->setXData(nullptr), Acad::eInvalidResBuf);
+  object->close();
+  EXPECT_EQ(data(0x3A), before);
+  EXPECT_FALSE(database().is_modified());
+}
+
+TEST_F(ExtendedData, NeedsAWriter) {
+  const cad::ResbufChain chain(acutBuildList(1001, L"PN", 1000, L"x", 0));
+  AcDbObject* object = opened(0x3A);
+  EXPECT_EQ(object->setXData(chain.get()), Acad::eNotOpenForWrite);
+  object->close();
+}
+
+TEST_F(ExtendedData, ANewEntityMayCarryDataBeforeItIsAdded) {
+  const cad::ResbufChain chain(acutBuildList(1001, L"PN", 1000, L"管", 1005, L"2F", 0));
+  for (const Form form : kFormsWithDictionaries) {
+    given_plan(form);
+    auto* line = new AcDbLine;
+    EXPECT_EQ(line->setXData(chain.get()), Acad::eOk);
+    const auto handle = append(line).handle();
+    reopened();
+    EXPECT_THAT(data(handle), ElementsAre("1001 PN", "1000 管", "1005 2F")) << form_name(form);
+  }
+}
+
+TEST_F(ExtendedData, TagsSetLaterStandInFrontOfIt) {
+  std::string note(plan_note());
+  const std::string from = "1 A1\n100 AcDbText\n";
+  note.insert(note.find(from) + from.size(), "1001 PN\n1000 x\n1040 2.5\n");
+  given(spelled(note, Form::kUtf8));
+  auto* text = opened<AcDbText>(0x3C, AcDb::kForWrite);
+  text->setRotation(1);
+  text->setColorIndex(2);
+  text->close();
+  reopened();
+  EXPECT_THAT(data(0x3C), ElementsAre("1001 PN", "1000 x", "1040 2.5"));
+  text = opened<AcDbText>(0x3C);
+  EXPECT_NEAR(text->rotation(), 1, 1e-12);
+  EXPECT_EQ(text->colorIndex(), 2);
+  text->close();
+}
+
+// Persistent reactors
+
+class Reactors : public DrawingTest {
+ protected:
+  Reactors() { given_plan(); }
+};
+
+TEST_F(Reactors, AreListedInTheirGroup) {
+  AcDbObject* text = opened(0x30, AcDb::kForWrite);
+  EXPECT_TRUE(text->hasPersistentReactor(id(0xC)));
+  EXPECT_FALSE(text->hasPersistentReactor(id(0x50)));
+  EXPECT_FALSE(text->hasPersistentReactor(AcDbObjectId()));
+  EXPECT_EQ(text->addPersistentReactor(id(0x50)), Acad::eOk);
+  EXPECT_EQ(text->addPersistentReactor(id(0x50)), Acad::eOk) << "once is enough";
+  EXPECT_EQ(text->addPersistentReactor(AcDbObjectId()), Acad::eNullObjectId);
+  text->close();
+  EXPECT_THAT(database().save_bytes(),
+              HasSubstr("  5\n30\n102\n{ACAD_REACTORS\n330\nC\n330\n50\n102\n}\n330\n18\n"));
+}
+
+TEST_F(Reactors, TheLastOneTakesTheGroupAlong) {
+  const std::string before = database().save_bytes();
+  AcDbObject* line = opened(0x2F, AcDb::kForWrite);
+  EXPECT_EQ(line->removePersistentReactor(id(0xC)), Acad::eKeyNotFound);
+  EXPECT_EQ(line->addPersistentReactor(id(0xC)), Acad::eOk);
+  EXPECT_EQ(line->addPersistentReactor(id(0x50)), Acad::eOk);
+  EXPECT_EQ(line->removePersistentReactor(id(0xC)), Acad::eOk);
+  EXPECT_FALSE(line->hasPersistentReactor(id(0xC)));
+  EXPECT_TRUE(line->hasPersistentReactor(id(0x50)));
+  EXPECT_EQ(line->removePersistentReactor(id(0x50)), Acad::eOk);
+  line->close();
+  EXPECT_EQ(database().save_bytes(), before);
+}
+
+TEST_F(Reactors, StandBehindTheExtensionDictionary) {
+  extension(id(0x2F));
+  AcDbObject* line = opened(0x2F, AcDb::kForWrite);
+  line->addPersistentReactor(id(0xC));
+  line->close();
+  EXPECT_THAT(database().save_bytes(),
+              HasSubstr("  5\n2F\n102\n{ACAD_XDICTIONARY\n360\n200\n102\n}\n"
+                        "102\n{ACAD_REACTORS\n330\nC\n102\n}\n330\n18\n"));
+}
+
+}  // namespace
