@@ -39,6 +39,8 @@ struct Dialect {
 
   std::string_view eol() const { return crlf ? "\r\n" : "\n"; }
   bool has_dictionaries() const { return release >= Release::kR13; }
+  /// Whether xrecords (280) and dictionaries (281) say what becomes of them when they are copied.
+  bool has_cloning_flags() const { return release >= Release::kR2000; }
 };
 
 }  // namespace cad::dxf

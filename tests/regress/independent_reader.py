@@ -1,5 +1,7 @@
 """Reads drawings with ezdxf, which shares no code with the host, and says what is wrong with them."""
 
+import re
+
 import ezdxf
 
 
@@ -28,3 +30,10 @@ def record_items(entity, annotation_type):
             raise ValueError(f"{entity}: record {key} is not a row of items: {record.tags}")
         return [tuple(texts[at:at + 8]) for at in range(0, len(texts), 8)]
     return None
+
+
+def plain_text(text):
+    """Undoes the escapes that the reader leaves in texts: \\U+XXXX and carets."""
+    text = re.sub(r"\\U\+([0-9A-Fa-f]{4})", lambda match: chr(int(match[1], 16)), text)
+    text = text.encode("utf-16", "surrogatepass").decode("utf-16", "replace")
+    return re.sub(r"\^([@-_ ])", lambda match: "^" if match[1] == " " else chr(ord(match[1]) - 64), text)
