@@ -1,4 +1,6 @@
 #include <CLI/CLI.hpp>
+#include <csignal>
+#include <new>
 #include <string>
 
 #include "cli/add_commands.h"
@@ -6,6 +8,7 @@
 #include "cli/tool.h"
 
 int main(int argc, char** argv) {
+  std::signal(SIGXFSZ, SIG_IGN);  // a file-size limit is then an error like a full disk
   CLI::App program("Keeps track of which label belongs to which pipe, inside the drawing.",
                    "pipenote");
   program.set_help_all_flag("--help-all", "help on every command");
@@ -26,6 +29,9 @@ int main(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     cli::complain(std::string(error.what()) + "; see pipenote --help");
     return cli::kWrongUsage;
+  } catch (const std::bad_alloc&) {
+    cli::complain("out of memory; nothing was written");
+    return cli::kProgramFailed;
   }
   return status;
 }

@@ -148,6 +148,15 @@ class Run(CommandLine):
         self.assert_one_line("out.dxf")
         self.assert_untouched()
 
+    def test_a_full_disk_leaves_every_file_as_it_was(self):
+        few = len(self.before) // 2
+        limited = f"ulimit -f {few // 1024}; exec \"$0\" run \"$1\" -e \"$2\" --in-place"
+        done = subprocess.run(["bash", "-c", limited, PROGRAM, self.plan, "(entdel (entnext))"],
+                              capture_output=True, text=True, timeout=120, check=False)
+        self.assertEqual(done.returncode, NOT_WRITTEN, done.stderr)
+        self.assertIn("cannot write", done.stderr)
+        self.assert_untouched()
+
     def test_a_drawing_in_use_is_not_written(self):
         import fcntl
         with open(self.plan, "rb") as held:
