@@ -128,7 +128,7 @@ Acad::ErrorStatus AcDbDatabase::addAcDbObject(AcDbObjectId& id, AcDbObject* obje
 std::wstring AcDbDatabase::header_value(std::string_view name) const {
   const auto variable = drawing_->header_variable(name);
   if (!variable) return {};
-  const cad::dxf::Tag& tag = variable->tag;
+  const cad::dxf::Tag& tag = *variable;
   const cad::dxf::Dialect& dialect = drawing_->dialect();
   switch (cad::dxf::value_type(tag.code)) {
     case cad::dxf::ValueType::kText:

@@ -41,15 +41,17 @@ class Drawing::Index : public dxf::RecordSink {
     span.begin = mark.begin;
     span.first_stub = drawing_.stubs_.size();
     drawing_.sections_.push_back(span);
+    in_section_ = true;
     return {};
   }
 
   Status end_section(const dxf::RecordMark& mark) {
-    if (drawing_.sections_.empty()) return fail(place(mark), "ENDSEC stands outside any section");
+    if (!in_section_) return fail(place(mark), "ENDSEC stands outside any section");
     if (in_table_) return fail(place(mark), "the last table is not closed by ENDTAB");
     if (in_block_) return fail(place(mark), "the last block is not closed by ENDBLK");
     drawing_.sections_.back().end = mark.begin;
     drawing_.sections_.back().end_stub = drawing_.stubs_.size();
+    in_section_ = false;
     return {};
   }
 
@@ -154,6 +156,7 @@ class Drawing::Index : public dxf::RecordSink {
 
   Drawing& drawing_;
   Cached cache_[kCached];
+  bool in_section_ = false;
   bool in_table_ = false;
   bool in_block_ = false;
 };
@@ -187,7 +190,7 @@ Status Drawing::index() {
   if (Status status = dxf::scan_records(bytes_, preamble_, name_, sink); !status) return status;
 
   if (const auto seed = header_variable("$HANDSEED")) {
-    file_seed_ = dxf::handle_value(seed->tag);
+    file_seed_ = dxf::handle_value(*seed);
   }
   constexpr std::uint64_t kLastSensible = std::uint64_t{1} << 62;
   const std::uint64_t behind = highest_handle_ < kLastSensible ? highest_handle_ + 1 : 1;
@@ -262,21 +265,19 @@ std::string_view Drawing::bytes_of(const Stub& stub) const {
   return bytes_.substr(stub.begin, stub.length);
 }
 
-std::optional<Drawing::HeaderVariable> Drawing::header_variable(std::string_view name) const {
+std::optional<dxf::Tag> Drawing::header_variable(std::string_view name) const {
   if (!header_) {
     header_.emplace();
     for (const SectionSpan& span : sections_) {
       if (span.section != dxf::Section::kHeader) continue;
-      const auto bytes = bytes_.substr(span.begin, span.end - span.begin);
-      dxf::TagReader tags(bytes, dialect_);
+      dxf::TagReader tags(bytes_.substr(0, span.end), dialect_, span.begin);
       dxf::Tag tag;
       std::string_view variable;
       while (tags.next(tag)) {
         if (tag.code == 9) {
           variable = tag.value;
         } else if (!variable.empty()) {
-          const auto offset = static_cast<std::uint64_t>(tag.value.data() - bytes_.data());
-          header_->try_emplace(variable, HeaderVariable{tag, offset});
+          header_->try_emplace(variable, tag);
           variable = {};
         }
       }

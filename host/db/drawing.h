@@ -63,11 +63,8 @@ class Drawing {
   void note_edit(Stub& stub);
 
   // Header variables.
-  struct HeaderVariable {
-    dxf::Tag tag;          ///< the first value
-    std::uint64_t offset;  ///< of the value in the bytes
-  };
-  std::optional<HeaderVariable> header_variable(std::string_view name) const;
+  /// The tag of a variable's first value, its offsets from the start of the file.
+  std::optional<dxf::Tag> header_variable(std::string_view name) const;
 
   // Tables, blocks, spaces.
   struct Table {
@@ -180,7 +177,7 @@ class Drawing {
   std::map<std::string, std::unordered_map<std::wstring, std::size_t>, std::less<>> table_names_;
   std::optional<std::vector<std::wstring>> locked_layers_;  // folded names
   bool alerted_ = false;
-  mutable std::optional<std::unordered_map<std::string_view, HeaderVariable>> header_;
+  mutable std::optional<std::unordered_map<std::string_view, dxf::Tag>> header_;
   std::unordered_map<std::uint64_t, Stub*> missing_;
   std::vector<Stub*> edits_;
   std::uint64_t eof_ = 0;  ///< offset of the EOF record

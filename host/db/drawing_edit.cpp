@@ -211,11 +211,16 @@ std::vector<Drawing::Patch> Drawing::patches(std::vector<std::string>& storage) 
 
 Drawing::Patch Drawing::handle_seed_patch(std::vector<std::string>& storage) const {
   std::string& text = storage.emplace_back();
-  if (const auto seed = header_variable("$HANDSEED")) {
-    append_handle(text, next_handle_);
-    return {seed->offset, seed->tag.value.size(), text};
-  }
   dxf::TagWriter writer(text, dialect_);
+  if (const auto seed = header_variable("$HANDSEED")) {
+    if (seed->code != 5) {  // damaged: a binary value of another type has no room for a handle
+      writer.handle(5, next_handle_);
+      return {seed->begin, seed->end - seed->begin, text};
+    }
+    append_handle(text, next_handle_);
+    return {static_cast<std::uint64_t>(seed->value.data() - bytes_.data()), seed->value.size(),
+            text};
+  }
   const auto header = std::find_if(sections_.begin(), sections_.end(), [](const SectionSpan& span) {
     return span.section == dxf::Section::kHeader;
   });
