@@ -260,8 +260,9 @@ TEST_F(Dictionary, AnOwnerlessObjectOfTheDrawingCanBeFiled) {
   EXPECT_EQ(record->ownerId(), id(kDictionary));
   record->close();
   dictionary->close();
+  const std::uint64_t handle = made.handle();
   reopened();
-  AcDbObject* read = opened(made.handle());
+  AcDbObject* read = opened(handle);
   EXPECT_EQ(read->ownerId(), id(kDictionary));
   EXPECT_TRUE(read->hasPersistentReactor(id(kDictionary)));
   read->close();

@@ -87,8 +87,9 @@ TEST_F(Erase, ANewObjectThatIsErasedIsNotSaved) {
   line->erase();
   line->close();
   EXPECT_EQ(open_status(made, AcDb::kForRead), Acad::eWasErased);
+  const std::uint64_t handle = made.handle();
   reopened();
-  EXPECT_TRUE(id(made.handle()).isNull());
+  EXPECT_TRUE(id(handle).isNull());
 }
 
 // What belongs to an object

@@ -35,6 +35,16 @@ TEST_F(Xrecord, ValuesBeginBehindTheCloningFlag) {
   EXPECT_THAT(values(0x53), ElementsAre("1 middle", "330 FFF", "330 2F")) << "without a flag too";
 }
 
+TEST_F(Xrecord, BeforeR2000ThereIsNoCloningFlag) {
+  given_plan(Form::kOldBinary);
+  EXPECT_THAT(values(0x52), ElementsAre("280 1", "1 first", "102 {not a group", "102 }"));
+  const AcDbObjectId made = file_record(id(0x50), L"new", L"x");
+  EXPECT_THAT(values(made.handle()), ElementsAre("1 x"));
+  const std::uint64_t handle = made.handle();
+  reopened();
+  EXPECT_THAT(values(handle), ElementsAre("1 x"));
+}
+
 TEST_F(Xrecord, EveryKindOfValueComesBackInEveryForm) {
   const ads_real point[] = {1.5, -2.25, 1e20};
   unsigned char bytes[] = {0, 10, 13, 255};
@@ -55,7 +65,6 @@ TEST_F(Xrecord, EveryKindOfValueComesBackInEveryForm) {
     EXPECT_EQ(values(0x51), before);
     reopened();
     EXPECT_EQ(values(0x51), before);
-    EXPECT_THAT(values(0x52), ElementsAre("1 first", "102 {not a group", "102 }"));
   }
 }
 
