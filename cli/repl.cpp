@@ -110,7 +110,8 @@ class LineSource {
     ::el_set(editor_, EL_PROMPT, &LineSource::prompt);
     ::el_set(editor_, EL_EDITOR, "emacs");
     ::el_set(editor_, EL_HIST, ::history, history_);
-    ::el_set(editor_, EL_ADDFN, "complete-name", "complete a LISP name", &LineSource::on_tab);
+    // The wide call keeps the texts themselves; the narrow one makes copies that nobody frees.
+    ::el_wset(editor_, EL_ADDFN, L"complete-name", L"complete a LISP name", &LineSource::on_tab);
     ::el_set(editor_, EL_BIND, "^I", "complete-name", nullptr);
   }
   ~LineSource() {
