@@ -240,8 +240,10 @@ TEST_F(RecordCursor, NamesStayReadableWhenAnotherChainIsTaken) {
   EXPECT_STREQ(cursor.getDimName(), L"second");
   CDimRecordIterator other;
   ASSERT_EQ(record->newIterator(other), Acad::eOk);
+  const wchar_t* second = cursor.getDimName();
   cursor = other;
   EXPECT_STREQ(name, L"first");
+  EXPECT_STREQ(second, L"second");
 }
 
 TEST_F(RecordCursor, ATakenChainIsFreedByACursorThatGaveItsOwnAway) {

@@ -20,6 +20,7 @@ class Handler : public CDimFacade {
     return 1;
   }
   static inline int destroyed = 0;
+  double room[4] = {};  // larger than its base: the registry must not assume a size
 };
 
 TEST(Registry, AFreshOneKnowsEveryBuiltInType) {
