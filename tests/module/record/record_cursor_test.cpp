@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "module/record/item_chain.h"
 #include "module/record/record.h"
 #include "module/record/record_factory.h"
 #include "module/registry/update_service.h"
@@ -242,6 +243,7 @@ TEST_F(RecordCursor, NamesStayReadableWhenAnotherChainIsTaken) {
   ASSERT_EQ(record->newIterator(other), Acad::eOk);
   const wchar_t* second = cursor.getDimName();
   cursor = other;
+  const dim::ResbufChain reuse(dim::new_item(item_of(L"third!", L"third!", L"third!")));
   EXPECT_STREQ(name, L"first");
   EXPECT_STREQ(second, L"second");
 }
