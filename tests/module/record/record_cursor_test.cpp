@@ -244,8 +244,8 @@ TEST_F(RecordCursor, NamesStayReadableWhenAnotherChainIsTaken) {
   const wchar_t* second = cursor.getDimName();
   cursor = other;
   const dim::ResbufChain reuse(dim::new_item(item_of(L"third!", L"third!", L"third!")));
-  EXPECT_STREQ(name, L"first");
-  EXPECT_STREQ(second, L"second");
+  EXPECT_EQ(std::wstring(name), L"first");
+  EXPECT_EQ(std::wstring(second), L"second");
 }
 
 TEST_F(RecordCursor, ATakenChainIsFreedByACursorThatGaveItsOwnAway) {
