@@ -2,6 +2,7 @@
 
 #include <cassert>
 #include <concepts>
+#include <memory>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -83,18 +84,21 @@ class [[nodiscard]] Result<void> {
   using value_type = void;
 
   Result() = default;
-  Result(Error error) : error_(std::move(error)), failed_(true) {}
+  Result(Error error) : error_(std::make_unique<Error>(std::move(error))) {}
+  Result(Result&&) noexcept = default;
+  Result& operator=(Result&&) noexcept = default;
+  Result(const Result& other) : error_(other ? nullptr : new Error(other.error())) {}
+  Result& operator=(const Result& other) { return *this = Result(other); }
 
-  explicit operator bool() const { return !failed_; }
+  explicit operator bool() const { return !error_; }
 
   const Error& error() const {
-    assert(failed_);
-    return error_;
+    assert(error_);
+    return *error_;
   }
 
  private:
-  Error error_;
-  bool failed_ = false;
+  std::unique_ptr<Error> error_;  // success is returned on hot paths and costs one word
 };
 
 using Status = Result<void>;

@@ -18,8 +18,9 @@
 namespace cad::dxf {
 namespace {
 
-constexpr std::array<std::uint8_t, kLastGroupCode + 1> make_interests() {
-  std::array<std::uint8_t, kLastGroupCode + 1> interests{};
+/// By group code; as long as what four digits can say, so that the scan needs no bounds check.
+constexpr std::array<std::uint8_t, 10000> make_interests() {
+  std::array<std::uint8_t, 10000> interests{};
   interests[0] = RecordBuilder::kFrame;
   interests[2] = RecordBuilder::kName;
   interests[5] = interests[105] = RecordBuilder::kHandle;
@@ -30,7 +31,7 @@ constexpr std::array<std::uint8_t, kLastGroupCode + 1> make_interests() {
 constexpr auto kInterests = make_interests();
 
 std::uint8_t interest(int code) {
-  if (code < 0 || code > kLastGroupCode) return RecordBuilder::kNever;
+  if (code < 0 || code >= static_cast<int>(kInterests.size())) return RecordBuilder::kNever;
   return kInterests[static_cast<std::size_t>(code)];
 }
 
@@ -89,29 +90,40 @@ class AsciiScan {
     while (!builder_.ended()) {
       const std::size_t count = lines.collect(position);
       if (count < 2) return last_pair(position, count == 1 ? lines.end(0) : bytes_.size());
+      std::uint8_t wants = builder_.wants();
       for (std::size_t i = 0; i + 1 < count; i += 2) {
-        const std::uint64_t code_end = lines.end(i);
         const std::uint64_t value_end = lines.end(i + 1);
-        if (Status status = pair(position, code_end, value_end); !status) return status;
+        const int code = short_code(position, lines.end(i));
+        if (code < 0 || (kInterests[static_cast<std::size_t>(code)] & wants) != 0) {
+          Status status = pair(position, lines.end(i), value_end);
+          if (!status || builder_.ended()) return status ? builder_.finish() : std::move(status);
+          wants = builder_.wants();
+        }
         position = value_end + 1;
-        if (builder_.ended()) break;
       }
     }
     return builder_.finish();
   }
 
  private:
+  /// The code of an ordinary code line; negative for any other.
+  int short_code(std::uint64_t begin, std::uint64_t line_end) const {
+    const char* const data = bytes_.data();
+    if (line_end > begin && data[line_end - 1] == '\r') --line_end;
+    const std::uint64_t length = line_end - begin;
+    return length - 1 < 4 && line_end >= 4 ? code_of_short_line(data + line_end, length) : -1;
+  }
+
   Status pair(std::uint64_t begin, std::uint64_t code_end, std::uint64_t value_end) {
     const char* const data = bytes_.data();
-    std::uint64_t end = code_end;
-    if (end > begin && data[end - 1] == '\r') --end;
-    const std::uint64_t length = end - begin;
-    int code = length - 1 < 4 && end >= 4 ? code_of_short_line(data + end, length) : -1;
+    int code = short_code(begin, code_end);
     if (code < 0) {
-      const auto slow = code_of_line(bytes_.substr(begin, length));
+      std::string_view line = bytes_.substr(begin, code_end - begin);
+      if (line.ends_with('\r')) line.remove_suffix(1);
+      const auto slow = code_of_line(line);
       if (!slow) {
         return fail(place(bytes_, dialect_, name_, begin),
-                    "group code " + quoted(bytes_.substr(begin, length)) + " is not a number");
+                    "group code " + quoted(line) + " is not a number");
       }
       code = *slow;
     }
