@@ -43,6 +43,7 @@ struct Survey {
   bool hard = false;               ///< entries are owned hard
   std::optional<std::size_t> key;  ///< offset of the wanted key's tag
   std::size_t end = 0;             ///< offset behind the dictionary's last tag
+  bool lacks_part = false;         ///< a damaged record without the class marker
 };
 
 Survey survey(std::string_view bytes, const cad::dxf::Dialect& dialect, std::wstring_view key) {
@@ -59,7 +60,8 @@ Survey survey(std::string_view bytes, const cad::dxf::Dialect& dialect, std::wst
       found.key = tag.begin;
     }
   }
-  if (found.end == 0) found.end = Lens(bytes, dialect).extended_data();
+  found.lacks_part = found.end == 0;
+  if (found.lacks_part) found.end = Lens(bytes, dialect).own_end();
   return found;
 }
 
@@ -276,6 +278,7 @@ void AcDbDictionary::file_entry(std::wstring_view key, std::uint64_t handle) {
   const Survey place = survey(content(), dialect(), last ? L"" : decoded.sorted[at].key);
   std::string pair;
   cad::dxf::TagWriter writer(pair, dialect());
+  if (place.lacks_part) writer.raw(100, kPart);
   writer.text(3, key);
   writer.handle(place.hard ? 360 : 350, handle);
   writable_content().insert(place.key.value_or(place.end), pair);

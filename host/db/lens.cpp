@@ -13,6 +13,9 @@ constexpr int kEmbeddedObject = 101;  // from here on the tags belong to another
 constexpr int kGroup = 102;
 constexpr int kFirstExtendedCode = 1000;
 
+/// Extended data and the tags of an embedded object end the object's own.
+bool ends_own_tags(int code) { return code >= kFirstExtendedCode || code == kEmbeddedObject; }
+
 /// Walks the tags of a record and says to which class part each belongs.
 class PartWalker {
  public:
@@ -22,7 +25,7 @@ class PartWalker {
   /// The next tag of the part; false at its end.
   bool next(dxf::Tag& tag) {
     while (tags_.next(tag)) {
-      if (tag.code >= kFirstExtendedCode || tag.code == kEmbeddedObject) return false;
+      if (ends_own_tags(tag.code)) return false;
       if (tag.code == kMarker) {
         if (inside_ && first_end_ == 0) first_end_ = last_end_;
         inside_ = tag.value == part_;
@@ -83,7 +86,7 @@ std::optional<std::size_t> Lens::part_end(std::string_view part) const {
   }
   if (walker.end() != 0) return walker.end();
   if (walker.markers()) return std::nullopt;
-  return extended_data();
+  return own_end();
 }
 
 std::optional<dxf::Tag> Lens::handle_tag() const {
@@ -142,6 +145,14 @@ std::size_t Lens::extended_data() const {
   return end;
 }
 
+std::size_t Lens::own_end() const {
+  dxf::TagReader tags(bytes_, dialect_);
+  dxf::Tag tag;
+  std::size_t end = 0;
+  while (tags.next(tag) && !ends_own_tags(tag.code)) end = tag.end;
+  return end;
+}
+
 std::int64_t Lens::integer(std::string_view part, int code, std::int64_t absent) const {
   const auto tag = find(part, code);
   return tag ? dxf::int_value(*tag, dialect_) : absent;
@@ -192,7 +203,7 @@ void LensWriter::append(std::string_view part, std::string_view tags) {
   if (const auto end = lens.part_end(part)) return insert(*end, tags);
   std::string with_marker;  // a damaged record: without its marker the part would not be found
   dxf::TagWriter(with_marker, dialect_).raw(kMarker, part);
-  insert(lens.extended_data(), with_marker.append(tags));
+  insert(lens.own_end(), with_marker.append(tags));
 }
 
 void LensWriter::set_text(std::string_view part, int code, std::wstring_view value) {

@@ -45,6 +45,8 @@ class Lens {
   std::optional<Group> group(std::string_view name) const;
   /// Where extended data begins, or the record's end.
   std::size_t extended_data() const;
+  /// Where the object's own tags end: in front of extended data or of an embedded object.
+  std::size_t own_end() const;
 
   std::int64_t integer(std::string_view part, int code, std::int64_t absent) const;
   double real(std::string_view part, int code, double absent) const;

@@ -370,6 +370,19 @@ TEST_F(Dictionary, FilingAnObjectUnderItsOwnKeyDoesNotEraseIt) {
   dictionary->close();
 }
 
+TEST_F(Dictionary, WithoutItsClassMarkerItStillKeepsWhatIsFiled) {
+  std::string note(plan_note());
+  const std::string from = "5 50\n330 C\n100 AcDbDictionary\n";
+  note.replace(note.find(from), from.size(), "5 50\n330 C\n");
+  given(spelled(note, Form::kUtf8));
+  EXPECT_TRUE(found().empty());
+  file_record(id(kDictionary), L"b", L"x");
+  file_record(id(kDictionary), L"a", L"y");
+  EXPECT_THAT(found(), ElementsAre(L"a", L"b"));
+  reopened();
+  EXPECT_THAT(found(), ElementsAre(L"a", L"b"));
+}
+
 TEST_F(Dictionary, ManyEntriesStayQuick) {
   given_entries("");
   auto* dictionary = opened<AcDbDictionary>(kDictionary, AcDb::kForWrite);

@@ -186,6 +186,20 @@ TEST_F(Entities, MTextPiecesOfOtherWritersMayEndAnywhere) {
   text->close();
 }
 
+TEST_F(Entities, ATextBehindAnEmbeddedObjectIsNotItsOwn) {
+  std::string note(plan_note());
+  const std::string from = "67 1\n8 0\n100 AcDbText\n10 0.0\n";
+  note.replace(note.find(from), from.size(),
+               "67 1\n8 0\n101 Embedded Object\n100 AcDbText\n10 0.0\n");
+  given(spelled(note, Form::kUtf8));
+  EXPECT_EQ(text_of(0x3C), L"");
+  auto* text = opened<AcDbText>(0x3C, AcDb::kForWrite);
+  EXPECT_EQ(text->setTextString(L"own"), Acad::eOk);
+  text->close();
+  EXPECT_EQ(text_of(0x3C), L"own");
+  EXPECT_THAT(database().save_bytes(), HasSubstr("  8\n0\n100\nAcDbText\n  1\nown\n101\nEmbedded"));
+}
+
 TEST_F(Entities, ATextOfADamagedRecordIsEmptyAndCanBeSet) {
   std::string note(plan_note());
   const std::size_t begin = note.find("100 AcDbText\n10 0.0\n", note.find("5 3C\n"));
