@@ -42,7 +42,8 @@ class DrawingTest : public testing::Test {
 
   AcDbDatabase& given(std::string bytes);
   AcDbDatabase& given_plan(Form form = Form::kUtf8) { return given(spelled(plan_note(), form)); }
-  /// What saving would write, opened as a new drawing in place of this one. Ids end with the drawing.
+  /// What saving would write, opened as a new drawing in place of this one. Ids end with the
+  /// drawing.
   AcDbDatabase& reopened() { return given(database().save_bytes()); }
   AcDbDatabase& database() const { return *database_; }
   void close_drawing();
