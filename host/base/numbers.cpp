@@ -196,11 +196,12 @@ void append_fixed(std::string& out, double value, int decimals) {
 std::optional<std::uint64_t> parse_handle(std::string_view text) { return read_handle(text); }
 std::optional<std::uint64_t> parse_handle(std::wstring_view text) { return read_handle(text); }
 
-void append_handle(std::string& out, std::uint64_t handle) {
-  std::array<char, 16> text;
-  char* const end = text.data() + text.size();
-  out.append(write_handle(end, handle), end);
+HandleDigits::HandleDigits(std::uint64_t handle) {
+  char* const end = text_.data() + text_.size();
+  first_ = static_cast<std::size_t>(write_handle(end, handle) - text_.data());
 }
+
+void append_handle(std::string& out, std::uint64_t handle) { out += HandleDigits(handle).view(); }
 
 std::wstring handle_text(std::uint64_t handle) {
   std::array<wchar_t, 16> text;

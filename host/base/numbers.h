@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -33,6 +35,16 @@ std::optional<std::uint64_t> parse_handle(std::wstring_view text);
 /// Upper-case hexadecimal digits without leading zeros; 0 is "0".
 void append_handle(std::string& out, std::uint64_t handle);
 std::wstring handle_text(std::uint64_t handle);
+/// The same digits without a string, for hot paths.
+class HandleDigits {
+ public:
+  explicit HandleDigits(std::uint64_t handle);
+  std::string_view view() const { return {text_.data() + first_, text_.size() - first_}; }
+
+ private:
+  std::array<char, 16> text_;
+  std::size_t first_;
+};
 
 /// The number at the start of a text as the host's C runtime reads it: leading white space, a
 /// sign, then the longest prefix that is a number; 0 when there is none. Only ASCII digits count.

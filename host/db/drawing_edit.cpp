@@ -28,10 +28,13 @@ void append_with_line_ends(std::string_view lines, const dxf::Dialect& dialect, 
     out += lines;
     return;
   }
-  while (!lines.empty()) {
-    const std::size_t length = std::min(lines.find('\n'), lines.size());
-    out.append(lines.substr(0, length)).append("\r\n");
-    lines.remove_prefix(std::min(length + 1, lines.size()));
+  const auto ends = static_cast<std::size_t>(std::count(lines.begin(), lines.end(), '\n'));
+  const std::size_t before = out.size();
+  out.resize(before + lines.size() + ends);
+  char* to = out.data() + before;
+  for (const char c : lines) {
+    if (c == '\n') *to++ = '\r';
+    *to++ = c;
   }
 }
 

@@ -66,7 +66,7 @@ Acad::ErrorStatus AcDbXrecord::setFromRbChain(const resbuf& chain, AcDbDatabase*
   const std::size_t begin = values_begin(before, dialect());
   const std::size_t end = values_end(before, dialect(), begin);
   std::string after;
-  after.reserve(before.size() + 64);
+  after.reserve(before.size() + 256);
   after.append(before.substr(0, begin));
   cad::dxf::TagWriter writer(after, dialect());
   for (const resbuf* value = &chain; value && value->restype != RTNONE; value = value->rbnext) {

@@ -54,15 +54,6 @@ bool is_plain(std::string_view bytes) {
 
 void TagWriter::code(int code) {
   if (!dialect_.binary) {
-    if (code >= 0 && code < 10) {  // most tags: the whole line in one piece
-      const char line[] = {' ', ' ', static_cast<char>('0' + code), '\r', '\n'};
-      if (dialect_.crlf) {
-        out_.append(line, 5);
-      } else {
-        out_.append(line, 3).push_back('\n');
-      }
-      return;
-    }
     append_aligned(out_, code, 3);
     out_ += dialect_.eol();
     return;
@@ -85,13 +76,33 @@ void TagWriter::end_value() {
   }
 }
 
+template <class Char>
+void TagWriter::plain_line_pair(int code, std::basic_string_view<Char> value) {
+  const std::size_t line_end = dialect_.crlf ? 2 : 1;
+  const std::size_t before = out_.size();
+  out_.resize(before + 3 + value.size() + 2 * line_end);
+  char* to = out_.data() + before;
+  const auto end_line = [&] {
+    if (dialect_.crlf) *to++ = '\r';
+    *to++ = '\n';
+  };
+  *to++ = code >= 100 ? static_cast<char>('0' + code / 100) : ' ';
+  *to++ = code >= 10 ? static_cast<char>('0' + code / 10 % 10) : ' ';
+  *to++ = static_cast<char>('0' + code % 10);
+  end_line();
+  for (const Char c : value) *to++ = static_cast<char>(c);
+  end_line();
+}
+
 void TagWriter::text(int code, std::wstring_view value) {
+  if (fits_line_pair(code) && is_plain_text(value)) return plain_line_pair(code, value);
   this->code(code);
   append_encoded(value, dialect_, out_);
   end_value();
 }
 
 void TagWriter::raw(int code, std::string_view value) {
+  if (fits_line_pair(code)) return plain_line_pair(code, value);
   this->code(code);
   out_ += value;
   end_value();
@@ -132,11 +143,7 @@ void TagWriter::real(int code, double value) {
   end_value();
 }
 
-void TagWriter::handle(int code, std::uint64_t value) {
-  this->code(code);
-  append_handle(out_, value);
-  end_value();
-}
+void TagWriter::handle(int code, std::uint64_t value) { raw(code, HandleDigits(value).view()); }
 
 void TagWriter::point(int code, double x, double y, double z) {
   real(code, x);

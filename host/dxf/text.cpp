@@ -189,9 +189,7 @@ void append_decoded(std::string_view bytes, const Dialect& dialect, std::wstring
 
 void append_encoded(std::wstring_view text, const Dialect& dialect, std::string& out) {
   const std::size_t begin = out.size();
-  bool plain = true;
-  for (const wchar_t c : text) plain &= c >= L' ' && c < 0x7F && c != L'^' && c != L'\\';
-  if (plain) {  // nearly every text of a drawing
+  if (is_plain_text(text)) {
     out.append(text.begin(), text.end());
     return;
   }

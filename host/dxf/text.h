@@ -8,6 +8,13 @@
 
 namespace cad::dxf {
 
+/// Whether a text's characters are their own bytes in every drawing: nearly every text is so.
+inline bool is_plain_text(std::wstring_view text) {
+  bool plain = true;
+  for (const wchar_t c : text) plain &= c >= L' ' && c < 0x7F && c != L'^' && c != L'\\';
+  return plain;
+}
+
 /// Text of a tag between its bytes in the file and characters.
 ///
 /// On top of the code page a drawing spells control characters with a caret (^J is a line feed,
