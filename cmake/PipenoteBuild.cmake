@@ -23,7 +23,8 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   add_compile_options(-Werror -fno-semantic-interposition)
   if(CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     # This release sees overlapping and overlong copies in inlined std::string that are not there.
-    add_compile_options(-Wno-restrict -Wno-array-bounds -Wno-stringop-overflow)
+    add_compile_options(-Wno-restrict -Wno-array-bounds -Wno-stringop-overflow
+                        -Wno-stringop-overread)
   endif()
   # A library that calls upwards does not link.
   add_link_options($<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:LINKER:-z,defs>)

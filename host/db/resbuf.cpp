@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdarg>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
@@ -301,6 +302,10 @@ resbuf* acutBuildList(int type, ...) {
 ACHAR* acutNewString(const ACHAR* text) { return copy_text(text ? text : L""); }
 
 void acutDelString(ACHAR*& text) {
-  std::free(text);
+  // A short string lies inside its buffer. Programs free the string of a buffer and hang in
+  // another: when `text` is a buffer's own rstring, its address tells where that buffer's room is.
+  const auto own =
+      reinterpret_cast<std::uintptr_t>(&text) - offsetof(resbuf, resval) + offsetof(Cell, own);
+  if (reinterpret_cast<std::uintptr_t>(text) != own) std::free(text);
   text = nullptr;
 }

@@ -85,7 +85,8 @@ resbuf* acutBuildList(int type, ...);
 
 /// A copy of `text` to hang into a buffer's rstring, freed by acutRelRb() with the buffer.
 ACHAR* acutNewString(const ACHAR* text);
-/// Frees a string of acutNewString() that no buffer owns. Null is allowed.
+/// Frees a string of acutNewString(), or the one a buffer holds when it is given as that buffer's
+/// rstring itself (not as a copy of the pointer), and makes it null. Null is allowed.
 void acutDelString(ACHAR*& text);
 
 namespace cad {

@@ -135,6 +135,18 @@ TEST(Buffers, ATextMayBeReplacedByANewString) {
   }
 }
 
+TEST(Buffers, TheTextOfABufferMayBeFreedBeforeAnotherIsHungIn) {
+  const std::wstring longer(100, L'x');
+  for (const wchar_t* before : {L"", L"short", longer.c_str()}) {
+    const cad::ResbufChain chain(acutBuildList(1, before, 1, L"next", 0));
+    acutDelString(chain->resval.rstring);
+    EXPECT_EQ(chain->resval.rstring, nullptr);
+    chain->resval.rstring = acutNewString(L"another");
+    EXPECT_STREQ(chain->resval.rstring, L"another");
+    acutDelString(chain->resval.rstring);
+  }
+}
+
 TEST(Buffers, ATextHungIntoANewBufferGoesWithIt) {
   const cad::ResbufChain chain(acutNewRb(RTSTR));
   chain->resval.rstring = acutNewString(L"hung in");
