@@ -156,6 +156,7 @@ function(pn_test name)
   endif()
   pn_program(${name} SOURCES ${arg_SOURCES} USES ${arg_USES} LINKS ${arg_LINKS} GTest::gmock
                                                                       GTest::gtest_main)
+  target_compile_options(${name} PRIVATE -O0)  # optimising what tests say takes longer than running it
   target_compile_definitions(${name} PRIVATE PN_FIXTURES="${PROJECT_SOURCE_DIR}/tests/fixtures")
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     target_compile_options(${name} PRIVATE -fpch-preprocess)  # lets the cache see through the header
