@@ -212,10 +212,14 @@ void read_header_start(std::string_view bytes, Preamble& preamble) {
   TagReader tags(bytes, preamble.dialect, preamble.start);
   Tag tag;
   std::string* wanted = nullptr;
+  bool named = false;
   bool inside = false;
   for (int i = 0; i < kTagsLookedAt && tags.next(tag); ++i) {
     if (tag.code == 0 && tag.value != "SECTION") break;
-    if (tag.code == 2) inside = tag.value == "HEADER";
+    if (tag.code == 2 && !named) {
+      named = true;
+      inside = tag.value == "HEADER";
+    }
     if (!inside && tag.code == 9) break;
     if (tag.code == 9) {
       wanted = tag.value == "$ACADVER"       ? &preamble.version
