@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "host/app/selection_sets.h"
+#include "host/app/select/selection_sets.h"
 #include "host/db/resbuf_owner.h"
 
 namespace cad {

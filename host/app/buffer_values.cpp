@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/app/selection_sets.h"
+#include "host/app/select/selection_sets.h"
 #include "host/lisp/heap.h"
 
 namespace cad {

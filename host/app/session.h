@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "host/app/documents.h"
-#include "host/app/selection_sets.h"
-#include "host/app/system_variables.h"
+#include "host/app/select/selection_sets.h"
+#include "host/app/variables/system_variables.h"
 #include "host/base/result.h"
 #include "host/lisp/interpreter.h"
 

@@ -5,7 +5,7 @@
 #include <variant>
 #include <vector>
 
-#include "host/app/record_groups.h"
+#include "host/db/record_groups.h"
 #include "host/base/result.h"
 #include "host/db/resbuf.h"
 #include "host/lisp/value.h"

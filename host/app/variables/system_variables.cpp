@@ -1,4 +1,4 @@
-#include "host/app/system_variables.h"
+#include "host/app/variables/system_variables.h"
 
 #include <unistd.h>
 
@@ -11,7 +11,7 @@
 
 #include "host/app/documents.h"
 #include "host/app/host.h"
-#include "host/app/system_variable_rows.h"
+#include "host/app/variables/system_variable_rows.h"
 #include "host/base/codepage.h"
 #include "host/base/numbers.h"
 #include "host/lisp/error.h"

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "host/app/builtin_tables.h"
-#include "host/app/entget.h"
+#include "host/app/data/entget.h"
 #include "host/app/session.h"
 #include "host/base/fold.h"
 #include "host/base/numbers.h"

@@ -3,7 +3,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/app/selection_filter.h"
+#include "host/app/select/selection_filter.h"
 #include "host/app/session.h"
 
 namespace cad {

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "host/app/builtin_tables.h"
-#include "host/app/entget.h"
+#include "host/app/data/entget.h"
 #include "host/app/session.h"
 #include "host/db/dictionary.h"
 #include "host/db/open.h"

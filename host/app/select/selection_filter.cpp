@@ -1,10 +1,10 @@
-#include "host/app/selection_filter.h"
+#include "host/app/select/selection_filter.h"
 
 #include <algorithm>
 #include <cmath>
 #include <optional>
 
-#include "host/app/entget.h"
+#include "host/app/data/entget.h"
 #include "host/base/fold.h"
 #include "host/lisp/wildcard.h"
 

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "host/app/builtin_tables.h"
-#include "host/app/entget.h"
+#include "host/app/data/entget.h"
 #include "host/app/session.h"
 #include "host/base/codepage.h"
 #include "host/base/fold.h"

@@ -1,4 +1,4 @@
-#include "host/app/selection_sets.h"
+#include "host/app/select/selection_sets.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "host/app/system_variable_rows.h"
+#include "host/app/variables/system_variable_rows.h"
 
 namespace cad {
 namespace {

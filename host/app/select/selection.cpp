@@ -1,9 +1,9 @@
-#include "host/app/selection.h"
+#include "host/app/select/selection.h"
 
 #include <algorithm>
 #include <string>
 
-#include "host/app/record_groups.h"
+#include "host/db/record_groups.h"
 #include "host/base/fold.h"
 #include "host/db/block.h"
 #include "host/db/drawing.h"

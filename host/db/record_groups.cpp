@@ -1,4 +1,4 @@
-#include "host/app/record_groups.h"
+#include "host/db/record_groups.h"
 
 #include <algorithm>
 #include <numbers>

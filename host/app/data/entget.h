@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "host/app/record_groups.h"
+#include "host/db/record_groups.h"
 #include "host/db/database.h"
 #include "host/lisp/interpreter.h"
 

@@ -4,9 +4,9 @@
 
 #include "host/app/aced.h"
 #include "host/app/builtin_tables.h"
-#include "host/app/entget.h"
+#include "host/app/data/entget.h"
 #include "host/app/invocation.h"
-#include "host/app/selection.h"
+#include "host/app/select/selection.h"
 #include "host/base/codepage.h"
 #include "host/lisp/error.h"
 #include "host/lisp/interpreter.h"
