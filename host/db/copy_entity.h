@@ -1,0 +1,22 @@
+#pragma once
+
+#include <vector>
+
+#include "host/base/result.h"
+#include "host/db/object_id.h"
+
+namespace cad {
+
+/// A copy of an entity at the end of `into_block` (null: the block or space the entity is in), with
+/// its vertices or attributes, extended data and extension dictionary. All of them get new handles.
+/// References between objects that are copied lead to the copies, all others stay; handles written
+/// as text stay too. Reactors outside of what is copied do not come along. A dimension's own block
+/// is copied with it.
+Result<AcDbObjectId> copy_entity(AcDbObjectId entity, AcDbObjectId into_block = {});
+
+/// The same for several entities of one drawing at once, so that references among them are kept
+/// among the copies. All or none.
+Result<std::vector<AcDbObjectId>> copy_entities(const std::vector<AcDbObjectId>& entities,
+                                                AcDbObjectId into_block = {});
+
+}  // namespace cad

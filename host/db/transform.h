@@ -1,0 +1,30 @@
+#pragma once
+
+#include <functional>
+
+#include "host/db/object_id.h"
+#include "host/geometry/ge.h"
+
+namespace cad {
+
+/// What a mirroring map does to texts: draws them mirrored, or puts them readable into the place
+/// of the mirrored text.
+enum class MirroredText { kMirrored, kReadable };
+
+/// Maps an entity, its vertices or attributes, and the points of its extended data. Only numbers
+/// that change are respelled. A dimension takes its block along when no other uses it.
+///
+/// eCannotScaleNonUniformly: circles, arcs, texts and all that has no shape for the result;
+/// eNotApplicable: a kind whose geometry is not known; eInvalidInput: a map that is not finite or
+/// flattens space, or a result that is not finite; eWasErased; eOnLockedLayer. Then nothing is
+/// changed.
+Acad::ErrorStatus transform_object(AcDbObjectId entity, const AcGeMatrix3d& map,
+                                   MirroredText text = MirroredText::kMirrored);
+
+/// Moves those defining points (ends, vertices, corners, insertion points; world coordinates) for
+/// which `chosen` holds. An entity without points of its own to pull (a circle, a text, a block
+/// reference) moves as a whole or stays. eOk also when nothing was chosen.
+Acad::ErrorStatus stretch_object(AcDbObjectId entity, const AcGeVector3d& by,
+                                 const std::function<bool(const AcGePoint3d&)>& chosen);
+
+}  // namespace cad
