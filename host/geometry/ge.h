@@ -2,6 +2,7 @@
 
 /// All of the geometry: points, vectors, planes, matrices, scales, tolerances, arrays.
 #include "host/geometry/arrays.h"
+#include "host/geometry/extents.h"
 #include "host/geometry/matrix3d.h"
 #include "host/geometry/ocs.h"
 #include "host/geometry/plane.h"
