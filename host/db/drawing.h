@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -61,6 +62,9 @@ class Drawing {
   Stub& add(AcDbObject& object, std::uint64_t owner, dxf::Section section, std::uint64_t anchor,
             std::uint64_t reactor);
   void note_edit(Stub& stub);
+  /// Told of every object that was made, changed, erased or brought back, each time it is; by those
+  /// who keep something they computed from objects.
+  std::function<void(const Stub&)> on_change;
 
   // Header variables.
   /// The tag of a variable's first value, its offsets from the start of the file.

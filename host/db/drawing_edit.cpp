@@ -97,6 +97,7 @@ std::uint64_t Drawing::allocate_handle() {
 }
 
 void Drawing::note_edit(Stub& stub) {
+  if (on_change) on_change(stub);
   if (kinds_[stub.kind].name == "LAYER") locked_layers_.reset();
   if (stub.has(Stub::kEdited)) return;
   stub.flags |= Stub::kEdited;
