@@ -1,0 +1,31 @@
+; Entities a second by ssget and entget, and by entget and entmod, in the drawing that is open:
+;   pipenote run DRAWING bench/lisp/entity_walk.lsp
+(defun seconds () (/ (getvar "MILLISECS") 1000.0))
+(defun rate (what count start)
+  (princ (strcat what ": " (itoa count) " entities, "
+                 (itoa (fix (/ count (max 0.001 (- (seconds) start))))) " a second\n"))
+)
+(defun walk-lengths (set / i e sum)
+  (setq i 0 sum 0.0)
+  (repeat (sslength set)
+    (setq e (entget (ssname set i)) i (1+ i))
+    (if (= (cdr (assoc 0 e)) "LINE")
+      (setq sum (+ sum (distance (cdr (assoc 10 e)) (cdr (assoc 11 e))))))
+  )
+  i
+)
+(defun raise-texts (set / i e h)
+  (setq i 0)
+  (repeat (sslength set)
+    (setq e (entget (ssname set i)) i (1+ i) h (assoc 40 e))
+    (entmod (subst (cons 40 (+ (cdr h) 0.5)) h e))
+  )
+  i
+)
+(setq start (seconds) all (ssget "_X"))
+(rate "ssget" (sslength all) start)
+(setq start (seconds))
+(rate "entget" (walk-lengths all) start)
+(setq texts (ssget "_X" '((0 . "TEXT"))) start (seconds))
+(if texts (rate "entget and entmod" (raise-texts texts) start))
+(princ)

@@ -1,0 +1,3 @@
+; Calls of a function and small integers.
+(defun fib (n) (if (< n 2) n (+ (fib (- n 1)) (fib (- n 2)))))
+(princ (fib 25))

@@ -1,0 +1,6 @@
+(defun build (n) (let (l) (loop while (> n 0) do (setq l (cons n l) n (1- n))) l))
+(defun work ()
+  (let* ((l (build 1000000)) (m (mapcar '1+ (reverse l))))
+    (+ (length (append l m)) (car m) (length (remove 5 l :test #'equal)) (nth 999999 m)
+       (if (equal (reverse m) (mapcar '1+ l)) 1 0) (length (member 500000 l :test #'equal)))))
+(defun main () (work) (princ (work)))

@@ -1,0 +1,10 @@
+; Lists of a million elements.
+(defun build (n / l) (while (> n 0) (setq l (cons n l) n (1- n))) l)
+(defun work (/ l m)
+  (setq l (build 1000000)
+        m (mapcar '1+ (reverse l)))
+  (+ (length (append l m)) (car m) (length (vl-remove 5 l)) (nth 999999 m)
+     (if (equal (reverse m) (mapcar '1+ l)) 1 0) (length (member 500000 l)))
+)
+(work)
+(princ (work))

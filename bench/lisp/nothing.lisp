@@ -1,0 +1,1 @@
+(defun main () (princ 0))

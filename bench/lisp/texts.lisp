@@ -1,0 +1,11 @@
+(defun itoa (n) (princ-to-string n))
+(defun strcat (&rest parts) (apply #'concatenate 'string parts))
+(defun work (k)
+  (let ((i 0) (n 0) s)
+    (loop while (< i k) do
+      (setq s (strcat "dn" (itoa i) "-" (itoa (* i 7)) " pipe"))
+      (if (string= (string-upcase s) "DN77-539 PIPE") (setq n (+ n 1000)))
+      (if (search "7-5" s) (setq n (1+ n)))
+      (setq i (1+ i)))
+    n))
+(defun main () (princ (work 200000)))
