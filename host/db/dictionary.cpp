@@ -245,6 +245,7 @@ Acad::ErrorStatus AcDbDictionary::setAt(const ACHAR* key, AcDbObject* object, Ac
   const auto section = cad::dxf::Section::kObjects;
   if (resident) {
     if (!object->isWriteEnabled()) return Acad::eNotOpenForWrite;
+    drawing.undo().before_change(*resident);
     resident->owner = own->handle;
     std::string& tags = ObjectAccess::writable(*object);
     if (const auto owner = Lens(tags, dialect()).owner_tag()) {
@@ -335,6 +336,8 @@ void AcDbDictionary::entry_erased(AcDbObjectId entry) {
     if (sorted[i - 1].handle == entry.handle()) take_out(i - 1);
   }
 }
+
+void AcDbDictionary::content_restored() { entries_.reset(); }
 
 AcDbDictionaryIterator* AcDbDictionary::newIterator() const {
   return new AcDbDictionaryIterator(*this);

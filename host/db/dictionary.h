@@ -43,6 +43,7 @@ class AcDbDictionary : public AcDbObject {
 
  protected:
   void entry_erased(AcDbObjectId entry) override;
+  void content_restored() override;
 
  private:
   friend class AcDbDictionaryIterator;

@@ -265,32 +265,10 @@ std::string_view Drawing::bytes_of(const Stub& stub) const {
   return bytes_.substr(stub.begin, stub.length);
 }
 
-std::optional<dxf::Tag> Drawing::header_variable(std::string_view name) const {
-  if (!header_) {
-    header_.emplace();
-    for (const SectionSpan& span : sections_) {
-      if (span.section != dxf::Section::kHeader) continue;
-      dxf::TagReader tags(bytes_.substr(0, span.end), dialect_, span.begin);
-      dxf::Tag tag;
-      std::string_view variable;
-      while (tags.next(tag)) {
-        if (tag.code == 9) {
-          variable = tag.value;
-        } else if (!variable.empty()) {
-          header_->try_emplace(variable, tag);
-          variable = {};
-        }
-      }
-    }
-  }
-  const auto found = header_->find(name);
-  if (found == header_->end()) return std::nullopt;
-  return found->second;
-}
-
 Stub* Drawing::root_dictionary() {
   const SectionSpan* span = section(dxf::Section::kObjects);
-  if (!span || span->first_stub == span->end_stub) return made_root_;
+  if (!span || span->first_stub == span->end_stub)
+    return made_root_ && !made_root_->erased() ? made_root_ : nullptr;
   Stub& first = stubs_[span->first_stub];
   return kind_name(first) == "DICTIONARY" ? &first : nullptr;
 }

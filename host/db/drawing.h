@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -15,6 +16,7 @@
 #include "host/db/class_table.h"
 #include "host/db/database.h"
 #include "host/db/stub.h"
+#include "host/db/undo.h"
 #include "host/dxf/dialect.h"
 #include "host/dxf/scan.h"
 #include "host/dxf/tag_reader.h"
@@ -46,6 +48,10 @@ class Drawing {
   const ClassRow& class_of(const Stub& stub) const;
   std::string_view kind_name(const Stub& stub) const { return kinds_[stub.kind].name; }
   std::string_view bytes_of(const Stub& stub) const;  ///< tags as they stand
+  /// Tags as the file has them; empty for new objects.
+  std::string_view file_bytes(const Stub& stub) const {
+    return bytes_.substr(stub.begin, stub.length);
+  }
   Stub& stub_at(std::size_t index) { return stubs_[index]; }
   std::size_t stub_count() const { return stubs_.size(); }
 
@@ -61,14 +67,34 @@ class Drawing {
   /// written as its persistent reactor unless 0.
   Stub& add(AcDbObject& object, std::uint64_t owner, dxf::Section section, std::uint64_t anchor,
             std::uint64_t reactor);
+  /// An object whose tags are spelled for this drawing already: `spell` writes them once the handle
+  /// is known. It is not open.
+  Stub& add_record(std::string_view kind, std::uint64_t owner, dxf::Section section,
+                   std::uint64_t anchor, const std::function<std::string(std::uint64_t)>& spell);
   void note_edit(Stub& stub);
   /// Told of every object that was made, changed, erased or brought back, each time it is; by those
   /// who keep something they computed from objects.
   std::function<void(const Stub&)> on_change;
 
   // Header variables.
-  /// The tag of a variable's first value, its offsets from the start of the file.
+  /// The tag of a variable's first value. Its offsets count from the start of the file, unless the
+  /// variable was set since.
   std::optional<dxf::Tag> header_variable(std::string_view name) const;
+  /// All its value tags as they stand; empty when the drawing lacks the variable.
+  std::string_view header_tags(std::string_view name) const;
+  /// The same of the file.
+  std::string_view file_header_tags(std::string_view name) const;
+  /// Replaces a variable's value tags; none puts the file's back.
+  void set_header_tags(const std::string& name, std::optional<std::string> tags);
+
+  // Taking back. The log calls what follows.
+  UndoLog& undo() { return undo_; }
+  /// What a variable was set to; none while it is as in the file.
+  std::optional<std::string> header_edit(std::string_view name) const;
+  void exchange_header(const std::string& name, std::optional<std::string>& tags);
+  void exchange_next_handle(std::uint64_t& handle) { std::swap(handle, next_handle_); }
+  /// An object got another content or erased flag by the log: caches and edits follow.
+  void restored(Stub& stub);
 
   // Tables, blocks, spaces.
   struct Table {
@@ -95,6 +121,12 @@ class Drawing {
   std::vector<std::size_t> table_records(const Table& table);
   /// Where new entities of a block record go; null for a record whose block is missing.
   Block* block_of(std::uint64_t block_record);
+  /// The block that a stub of its begins (BLOCK).
+  Block* block_at(const Stub& begin);
+  /// The live block of that name, in drawings without block records too.
+  Block* block_named(std::wstring_view name);
+  /// Files a new block by its BLOCK and ENDBLK, which stand in the stubs one behind the other.
+  void add_block(const Stub& begin, const Stub& end);
   bool is_space(std::uint64_t block_record);  ///< whether its entities stand in ENTITIES
   void add_to_space(std::size_t index) { added_entities_.push_back(index); }
   Stub* first_entity();
@@ -124,7 +156,7 @@ class Drawing {
   Stub* root_dictionary();
 
   const DrawingFacts& facts() const { return facts_; }
-  bool is_modified() const { return !edits_.empty(); }
+  bool is_modified() const { return edited_ != 0 || !header_edits_.empty(); }
   Status save(const std::string& path, bool keep_backup, FileLock* lock) const;
   std::string save_bytes() const;
 
@@ -154,8 +186,16 @@ class Drawing {
   std::uint16_t kind_of(std::string_view name, dxf::Section section);
   SectionSpan* section(dxf::Section section);
   void build_facts();
-  std::vector<Patch> patches(std::vector<std::string>& storage) const;
-  Patch handle_seed_patch(std::vector<std::string>& storage) const;
+  /// Texts written for patches; at addresses that do not change.
+  using Storage = std::deque<std::string>;
+  std::vector<Patch> patches(Storage& storage) const;
+  class RecordPatches;
+  void header_patches(Storage& storage, std::vector<Patch>& patches) const;
+  Patch header_patch(const std::string& name, const std::string& tags, Storage& storage) const;
+  Patch handle_seed_patch(Storage& storage) const;
+  std::optional<std::uint64_t> place_of_variable(std::string_view name) const;
+  const SectionSpan* header_section() const;
+  const std::map<std::string_view, std::pair<dxf::Tag, std::uint64_t>>& file_header() const;
   void make_root(std::uint64_t anchor);
   Stub* skip_to_entity(std::size_t index, std::size_t end);
   Stub* added_behind(const std::vector<std::size_t>& added, std::size_t index);
@@ -181,15 +221,19 @@ class Drawing {
   std::map<std::string, std::unordered_map<std::wstring, std::size_t>, std::less<>> table_names_;
   std::optional<std::vector<std::wstring>> locked_layers_;  // folded names
   bool alerted_ = false;
-  mutable std::optional<std::unordered_map<std::string_view, dxf::Tag>> header_;
+  /// Of each variable in the file: its first value tag, and the offset behind its last.
+  mutable std::optional<std::map<std::string_view, std::pair<dxf::Tag, std::uint64_t>>> header_;
+  std::map<std::string, std::string, std::less<>> header_edits_;  // value tags by name
   std::unordered_map<std::uint64_t, Stub*> missing_;
   std::vector<Stub*> edits_;
-  std::uint64_t eof_ = 0;  ///< offset of the EOF record
+  std::size_t edited_ = 0;  // of them, those that differ from the file
+  std::uint64_t eof_ = 0;   ///< offset of the EOF record
   std::uint64_t file_seed_ = 0;
   std::uint64_t highest_handle_ = 0;
   std::uint64_t next_handle_ = 1;
   std::size_t open_count_ = 0;
   DrawingFacts facts_;
+  UndoLog undo_{*this};
 };
 
 }  // namespace cad

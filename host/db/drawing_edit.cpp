@@ -15,7 +15,14 @@ namespace cad {
 namespace {
 
 std::string_view section_name(dxf::Section section) {
-  return section == dxf::Section::kObjects ? "OBJECTS" : "ENTITIES";
+  switch (section) {
+    case dxf::Section::kObjects:
+      return "OBJECTS";
+    case dxf::Section::kBlocks:
+      return "BLOCKS";
+    default:
+      return "ENTITIES";
+  }
 }
 
 /// Whether tags of memory objects stand in a drawing of that dialect as they are, line ends apart.
@@ -100,8 +107,21 @@ void Drawing::note_edit(Stub& stub) {
   if (on_change) on_change(stub);
   if (kinds_[stub.kind].name == "LAYER") locked_layers_.reset();
   if (stub.has(Stub::kEdited)) return;
-  stub.flags |= Stub::kEdited;
-  edits_.push_back(&stub);
+  if (!stub.has(Stub::kListed)) edits_.push_back(&stub);
+  stub.flags |= Stub::kEdited | Stub::kListed;
+  ++edited_;
+}
+
+void Drawing::restored(Stub& stub) {
+  if (stub.section == dxf::Section::kTables) record_turned(stub);
+  if (kinds_[stub.kind].name == "LAYER") locked_layers_.reset();
+  const bool has_own = stub.object && ObjectAccess::own_content(*stub.object);
+  const bool as_in_file = stub.has(Stub::kNew) ? stub.erased() : !stub.erased() && !has_own;
+  if (!as_in_file) return note_edit(stub);
+  if (on_change) on_change(stub);
+  if (!stub.has(Stub::kEdited)) return;
+  stub.flags = static_cast<std::uint8_t>(stub.flags & ~Stub::kEdited);
+  --edited_;
 }
 
 Stub& Drawing::new_stub(std::string_view kind, std::uint64_t owner, dxf::Section section,
@@ -115,8 +135,19 @@ Stub& Drawing::new_stub(std::string_view kind, std::uint64_t owner, dxf::Section
   stub.kind = kind_of(kind, section);
   stub.section = section;
   stub.flags = Stub::kNew;
+  undo_.made(stub);
   handles_.add(handle, index);
   note_edit(stub);
+  return stub;
+}
+
+Stub& Drawing::add_record(std::string_view kind, std::uint64_t owner, dxf::Section section,
+                          std::uint64_t anchor,
+                          const std::function<std::string(std::uint64_t)>& spell) {
+  Stub& stub = new_stub(kind, owner, section, anchor);
+  AcDbObject* object = class_of(stub).make({});
+  ObjectAccess::attach(*object, stub);
+  ObjectAccess::adopt(*object, stub, spell(stub.handle));
   return stub;
 }
 
@@ -126,12 +157,16 @@ std::uint64_t Drawing::section_end(dxf::Section wanted) {
     SectionSpan made;
     made.section = wanted;
     made.begin = made.end = eof_;
+    // Blocks stand in front of the entities that refer to them.
+    const SectionSpan* entities = section(dxf::Section::kEntities);
+    if (wanted == dxf::Section::kBlocks && entities) made.begin = made.end = entities->begin;
     made.made = true;
     span = &sections_.emplace_back(made);
   }
   const std::uint64_t end = span->end;
   const bool empty = span->first_stub == span->end_stub;
-  if (wanted == dxf::Section::kObjects && empty && !made_root_) make_root(end);
+  const bool has_root = made_root_ && !made_root_->erased();
+  if (wanted == dxf::Section::kObjects && empty && !has_root) make_root(end);
   return end;
 }
 
@@ -158,89 +193,106 @@ Stub& Drawing::add(AcDbObject& object, std::uint64_t owner, dxf::Section section
   return stub;
 }
 
-std::vector<Drawing::Patch> Drawing::patches(std::vector<std::string>& storage) const {
-  std::vector<Patch> patches;
-  if (edits_.empty()) return patches;
-  std::vector<const Stub*> edits(edits_.begin(), edits_.end());
-  // New records go in front of the record at whose offset they are anchored.
-  const auto order = [](const Stub* stub) {
-    return std::tuple(stub->begin, stub->has(Stub::kNew) ? 0 : 1,
-                      stub->has(Stub::kNew) ? static_cast<int>(stub->section) : 0,
-                      StubStore::index_of(*stub));
-  };
-  std::sort(edits.begin(), edits.end(),
-            [&](const Stub* a, const Stub* b) { return order(a) < order(b); });
+/// Collects what is written for objects, in file order, with the frames of sections that the file
+/// lacks around it.
+class Drawing::RecordPatches {
+ public:
+  RecordPatches(const Drawing& drawing, Storage& storage, std::vector<Patch>& patches)
+      : drawing_(drawing), storage_(storage), patches_(patches) {}
 
-  storage.reserve(2 * sections_.size() + 2);  // views into it must stay valid
-  const auto store = [&](auto&& write) -> std::string_view {
-    write(dxf::TagWriter(storage.emplace_back(), dialect_));
-    return storage.back();
-  };
-  if (next_handle_ != facts_.handle_seed) patches.push_back(handle_seed_patch(storage));
-  const SectionSpan* open = nullptr;  // a section the file lacks, being written
-  const auto close_section = [&] {
-    if (!open) return;
-    patches.push_back({eof_, 0, store([](dxf::TagWriter w) { w.raw(0, "ENDSEC"); })});
-    open = nullptr;
-  };
-  for (const Stub* stub : edits) {
-    if (!stub->has(Stub::kNew)) {
-      patches.push_back(
-          {stub->begin, stub->length, stub->erased() ? std::string_view() : bytes_of(*stub)});
-      continue;
-    }
-    if (stub->erased()) continue;
-    const SectionSpan* made = nullptr;
-    for (const SectionSpan& span : sections_) {
-      if (span.made && span.section == stub->section && stub->begin == eof_) made = &span;
-    }
-    if (made != open) {
-      close_section();
-      open = made;
-      if (open) {
-        patches.push_back({eof_, 0, store([&](dxf::TagWriter w) {
-                             w.raw(0, "SECTION");
-                             w.raw(2, section_name(open->section));
-                           })});
+  void collect() {
+    std::vector<const Stub*> edits;
+    for (const Stub* stub : drawing_.edits_)
+      if (stub->has(Stub::kEdited) && !is_of_new_block(*stub)) edits.push_back(stub);
+    // New records go in front of the record at whose offset they are anchored.
+    const auto order = [](const Stub* stub) {
+      return std::tuple(stub->begin, stub->has(Stub::kNew) ? 0 : 1,
+                        stub->has(Stub::kNew) ? static_cast<int>(stub->section) : 0,
+                        StubStore::index_of(*stub));
+    };
+    std::sort(edits.begin(), edits.end(),
+              [&](const Stub* a, const Stub* b) { return order(a) < order(b); });
+    add_new_blocks();
+    for (const Stub* stub : edits) {
+      if (!stub->has(Stub::kNew)) {
+        const auto now = stub->erased() ? std::string_view() : drawing_.bytes_of(*stub);
+        patches_.push_back({stub->begin, stub->length, now});
+      } else if (!stub->erased()) {
+        add_new(*stub);
       }
     }
-    patches.push_back({stub->begin, 0, bytes_of(*stub)});
+    close_section();
   }
-  close_section();
+
+ private:
+  /// Entities of new blocks may be younger than the ENDBLK: they are written block by block.
+  bool is_of_new_block(const Stub& stub) const {
+    if (stub.section != dxf::Section::kBlocks || !stub.has(Stub::kNew)) return false;
+    for (const SectionSpan& span : drawing_.sections_)
+      if (span.section == dxf::Section::kBlocks && span.end == stub.begin) return true;
+    return false;
+  }
+
+  void add_new_blocks() {
+    Drawing& drawing = const_cast<Drawing&>(drawing_);
+    for (const Block& block : drawing_.blocks_) {
+      const Stub& begin = drawing.stubs_[block.begin];
+      if (!begin.has(Stub::kNew) || begin.erased()) continue;
+      add_new(begin);
+      for (const std::size_t index : block.added)
+        if (!drawing.stubs_[index].erased()) add_new(drawing.stubs_[index]);
+      add_new(drawing.stubs_[block.end]);
+    }
+    close_section();
+  }
+
+  void add_new(const Stub& stub) {
+    const SectionSpan* made = nullptr;
+    for (const SectionSpan& span : drawing_.sections_) {
+      if (span.made && span.section == stub.section && stub.begin == span.end) made = &span;
+    }
+    if (made != open_) {
+      close_section();
+      open_ = made;
+      if (open_)
+        frame([&](dxf::TagWriter w) {
+          w.raw(0, "SECTION");
+          w.raw(2, section_name(open_->section));
+        });
+    }
+    patches_.push_back({stub.begin, 0, drawing_.bytes_of(stub)});
+  }
+
+  void close_section() {
+    if (open_) frame([](dxf::TagWriter w) { w.raw(0, "ENDSEC"); });
+    open_ = nullptr;
+  }
+
+  template <class Write>
+  void frame(Write&& write) {
+    write(dxf::TagWriter(storage_.emplace_back(), drawing_.dialect_));
+    patches_.push_back({open_->end, 0, storage_.back()});
+  }
+
+  const Drawing& drawing_;
+  Storage& storage_;
+  std::vector<Patch>& patches_;
+  const SectionSpan* open_ = nullptr;  // a section the file lacks, being written
+};
+
+std::vector<Drawing::Patch> Drawing::patches(Storage& storage) const {
+  std::vector<Patch> patches;
+  if (!is_modified()) return patches;
+  header_patches(storage, patches);
+  RecordPatches(*this, storage, patches).collect();
   // A header normally stands first; in a file where it does not, its patch moves to its place.
   std::stable_sort(patches.begin(), patches.end(),
                    [](const Patch& a, const Patch& b) { return a.begin < b.begin; });
   return patches;
 }
 
-Drawing::Patch Drawing::handle_seed_patch(std::vector<std::string>& storage) const {
-  std::string& text = storage.emplace_back();
-  dxf::TagWriter writer(text, dialect_);
-  if (const auto seed = header_variable("$HANDSEED")) {
-    if (seed->code != 5) {  // damaged: a binary value of another type has no room for a handle
-      writer.handle(5, next_handle_);
-      return {seed->begin, seed->end - seed->begin, text};
-    }
-    append_handle(text, next_handle_);
-    return {static_cast<std::uint64_t>(seed->value.data() - bytes_.data()), seed->value.size(),
-            text};
-  }
-  const auto header = std::find_if(sections_.begin(), sections_.end(), [](const SectionSpan& span) {
-    return span.section == dxf::Section::kHeader;
-  });
-  const bool has_header = header != sections_.end();
-  if (!has_header) {
-    writer.raw(0, "SECTION");
-    writer.raw(2, "HEADER");
-  }
-  writer.raw(9, "$HANDSEED");
-  writer.handle(5, next_handle_);
-  if (!has_header) writer.raw(0, "ENDSEC");
-  return {has_header ? header->end : preamble_.start, 0, text};
-}
-
 std::string Drawing::save_bytes() const {
-  std::vector<std::string> storage;
+  Storage storage;
   std::string out;
   out.reserve(bytes_.size());
   std::uint64_t position = 0;
@@ -261,7 +313,7 @@ Status Drawing::save(const std::string& path, bool keep_backup, FileLock* lock) 
     if (file_ && to - from >= kWorthAKernelCopy) return out->copy_range(*file_, from, to - from);
     return out->append(bytes_.substr(from, to - from));
   };
-  std::vector<std::string> storage;
+  Storage storage;
   std::uint64_t position = 0;
   for (const Patch& patch : patches(storage)) {
     if (Status status = copy(position, patch.begin); !status) return status;

@@ -105,6 +105,33 @@ Drawing::Block* Drawing::block_of(std::uint64_t block_record) {
   return found == block_by_record_.end() ? nullptr : &blocks_[found->second];
 }
 
+Drawing::Block* Drawing::block_at(const Stub& begin) {
+  const std::size_t index = StubStore::index_of(begin);
+  for (Block& block : blocks_)
+    if (block.begin == index) return &block;
+  return nullptr;
+}
+
+Drawing::Block* Drawing::block_named(std::wstring_view name) {
+  if (const Stub* record = table_record("BLOCK_RECORD", name)) return block_of(record->handle);
+  if (table("BLOCK_RECORD")) return nullptr;
+  for (Block& block : blocks_) {
+    const Stub& begin = stubs_[block.begin];
+    if (!begin.erased() && equal_no_case(record_name(bytes_of(begin), dialect_), name))
+      return &block;
+  }
+  return nullptr;
+}
+
+void Drawing::add_block(const Stub& begin, const Stub& end) {
+  Block block;
+  block.begin = StubStore::index_of(begin);
+  block.end = StubStore::index_of(end);
+  block.end_offset = end.begin;
+  blocks_.push_back(std::move(block));
+  blocks_by_record_known_ = false;
+}
+
 std::uint64_t Drawing::space_of(const Stub& stub) const {
   if (stub.owner != 0) return stub.owner;
   // R13 and R14 leave the owner out; the frame's 67 tells paper from model space.
@@ -144,7 +171,8 @@ Stub* Drawing::first_entity() {
 
 Stub* Drawing::last_entity() {
   for (auto added = added_entities_.rbegin(); added != added_entities_.rend(); ++added) {
-    if (!stubs_[*added].erased()) return &stubs_[*added];
+    const Stub& stub = stubs_[*added];
+    if (!stub.erased() && !is_sub_entity(stub)) return &stubs_[*added];
   }
   const SectionSpan* span = section(dxf::Section::kEntities);
   if (!span) return nullptr;
@@ -215,10 +243,13 @@ Stub* Drawing::next_in_block(std::uint64_t block_record, const Stub& stub) {
 std::vector<Stub*> Drawing::sub_entities(const Stub& main) {
   std::vector<Stub*> found;
   const std::string_view kind = kind_name(main);
-  if (main.has(Stub::kNew) || (kind != "POLYLINE" && kind != "INSERT")) return found;
+  if (kind != "POLYLINE" && kind != "INSERT") return found;
+  const bool is_new = main.has(Stub::kNew);
   for (std::size_t i = StubStore::index_of(main) + 1; i < stubs_.size(); ++i) {
     Stub& stub = stubs_[i];
-    if (stub.section != main.section || !is_sub_entity(stub)) break;
+    if (stub.section != main.section || stub.has(Stub::kNew) != is_new || !is_sub_entity(stub))
+      break;
+    if (is_new && stub.owner != 0 && stub.owner != main.handle) break;
     found.push_back(&stub);
     if (kind_name(stub) == "SEQEND") break;
   }

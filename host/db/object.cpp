@@ -70,6 +70,7 @@ void ObjectAccess::turn(Drawing& drawing, Stub& first, bool erased) {
     work.pop_back();
     if (stub.erased() == erased || stub.has(Stub::kMissing) || drawing.is_frame(stub)) continue;
     const std::vector<Stub*> more = dependants(drawing, stub);
+    drawing.undo().before_change(stub);
     stub.flags = static_cast<std::uint8_t>(erased ? stub.flags | Stub::kErased
                                                   : stub.flags & ~Stub::kErased);
     drawing.note_edit(stub);
@@ -262,6 +263,8 @@ const cad::dxf::Dialect& AcDbObject::dialect() const {
 }
 
 std::string& AcDbObject::writable_content() {
+  if (stub_ && (flags_ & cad::kRecorded) == 0)
+    StubStore::drawing_of(*stub_).undo().before_change(*stub_);
   if (!owned_) owned_ = std::make_unique<std::string>(content());
   return *owned_;
 }
@@ -282,3 +285,30 @@ Acad::ErrorStatus AcDbObject::patch(const std::function<void(LensWriter&)>& chan
 }
 
 void AcDbObject::entry_erased(AcDbObjectId) {}
+void AcDbObject::content_restored() {}
+
+void ObjectAccess::adopt(AcDbObject& object, Stub& stub, std::string content) {
+  object.stub_ = &stub;
+  object.owned_ = std::make_unique<std::string>(std::move(content));
+  object.content_changed();
+  stub.object = &object;
+  // The log has the stub as new; what it holds at first need not be taken back.
+  if (StubStore::drawing_of(stub).undo().is_recording()) object.flags_ |= kRecorded;
+}
+
+void ObjectAccess::replace_content(AcDbObject& object, std::string content) {
+  Drawing& drawing = StubStore::drawing_of(*object.stub_);
+  if ((object.flags_ & kRecorded) == 0) drawing.undo().before_replacing(object);
+  object.owned_ = std::make_unique<std::string>(std::move(content));
+  object.content_changed();
+}
+
+void ObjectAccess::exchange_content(AcDbObject& object, std::unique_ptr<std::string>& content) {
+  std::swap(object.owned_, content);
+  const Stub& stub = *object.stub_;
+  const std::string_view now = object.owned_ ? std::string_view(*object.owned_)
+                                             : StubStore::drawing_of(stub).file_bytes(stub);
+  object.data_ = now.data();
+  object.size_ = static_cast<std::uint32_t>(now.size());
+  object.content_restored();
+}

@@ -93,6 +93,8 @@ class AcDbObject : public AcRxObject {
   void content_changed();
   /// One change of the tags: refused with eNotOpenForWrite unless open for write.
   Acad::ErrorStatus patch(const std::function<void(cad::LensWriter&)>& change);
+  /// The tags became others by undoing: what was decoded from them is out of date.
+  virtual void content_restored();
   /// Called before the owner's link to `entry` is cut because the entry was erased.
   virtual void entry_erased(AcDbObjectId entry);
 

@@ -13,6 +13,7 @@ enum OpenFlag : std::uint8_t {
   kOpenNotify = 2,
   kNewObject = 4,  // made with new and not closed since
   kModified = 8,
+  kRecorded = 16,  // its state before the step being recorded is in the undo log
 };
 
 /// The host's way into the private part of objects. Nothing outside host/db uses it.
@@ -36,12 +37,24 @@ class ObjectAccess {
     stub.object = &object;
   }
   /// Makes a new object resident; it stays open for write.
-  static void adopt(AcDbObject& object, Stub& stub, std::string content) {
-    object.stub_ = &stub;
-    object.owned_ = std::make_unique<std::string>(std::move(content));
-    object.content_changed();
-    stub.object = &object;
+  static void adopt(AcDbObject& object, Stub& stub, std::string content);
+  /// Gives an object other tags as a whole.
+  static void replace_content(AcDbObject& object, std::string content);
+
+  // For the undo log.
+  static bool has_flag(const AcDbObject& object, OpenFlag flag) {
+    return (object.flags_ & flag) != 0;
   }
+  static void set_flag(AcDbObject& object, OpenFlag flag, bool on) {
+    object.flags_ = static_cast<std::uint8_t>(on ? object.flags_ | flag : object.flags_ & ~flag);
+  }
+  static const std::string* own_content(const AcDbObject& object) { return object.owned_.get(); }
+  static std::unique_ptr<std::string> take_content(AcDbObject& object) {
+    return std::move(object.owned_);
+  }
+  /// Puts `content`, or for null the file's, in place of the object's, which comes out in it.
+  static void exchange_content(AcDbObject& object, std::unique_ptr<std::string>& content);
+
   static bool is_open(const AcDbObject& object) {
     return object.readers_ != 0 || (object.flags_ & (kOpenWrite | kOpenNotify)) != 0;
   }

@@ -21,10 +21,11 @@ class Drawing;
 struct Stub {
   enum Flag : std::uint8_t {
     kErased = 1,
-    kNew = 2,        ///< made in this session: has no bytes in the file
-    kEdited = 4,     ///< on the drawing's list of edits
-    kMissing = 8,    ///< stands for a handle that resolves to nothing
-    kStrayTwin = 16  ///< has a handle that an earlier object owns
+    kNew = 2,         ///< made in this session: has no bytes in the file
+    kEdited = 4,      ///< differs from the file
+    kMissing = 8,     ///< stands for a handle that resolves to nothing
+    kStrayTwin = 16,  ///< has a handle that an earlier object owns
+    kListed = 32      ///< on the drawing's list of edits, where it stays when they are taken back
   };
 
   std::uint64_t handle = 0;

@@ -55,9 +55,8 @@ class UndoLog {
 
   /// An object's contents, owner or erased flag are about to change.
   void before_change(Stub& stub);
-  /// The same for an object that is there. `content` is what it holds of its own and loses: moved
-  /// here instead of copied. Null for one that still shows the file.
-  void before_change(AcDbObject& object);
+  /// All its contents are about to be replaced: they are moved here.
+  void before_replacing(AcDbObject& object);
   void made(Stub& stub);
   void before_header_change(const std::string& name);
 
@@ -79,7 +78,7 @@ class UndoLog {
   void close_step();
   void exchange(Step& step, bool forward);
   void exchange(Change& change);
-  bool objects_are_open() const;
+  Change& record(Stub& stub);
 
   Drawing& drawing_;
   std::vector<Step> done_;
