@@ -1,9 +1,6 @@
 #pragma once
 
-#include <functional>
-#include <optional>
 #include <span>
-#include <string>
 
 #include "host/lisp/builtin.h"
 
@@ -15,8 +12,7 @@ std::span<const lisp::Builtin> selection_functions();
 std::span<const lisp::Builtin> dictionary_functions();
 std::span<const lisp::Builtin> symbol_table_functions();
 std::span<const lisp::Builtin> host_functions();
-
-/// What Host::set_input() was given.
-std::function<std::optional<std::wstring>()>& host_input();
+std::span<const lisp::Builtin> prompt_functions();
+std::span<const lisp::Builtin> command_functions();
 
 }  // namespace cad

@@ -7,9 +7,9 @@
 #include <cassert>
 #include <utility>
 
-#include "host/app/builtin_tables.h"
 #include "host/app/console.h"
 #include "host/app/modules.h"
+#include "host/app/prompt/user_input.h"
 #include "host/app/session.h"
 #include "host/base/codepage.h"
 #include "host/base/numbers.h"
@@ -59,11 +59,6 @@ HostSettings& host_settings() {
   return settings;
 }
 
-std::function<std::optional<std::wstring>()>& host_input() {
-  static std::function<std::optional<std::wstring>()> input;
-  return input;
-}
-
 Host::Host() {
   assert(!current_host);
   current_host = this;
@@ -77,7 +72,7 @@ Host::~Host() {
   while (acDocManager->documentCount() > 0) close(acDocManager->documents().back());
   Modules::instance().unload_all();
   acdbHostApplicationServices()->alert = nullptr;
-  set_input({});
+  user_input() = {};
   set_alerts({});
   host_settings() = {};
   current_host = nullptr;
@@ -240,7 +235,14 @@ void Host::interrupt() noexcept {
 }
 
 void Host::set_input(std::function<std::optional<std::wstring>()> read_line) {
-  host_input() = std::move(read_line);
+  user_input() = {std::move(read_line), false, {}};
+}
+
+Status Host::set_answers(const std::string& path) {
+  const Result<MappedFile> file = MappedFile::open(path);
+  if (!file) return file.error();
+  user_input() = scripted_input(file->bytes(), path);
+  return {};
 }
 
 void Host::set_alerts(std::function<void(std::string_view)> sink) {

@@ -89,6 +89,9 @@ class Host {
   /// Where LISP programs read what the user types: a line without its end, empty at the end of
   /// input. Without it there is no input.
   void set_input(std::function<std::optional<std::wstring>()> read_line);
+  /// Answers all prompts from a file: one answer in each line, an empty line for Enter; UTF-8, or
+  /// code page 936 when it is not UTF-8. Answers are printed behind their prompts.
+  Status set_answers(const std::string& path);
   /// Receives what the host has to tell its user besides the command line: one line, no line end.
   void set_alerts(std::function<void(std::string_view)> sink);
 

@@ -4,9 +4,11 @@
 #include <utility>
 
 #include "host/app/builtin_tables.h"
+#include "host/app/command/command_line.h"
 #include "host/app/console.h"
 #include "host/app/host.h"
 #include "host/app/modules.h"
+#include "host/app/prompt/user_input.h"
 #include "host/base/codepage.h"
 #include "host/base/numbers.h"
 #include "host/db/entity.h"
@@ -27,12 +29,14 @@ DocumentSession::DocumentSession(AcApDocument& document)
   };
   services.find_file = [](std::wstring_view name) { return find_support_file(to_utf8(name)); };
   services.read_line = []() -> std::optional<std::wstring> {
-    return host_input() ? host_input()() : std::nullopt;
+    return user_input().read_line ? user_input().read_line() : std::nullopt;
   };
   interpreter_ = std::make_unique<lisp::Interpreter>(std::move(services));
   for (const auto& table : {entity_functions(), selection_functions(), dictionary_functions(),
-                            symbol_table_functions(), host_functions()})
+                            symbol_table_functions(), host_functions(), prompt_functions(),
+                            command_functions()})
     interpreter_->define(table);
+  command_line = std::make_unique<CommandLine>(*this);
 }
 
 DocumentSession::~DocumentSession() = default;

@@ -9,12 +9,15 @@
 #include <vector>
 
 #include "host/app/documents.h"
+#include "host/app/prompt/initget.h"
 #include "host/app/select/selection_sets.h"
 #include "host/app/variables/system_variables.h"
 #include "host/base/result.h"
 #include "host/lisp/interpreter.h"
 
 namespace cad {
+
+class CommandLine;
 
 /// What an open document has beside its drawing: LISP environment, session variables, selections.
 class DocumentSession {
@@ -40,6 +43,8 @@ class DocumentSession {
   std::vector<AcDbObjectId> take_selection();
 
   SystemVariables variables;
+  Initget initget;                            // for the next prompt
+  std::vector<AcDbObjectId> erased_last;      // what OOPS brings back
   SelectionSets selection_sets;
   std::vector<AcDbObjectId> selection_answer;  // to the next selection by the user
   std::vector<AcDbObjectId> previous_selection;
@@ -50,6 +55,7 @@ class DocumentSession {
   /// Where tblnext stands, by table name, and dictnext, by dictionary.
   std::map<std::wstring, std::size_t> table_walks;
   std::map<AcDbObjectId, std::optional<std::wstring>> dictionary_walks;
+  std::unique_ptr<CommandLine> command_line;  // last: its commands use all of the above
 };
 
 }  // namespace cad
