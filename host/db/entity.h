@@ -23,6 +23,9 @@ class AcDbEntity : public AcDbObject {
   int colorIndex() const;
   Acad::ErrorStatus setColorIndex(int color);
 
+  /// See host/db/transform.h; texts are mirrored by a mirroring map.
+  Acad::ErrorStatus transformBy(const AcGeMatrix3d& map);
+
  protected:
   explicit AcDbEntity(std::string_view record) : AcDbObject(record) {}
 

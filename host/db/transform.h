@@ -5,6 +5,8 @@
 #include "host/db/object_id.h"
 #include "host/geometry/ge.h"
 
+class AcDbEntity;
+
 namespace cad {
 
 /// What a mirroring map does to texts: draws them mirrored, or puts them readable into the place
@@ -21,9 +23,13 @@ enum class MirroredText { kMirrored, kReadable };
 Acad::ErrorStatus transform_object(AcDbObjectId entity, const AcGeMatrix3d& map,
                                    MirroredText text = MirroredText::kMirrored);
 
+/// The same for an entity that is open for write.
+Acad::ErrorStatus transform_entity(AcDbEntity& entity, const AcGeMatrix3d& map, MirroredText text);
+
 /// Moves those defining points (ends, vertices, corners, insertion points; world coordinates) for
-/// which `chosen` holds. An entity without points of its own to pull (a circle, a text, a block
-/// reference) moves as a whole or stays. eOk also when nothing was chosen.
+/// which `chosen` holds. An entity without points to pull one by one (a circle, a text, a block
+/// reference) moves as a whole or stays. eOk also when nothing was chosen; eNotApplicable also for
+/// a dimension of which only some points are chosen.
 Acad::ErrorStatus stretch_object(AcDbObjectId entity, const AcGeVector3d& by,
                                  const std::function<bool(const AcGePoint3d&)>& chosen);
 
