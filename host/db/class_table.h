@@ -13,6 +13,8 @@ struct ClassRow {
   AcDbObject* (*make)(std::string_view record);
   AcRxClass* (*describe)();
   bool entity;
+  /// For a kind that stands for several classes: the one of this record. Null for all others.
+  const ClassRow& (*refine)(std::string_view record, const dxf::Dialect& dialect) = nullptr;
 };
 
 /// The row of a kind found in `section`; kinds without a row of their own open as AcDbEntity in

@@ -244,6 +244,7 @@ Stub* Drawing::reference(std::uint64_t handle) {
 
 const ClassRow& Drawing::class_of(const Stub& stub) const {
   const Kind& kind = kinds_[stub.kind];
+  if (kind.row->refine) return kind.row->refine(bytes_of(stub), dialect_);
   if (kind.name != "TABLE" || stub.section != dxf::Section::kTables) return *kind.row;
   const std::size_t index = StubStore::index_of(stub);
   for (const Table& table : tables_) {

@@ -5,13 +5,10 @@
 #include "host/db/block.h"
 #include "host/db/drawing.h"
 #include "host/db/lens.h"
-#include "host/db/line.h"
 #include "host/db/object_access.h"
 #include "host/db/text.h"
 
 PN_RX_DEFINE(AcDbEntity, AcDbObject, L"")
-PN_RX_DEFINE(AcDbCurve, AcDbEntity, L"")
-PN_RX_DEFINE(AcDbLine, AcDbCurve, L"LINE")
 PN_RX_DEFINE(AcDbText, AcDbEntity, L"TEXT")
 PN_RX_DEFINE(AcDbMText, AcDbEntity, L"MTEXT")
 
@@ -23,7 +20,6 @@ using cad::LensWriter;
 constexpr std::string_view kEntityPart = "AcDbEntity";
 constexpr std::string_view kTextPart = "AcDbText";
 constexpr std::string_view kMTextPart = "AcDbMText";
-constexpr std::string_view kLinePart = "AcDbLine";
 constexpr int kColorByLayer = 256;
 constexpr double kDegreesPerRadian = 57.295779513082320876798;
 
@@ -35,10 +31,6 @@ constexpr std::string_view kNewMText =
     "  0\nMTEXT\n  5\n0\n330\n0\n100\nAcDbEntity\n  8\n\n100\nAcDbMText\n 10\n0.0\n 20\n0.0\n "
     "30\n0.0\n"
     " 40\n0.2\n 41\n0.0\n 71\n     1\n 72\n     5\n  1\n\n";
-constexpr std::string_view kNewLine =
-    "  0\nLINE\n  5\n0\n330\n0\n100\nAcDbEntity\n  8\n\n100\nAcDbLine\n 10\n0.0\n 20\n0.0\n "
-    "30\n0.0\n"
-    " 11\n0.0\n 21\n0.0\n 31\n0.0\n";
 
 // A drawing has no text for numbers that are not finite.
 bool is_finite(double value) { return std::isfinite(value); }
@@ -156,24 +148,4 @@ double AcDbMText::textHeight() const {
 Acad::ErrorStatus AcDbMText::setTextHeight(double height) {
   if (!is_finite(height)) return Acad::eInvalidInput;
   return patch([&](LensWriter& tags) { tags.set_real(kMTextPart, 40, height); });
-}
-
-AcDbLine::AcDbLine() : AcDbCurve(kNewLine) {}
-
-AcDbLine::AcDbLine(const AcGePoint3d& start, const AcGePoint3d& end) : AcDbLine() {
-  setStartPoint(start);
-  setEndPoint(end);
-}
-
-AcGePoint3d AcDbLine::startPoint() const { return Lens(content(), dialect()).point(kLinePart, 10); }
-AcGePoint3d AcDbLine::endPoint() const { return Lens(content(), dialect()).point(kLinePart, 11); }
-
-Acad::ErrorStatus AcDbLine::setStartPoint(const AcGePoint3d& point) {
-  if (!is_finite(point)) return Acad::eInvalidInput;
-  return patch([&](LensWriter& tags) { tags.set_point(kLinePart, 10, point); });
-}
-
-Acad::ErrorStatus AcDbLine::setEndPoint(const AcGePoint3d& point) {
-  if (!is_finite(point)) return Acad::eInvalidInput;
-  return patch([&](LensWriter& tags) { tags.set_point(kLinePart, 11, point); });
 }

@@ -142,10 +142,10 @@ std::optional<Curve> Curve::spline(const SplineShape& shape) {
 }
 
 bool Curve::is_closed() const {
-  if (closed_) return true;
-  if (!is_bounded() || segments_.empty() || kind_ == Kind::kLine) return false;
+  if (closed_ || segments_.empty()) return closed_;
   if (kind_ == Kind::kArc) return end_param_ - start_param_ >= kTurn;
-  return segments_.front().start().isEqualTo(segments_.back().end()) && length() > 0.0;
+  return kind_ == Kind::kSpline && segments_.front().start().isEqualTo(segments_.back().end()) &&
+         length() > 0.0;
 }
 
 Curve::Place Curve::place_of(double param) const {

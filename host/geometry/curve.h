@@ -72,8 +72,8 @@ class Curve {
   bool has_param(double param) const { return param >= start_param_ && param <= end_param_; }
   AcGePoint3d start_point() const { return point_at(start_param_); }
   AcGePoint3d end_point() const { return point_at(end_param_); }
-  /// Both ends at the same place: closed polylines, circles, whole ellipses, and all whose ends
-  /// meet.
+  /// Circles, whole ellipses and arcs of a full turn, splines whose ends meet, and polylines that
+  /// say so: one that merely ends where it starts is open.
   bool is_closed() const;
   bool is_periodic() const { return periodic_; }
   bool is_bounded() const { return kind_ != Kind::kRay && kind_ != Kind::kXline; }
