@@ -107,7 +107,8 @@ class TextMapper {
 
   /// Its top becomes its foot: the base line goes to the other side.
   void exchange_top() {
-    const AcGeVector3d whole = direction(angle_ + 90.0) * height();
+    const AcGeVector3d reading = direction(angle_);
+    const AcGeVector3d whole = AcGeVector3d(-reading.y, reading.x, 0) * height();
     start_ += whole;
     if (up_ == kBase) {
       if (across_ != kMiddle) anchor_ += whole;
