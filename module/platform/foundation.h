@@ -1,11 +1,6 @@
 #pragma once
 
-#include <string>
-#include <vector>
-
-/// The framework classes that the published interface is written in.
-using CString = std::wstring;
-using CStringArray = std::vector<CString>;
+#include "network/strings.h"  // CString, CStringArray
 
 /// Root of the published classes.
 class CObject {

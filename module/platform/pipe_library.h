@@ -1,4 +1,15 @@
 #pragma once
 
+#include "network/cad_variables.h"
 #include "network/gx_data.h"
 #include "network/list_text.h"
+#include "network/pipe_materials.h"
+#include "network/places.h"
+#include "network/profile_file.h"
+#include "network/settings_log.h"
+#include "network/settings_store.h"
+#include "network/text_file.h"
+#include "network/values.h"
+#include "network/variable_file.h"
+#include "network/wells.h"
+#include "network/words.h"
