@@ -6,6 +6,7 @@
 
 #include "host/app/console.h"
 #include "host/base/codepage.h"
+#include "host/base/decimal_text.h"
 
 namespace cad {
 namespace {
@@ -158,138 +159,30 @@ void append_integer(std::wstring& out, const Conversion& c, Arguments& arguments
   append_field(out, c, sign, body, c.precision < 0);
 }
 
-/// The decimal digits of a finite number, first one before the point: d.ddd * 10^exponent.
-struct Digits {
-  std::string text;
-  int exponent = 0;
-};
-
-// A double has at most 767 significant decimal digits: with that many, the text is exact.
-constexpr int kAllDigits = 766;
-
-Digits exact_digits(double magnitude) {
-  char text[kAllDigits + 16];
-  const auto [end, ignored] =
-      std::to_chars(text, std::end(text), magnitude, std::chars_format::scientific, kAllDigits);
-  Digits digits;
-  const char* at = text;
-  for (; at != end && *at != 'e'; ++at)
-    if (*at != '.') digits.text += *at;
-  if (at != end) ++at;
-  if (at != end && *at == '+') ++at;
-  std::from_chars(at, end, digits.exponent);
-  return digits;
-}
-
-/// Keeps `count` digits, half away from zero; fills up with zeros. A count below zero leaves zero.
-void round_digits(Digits& digits, int count) {
-  if (count < 0) {
-    digits.text = "0";
-    return;
+DecimalText real_text(double value, const Conversion& c) {
+  switch (c.letter) {
+    case L'e':
+    case L'E':
+      return DecimalText::scientific(value, c.precision, c.alternate);
+    case L'g':
+    case L'G':
+      return DecimalText::general(value, c.precision, c.alternate);
+    default:
+      return DecimalText::fixed(value, c.precision, c.alternate);
   }
-  const std::size_t keep = static_cast<std::size_t>(count);
-  if (keep >= digits.text.size()) {
-    digits.text.append(keep - digits.text.size(), '0');
-    return;
-  }
-  const bool up = digits.text[keep] >= '5';
-  digits.text.resize(keep);
-  if (!up) return;
-  std::size_t i = keep;
-  while (i > 0 && digits.text[i - 1] == '9') digits.text[--i] = '0';
-  if (i > 0) {
-    ++digits.text[i - 1];
-  } else {
-    digits.text.insert(0, 1, '1');
-    ++digits.exponent;
-    if (digits.text.size() > keep && keep > 0) digits.text.pop_back();
-  }
-}
-
-std::wstring fixed_text(Digits digits, int decimals, bool point) {
-  const int wanted = digits.exponent + 1 + decimals;
-  const int old_exponent = digits.exponent;
-  round_digits(digits, wanted);
-  // Rounding 9.99 up gained a digit: the decimals stay as many.
-  if (digits.exponent > old_exponent && wanted > 0) digits.text += '0';
-  std::wstring text;
-  for (int place = std::max(digits.exponent, 0); place >= -decimals; --place) {
-    if (place == -1) text += L'.';
-    const int index = digits.exponent - place;
-    const bool there = index >= 0 && index < static_cast<int>(digits.text.size());
-    text += there && wanted >= 0
-                ? static_cast<wchar_t>(digits.text[static_cast<std::size_t>(index)])
-                : L'0';
-  }
-  if (decimals == 0 && point) text += L'.';
-  return text;
-}
-
-std::wstring scientific_text(Digits digits, int decimals, bool point, wchar_t letter) {
-  round_digits(digits, decimals + 1);
-  std::wstring text(1, static_cast<wchar_t>(digits.text[0]));
-  if (decimals > 0 || point) text += L'.';
-  text.append(digits.text.begin() + 1, digits.text.end());
-  text += letter;
-  text += digits.exponent < 0 ? L'-' : L'+';
-  const std::string exponent = std::to_string(std::abs(digits.exponent));
-  if (exponent.size() < 3) text.append(3 - exponent.size(), L'0');
-  text.append(exponent.begin(), exponent.end());
-  return text;
-}
-
-void drop_trailing_zeros(std::wstring& text) {
-  const std::size_t mark = text.find_first_of(L"eE");
-  std::wstring tail = mark == std::wstring::npos ? L"" : text.substr(mark);
-  if (mark != std::wstring::npos) text.resize(mark);
-  if (text.find(L'.') != std::wstring::npos) {
-    while (text.back() == L'0') text.pop_back();
-    if (text.back() == L'.') text.pop_back();
-  }
-  text += tail;
-}
-
-std::wstring general_text(const Digits& digits, const Conversion& c, wchar_t letter) {
-  const int significant = c.precision < 0 ? 6 : std::max(c.precision, 1);
-  Digits rounded = digits;
-  round_digits(rounded, significant);
-  std::wstring text = rounded.exponent >= -4 && rounded.exponent < significant
-                          ? fixed_text(digits, significant - 1 - rounded.exponent, c.alternate)
-                          : scientific_text(digits, significant - 1, c.alternate, letter);
-  if (!c.alternate) drop_trailing_zeros(text);
-  return text;
 }
 
 void append_real_field(std::wstring& out, const Conversion& c, Arguments& arguments) {
   const double value = c.length == Length::kLongDouble
                            ? static_cast<double>(va_arg(arguments.list, long double))
                            : va_arg(arguments.list, double);
-  const std::wstring_view sign = sign_of(std::signbit(value), c);
-  if (!std::isfinite(value)) {
-    append_field(out, c, sign, std::isnan(value) ? L"1.#QNAN" : L"1.#INF", false);
-    return;
-  }
-  const Digits digits = exact_digits(std::fabs(value));
-  const int decimals = c.precision < 0 ? 6 : c.precision;
-  std::wstring body;
-  switch (c.letter) {
-    case L'e':
-      body = scientific_text(digits, decimals, c.alternate, L'e');
-      break;
-    case L'E':
-      body = scientific_text(digits, decimals, c.alternate, L'E');
-      break;
-    case L'g':
-      body = general_text(digits, c, L'e');
-      break;
-    case L'G':
-      body = general_text(digits, c, L'E');
-      break;
-    default:
-      body = fixed_text(digits, decimals, c.alternate);
-      break;
-  }
-  append_field(out, c, sign, body, true);
+  const DecimalText text = real_text(value, c);
+  std::string_view digits = text.view();
+  const bool negative = digits.front() == '-';
+  if (negative) digits.remove_prefix(1);
+  std::wstring body(digits.begin(), digits.end());
+  if (c.letter == L'E' || c.letter == L'G') std::replace(body.begin(), body.end(), L'e', L'E');
+  append_field(out, c, sign_of(negative, c), body, std::isfinite(value));
 }
 
 /// Bytes or wide text: plain "%s" is wide, plain "%S" bytes, a length letter decides for both.

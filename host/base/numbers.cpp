@@ -14,9 +14,6 @@ namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-// Enough for the longest fixed text of a double: 309 digits, point, 301 decimals, sign.
-constexpr std::size_t kRoom = 640;
-
 template <class Char>
 constexpr bool is_blank(Char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');
@@ -160,37 +157,6 @@ void append_real(std::string& out, double value) {
   out += text.substr(0, e);
   if (text.find('.') == std::string_view::npos) out += ".0";
   if (e < text.size()) out.append("E").append(text.substr(e + 1));
-}
-
-void append_fixed(std::string& out, double value, int decimals) {
-  assert(std::isfinite(value));
-  assert(decimals >= 0 && decimals <= 300);
-  std::array<char, kRoom> text;
-  // The library rounds ties to even. A double that ends exactly in the middle between two texts
-  // is a whole number of 2^-(decimals+1), and one more decimal writes it exactly.
-  const double scaled = std::ldexp(value, decimals + 1);
-  const bool maybe_tie = std::isfinite(scaled) && scaled == std::trunc(scaled);
-  const int written = maybe_tie ? decimals + 1 : decimals;
-  char* end = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed,
-                            written)
-                  .ptr;
-  if (maybe_tie) {
-    const bool up = *--end >= '5';
-    if (decimals == 0) --end;  // the point
-    char* digit = end;
-    bool carry = up;
-    while (carry && digit != text.data() && *(digit - 1) != '-') {
-      --digit;
-      if (*digit == '.') continue;
-      carry = *digit == '9';
-      *digit = carry ? '0' : static_cast<char>(*digit + 1);
-    }
-    if (carry) {
-      out.append(text.data(), digit).append("1").append(digit, end);
-      return;
-    }
-  }
-  out.append(text.data(), end);
 }
 
 std::optional<std::uint64_t> parse_handle(std::string_view text) { return read_handle(text); }

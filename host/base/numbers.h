@@ -7,7 +7,8 @@
 #include <string>
 #include <string_view>
 
-/// Numbers to and from text. Nothing here looks at the locale of the process.
+/// Numbers to and from text. Nothing here looks at the locale of the process. Texts with a given
+/// number of decimals: host/base/decimal_text.h.
 namespace cad {
 
 /// Whole decimal number. Blanks around it and a leading plus are fine; anything else in the text,
@@ -22,11 +23,6 @@ std::optional<double> parse_real(std::string_view text);
 /// always with a point: "0.0", "36.5", "1.0E-10", "1.5E+20". Fixed notation for 1e-5 <= |x| < 1e16.
 /// The value must be finite (asserted): a drawing has no text for others, so callers decide.
 void append_real(std::string& out, double value);
-
-/// Appends value with exactly this many decimals (0 to 300) as the C runtime of the host prints
-/// "%.*f": an exact tie rounds away from zero (2.5 -> "3", 12.25 with 1 -> "12.3"), negative zero
-/// keeps its sign. The value must be finite (asserted).
-void append_fixed(std::string& out, double value, int decimals);
 
 /// Handle: 1 to 16 hexadecimal digits of either case, no prefix, blanks around are fine.
 std::optional<std::uint64_t> parse_handle(std::string_view text);

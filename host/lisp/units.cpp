@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "host/base/decimal_text.h"
 #include "host/base/numbers.h"
 #include "host/lisp/letters.h"
 #include "host/lisp/printer.h"

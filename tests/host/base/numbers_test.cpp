@@ -21,12 +21,6 @@ std::string real_text(double value) {
   return out;
 }
 
-std::string fixed_text(double value, int decimals) {
-  std::string out;
-  append_fixed(out, value, decimals);
-  return out;
-}
-
 TEST(ParseInt, ReadsWholeNumbersWithBlanksAround) {
   EXPECT_EQ(parse_int("300"), 300);
   EXPECT_EQ(parse_int("  -7 \r"), -7);
@@ -133,74 +127,6 @@ TEST(AppendReal, ReadsBackAsTheSameDouble) {
     ASSERT_TRUE(back) << text;
     ASSERT_EQ(std::bit_cast<std::uint64_t>(*back), std::bit_cast<std::uint64_t>(value)) << text;
     ASSERT_NE(text.find('.'), std::string::npos) << text;
-  }
-}
-
-struct FixedText {
-  double value;
-  int decimals;
-  const char* text;
-};
-
-TEST(AppendFixed, AnExactTieRoundsAwayFromZero) {
-  constexpr FixedText kRows[] = {
-      {2.5, 0, "3"},
-      {-2.5, 0, "-3"},
-      {0.5, 0, "1"},
-      {1.5, 0, "2"},
-      {0.125, 2, "0.13"},
-      {-0.125, 2, "-0.13"},
-      {12.25, 1, "12.3"},
-      {12.75, 1, "12.8"},
-      {9.5, 0, "10"},
-      {99.5, 0, "100"},
-      {-99.5, 0, "-100"},
-      {9.96875, 4, "9.9688"},
-      {999.9375, 3, "999.938"},
-      {0.0625, 3, "0.063"},
-      {4503599627370497.5, 0, "4503599627370498"},
-  };
-  for (const auto& [value, decimals, text] : kRows) EXPECT_EQ(fixed_text(value, decimals), text);
-}
-
-TEST(AppendFixed, WhatOnlyLooksLikeATieFollowsItsExactValue) {
-  EXPECT_EQ(fixed_text(1.005, 2), "1.00");  // 1.00499999999999989...
-  EXPECT_EQ(fixed_text(0.15, 1), "0.1");    // 0.1499999999999999944...
-  EXPECT_EQ(fixed_text(0.35, 1), "0.3");    // 0.34999999999999997...
-  EXPECT_EQ(fixed_text(0.45, 1), "0.5");    // 0.4500000000000000111...
-  EXPECT_EQ(fixed_text(2.675, 2), "2.67");
-}
-
-TEST(AppendFixed, HasExactlyTheDecimalsAskedFor) {
-  constexpr FixedText kRows[] = {
-      {0.0, 0, "0"},
-      {0.0, 3, "0.000"},
-      {-0.0, 2, "-0.00"},
-      {-0.001, 2, "-0.00"},
-      {36.0, 2, "36.00"},
-      {36.5, 0, "37"},
-      {0.999, 2, "1.00"},
-      {-0.25, 3, "-0.250"},
-      {1e22, 1, "10000000000000000000000.0"},
-      {0.1, 20, "0.10000000000000000555"},
-  };
-  for (const auto& [value, decimals, text] : kRows) EXPECT_EQ(fixed_text(value, decimals), text);
-}
-
-TEST(AppendFixed, TheLargestNumberWithTheMostDecimalsFits) {
-  const std::string text = fixed_text(-Limits::max(), 300);
-  EXPECT_EQ(text.size(), 1u + 309u + 1u + 300u);
-  EXPECT_EQ(text.substr(0, 9), "-17976931");
-}
-
-TEST(AppendFixed, AgreesWithPrintfWhereThereIsNoTie) {
-  std::mt19937_64 random(7);
-  std::uniform_real_distribution<double> length(-5000.0, 5000.0);
-  for (int i = 0; i < 20000; ++i) {
-    const double value = length(random);
-    char expected[64];
-    std::snprintf(expected, sizeof expected, "%.3f", value);
-    ASSERT_EQ(fixed_text(value, 3), expected);
   }
 }
 
