@@ -9,8 +9,10 @@
 #include <limits>
 #include <numbers>
 
+#include "host/app/command/command_line.h"
 #include "host/app/documents.h"
 #include "host/app/host.h"
+#include "host/app/session.h"
 #include "host/app/variables/system_variable_rows.h"
 #include "host/base/codepage.h"
 #include "host/base/numbers.h"
@@ -129,6 +131,13 @@ constexpr Fact kFacts[] = {
      [](Interpreter& i, const AcApDocument& d) {
        return i.string(color_name(d.database()->header_value("$CECOLOR")));
      }},
+    {"CMDACTIVE",
+     [](Interpreter&, const AcApDocument& d) {
+       const CommandLine& line = *d.session().command_line;
+       return Value::integer((line.active() ? 1 : 0) | (line.transparent() ? 2 : 0));
+     }},
+    {"CMDNAMES", [](Interpreter& i,
+                    const AcApDocument& d) { return i.string(d.session().command_line->names()); }},
     {"CVPORT",
      [](Interpreter&, const AcApDocument& d) {
        return Value::integer(d.database()->header_value("$TILEMODE") == L"0" ? 1 : 2);
