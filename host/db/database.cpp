@@ -83,9 +83,12 @@ AcDbObjectId AcDbDatabase::modelSpaceId() const {
   return AcDbObjectId(drawing_->table_record("BLOCK_RECORD", L"*Model_Space"));
 }
 
+bool AcDbDatabase::tile_mode() const {
+  return cad::parse_int(cad::to_utf8(header_value("$TILEMODE"))).value_or(1) != 0;
+}
+
 AcDbObjectId AcDbDatabase::currentSpaceId() const {
-  const std::wstring tiled = header_value("$TILEMODE");
-  if (cad::parse_int(cad::to_utf8(tiled)).value_or(1) != 0) return modelSpaceId();
+  if (tile_mode()) return modelSpaceId();
   return AcDbObjectId(drawing_->table_record("BLOCK_RECORD", L"*Paper_Space"));
 }
 
@@ -123,26 +126,6 @@ Acad::ErrorStatus AcDbDatabase::addAcDbObject(AcDbObjectId& id, AcDbObject* obje
   drawing_->opened();
   id = object->objectId();
   return Acad::eOk;
-}
-
-std::wstring AcDbDatabase::header_value(std::string_view name) const {
-  const auto variable = drawing_->header_variable(name);
-  if (!variable) return {};
-  const cad::dxf::Tag& tag = *variable;
-  const cad::dxf::Dialect& dialect = drawing_->dialect();
-  switch (cad::dxf::value_type(tag.code)) {
-    case cad::dxf::ValueType::kText:
-    case cad::dxf::ValueType::kHandle:
-    case cad::dxf::ValueType::kChunk:
-      return cad::dxf::text_value(tag, dialect);
-    case cad::dxf::ValueType::kReal: {
-      std::string text;
-      cad::append_real(text, cad::dxf::real_value(tag, dialect));
-      return cad::from_utf8(text);
-    }
-    default:
-      return std::to_wstring(cad::dxf::int_value(tag, dialect));
-  }
 }
 
 const cad::DrawingFacts& AcDbDatabase::facts() const { return drawing_->facts(); }

@@ -9,6 +9,7 @@
 
 #include "host/base/codepage.h"
 #include "host/base/result.h"
+#include "host/db/group_list.h"
 #include "host/db/object.h"
 
 class AcDbBlockTable;
@@ -79,6 +80,7 @@ class AcDbDatabase : public AcRxObject {
   AcDbObjectId regAppTableId() const;
   AcDbObjectId currentSpaceId() const;  ///< model space when TILEMODE is 1, else the paper space
   AcDbObjectId modelSpaceId() const;
+  bool tile_mode() const;  ///< whether model space is current
   AcDbObjectId clayer() const;  ///< current layer; null when the drawing has no such layer
   AcDbHandle handseed() const;
 
@@ -93,6 +95,12 @@ class AcDbDatabase : public AcRxObject {
 
   /// A header variable's first value as text ("$CLAYER"); empty when the header lacks it.
   std::wstring header_value(std::string_view name) const;
+  /// A header variable that is a point; the origin when the header lacks it.
+  AcGePoint3d header_point(std::string_view name) const;
+  /// Sets a header variable, which is saved with the drawing: in its place, or where the section
+  /// has it when the file lacks it. Angles are radians. The error says what the variable wants, or
+  /// that the drawing's release has none of that name.
+  cad::Status set_header_variable(std::string_view name, const cad::GroupValue::Value& value);
 
   const cad::DrawingFacts& facts() const;
   bool has_dictionaries() const;  ///< false for R12 and before: nothing can be recorded

@@ -143,6 +143,8 @@ class Drawing {
   void record_turned(const Stub& stub);
   /// Whether the record brackets others in the file: TABLE, BLOCK, ENDBLK.
   bool is_frame(const Stub& stub) const;
+  /// Whether names may have 255 characters of nearly any kind.
+  bool has_long_names() const { return dialect_.release >= dxf::Release::kR2000; }
   /// Tells the user, once, that records cannot be stored in this release.
   void alert_no_dictionaries();
 

@@ -1,5 +1,6 @@
 #include "host/db/group_tags.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -148,6 +149,13 @@ void write_group(const GroupView& group, std::string_view kind, bool flat, dxf::
   }
 }
 
+std::size_t text_piece_end(std::wstring_view text, std::size_t longest) {
+  std::size_t end = longest;
+  for (std::size_t at = longest - 1; at > longest - dxf::kLongestEscape; --at)
+    if (dxf::looks_escaped(text, at)) end = at;
+  return end;
+}
+
 bool TagSpanReader::next(TagSpan& span) {
   if (!more_) return false;
   span.first = next_;
@@ -171,7 +179,8 @@ bool same_value(const TagSpan& tags, const GroupView& group, std::string_view ki
   switch (dxf::value_type(tag.code)) {
     case ValueType::kReal: {
       if (group.type == Type::kPoint) {
-        for (int axis = 0; axis < tags.tags; ++axis)
+        // What either lacks is not compared: a flat point, or one given without z.
+        for (int axis = 0; axis < std::min<int>(tags.tags, group.dimensions); ++axis)
           if (tags.numbers[axis] != group.numbers[axis]) return false;
         return tags.tags > 1;
       }

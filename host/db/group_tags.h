@@ -23,6 +23,10 @@ std::string group_fault(const GroupView& group);
 /// Writes a group that has no fault. `flat` leaves out a point's z.
 void write_group(const GroupView& group, std::string_view kind, bool flat, dxf::TagWriter& writer);
 
+/// Where a text that is stored in pieces is parted: behind `longest` characters, or in front of
+/// what reads as an escape there.
+std::size_t text_piece_end(std::wstring_view text, std::size_t longest);
+
 /// The tags of one group of a record, and behind which offset it ends: a point is up to three tags.
 struct TagSpan {
   dxf::Tag first;

@@ -53,8 +53,12 @@ Result<AcDbObjectId> make_record(AcDbDatabase& database, std::span<const GroupVi
 Result<AcDbObjectId> make_object(AcDbDatabase& database, std::span<const GroupView> groups);
 Status change_object(AcDbObjectId id, std::span<const GroupView> groups);
 
-/// Whether make_entity() would take these groups, parts apart.
-Status check_entity(AcDbDatabase& database, std::span<const GroupView> groups);
+/// Whether make_entity() would take these groups.
+Status check_entity(AcDbDatabase& database, std::span<const GroupView> groups,
+                    std::span<const std::vector<GroupView>> parts = {});
+/// The same for one VERTEX, ATTRIB or SEQEND by itself, and for an entity whose parts are to come.
+Status check_part(AcDbDatabase& database, std::span<const GroupView> groups);
+Status check_main(AcDbDatabase& database, std::span<const GroupView> groups);
 
 /// The layer of that name, made (white, Continuous) when the drawing lacks it.
 Result<AcDbObjectId> ensure_layer(AcDbDatabase& database, std::wstring_view name);
