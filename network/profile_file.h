@@ -1,12 +1,12 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "network/settings_log.h"
 #include "network/settings_text.h"
 #include "network/strings.h"
 
@@ -36,6 +36,10 @@ class ProfileFile {
   explicit ProfileFile(std::string bytes);
   /// An empty file, as it would be created: code page 936.
   ProfileFile() : ProfileFile(std::string()) {}
+  /// The file a path means, see find_settings_file(); an empty one when it is not there or cannot
+  /// be read, which the settings log is told.
+  static ProfileFile read(const CString& path);
+  const CString& path() const { return path_; }  ///< where it was found, else what was asked for
 
   /// Empty when there is no such section or key; a key that holds nothing is there.
   std::optional<Value> find(std::wstring_view section, std::wstring_view key) const;
@@ -44,7 +48,7 @@ class ProfileFile {
 
   /// Replaces the value, in place, or adds the key at the end of its section, and the section at
   /// the end of the file. The line is written as "key=value" CR LF, the value as given; every other
-  /// byte of the file stays.
+  /// byte of the file stays. (A line end inside the value ends the line, as there.)
   void set(std::wstring_view section, std::wstring_view key, std::wstring_view value);
   void remove_key(std::wstring_view section, std::wstring_view key);
   /// Removes the header and the keys; comments stay.
@@ -71,8 +75,15 @@ class ProfileFile {
 
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
   TextEncoding encoding_;
+  CString path_;
+  std::string mark_;
   std::vector<Line> lines_;
 };
+
+/// What the settings log is told of a key: where its value stands, or that `text`, the default,
+/// stands in.
+SettingNote note_of(const ProfileFile& file, std::wstring_view section, std::wstring_view key,
+                    const std::optional<ProfileFile::Value>& value, std::wstring_view text);
 
 }  // namespace network
 

@@ -31,6 +31,10 @@ HostSettings& host_settings();
 /// project's and the installation's. Empty when there is none.
 std::optional<std::string> find_support_file(std::string_view name);
 
+/// The path as it is on disk: "\\" becomes "/", and letter case is ignored in the parts that do not
+/// exist as named. Parts that exist in no spelling stay as named.
+std::string path_on_disk(std::string_view path);
+
 /// The host as a program uses it: opens drawings, loads modules, runs LISP, saves.
 ///     cad::Host host;
 ///     auto drawing = host.open_drawing("plan.dxf");

@@ -34,8 +34,9 @@ std::string entry_like(const std::string& folder, std::string_view name) {
   return found;
 }
 
-/// The existing file, letter case ignored part by part where the exact name is not there.
-std::optional<std::string> find_below(std::string folder, std::string_view name) {
+/// The path below the folder, each part spelled as it is on disk, those that are not there as they
+/// are named.
+std::string spelled_below(std::string folder, std::string_view name) {
   while (!name.empty()) {
     const std::size_t slash = std::min(name.find('/'), name.size());
     const std::string_view part = name.substr(0, slash);
@@ -43,17 +44,28 @@ std::optional<std::string> find_below(std::string folder, std::string_view name)
     if (part.empty()) continue;
     std::string next = folder + std::string(part);
     if (!exists(next)) {
-      const std::string like = entry_like(folder, part);
-      if (like.empty()) return std::nullopt;
-      next = folder + like;
+      const std::string like = entry_like(folder.empty() ? "." : folder, part);
+      if (!like.empty()) next = folder + like;
     }
     folder = name.empty() ? next : next + "/";
   }
-  if (!is_file(folder)) return std::nullopt;
   return folder;
 }
 
+std::optional<std::string> find_below(std::string folder, std::string_view name) {
+  std::string path = spelled_below(std::move(folder), name);
+  if (!is_file(path)) return std::nullopt;
+  return path;
+}
+
 }  // namespace
+
+std::string path_on_disk(std::string_view named) {
+  std::string path(named);
+  std::replace(path.begin(), path.end(), '\\', '/');
+  if (exists(path)) return path;
+  return spelled_below(path.starts_with('/') ? "/" : "", path);
+}
 
 std::optional<std::string> find_support_file(std::string_view wanted) {
   std::string name(wanted);
