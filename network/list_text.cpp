@@ -2,7 +2,6 @@
 
 #include <cstddef>
 
-namespace KT {
 namespace {
 
 constexpr bool is_blank(wchar_t c) { return c == L' ' || c == L'\t' || c == L'\r' || c == L'\n'; }
@@ -41,7 +40,6 @@ std::size_t behind_word(std::wstring_view text, std::size_t at) {
 std::size_t behind_element(std::wstring_view text, std::size_t at) {
   if (text[at] == L'"') return behind_quoted(text, at);
   if (text[at] == L'(') return behind_list(text, at);
-  if (text[at] == L')') return at + 1;  // closes nothing
   return behind_word(text, at);
 }
 
@@ -81,19 +79,37 @@ std::wstring element_text(std::wstring_view element, bool unquote) {
 
 }  // namespace
 
-std::wstring Nth(std::wstring_view text, int index, bool unquote) {
-  if (index < 0) return {};
-  text = inside(text);
-  for (std::size_t at = 0; at < text.size();) {
-    if (is_blank(text[at])) {
-      ++at;
+namespace network {
+
+ListReader::ListReader(std::wstring_view text, bool unquote)
+    : rest_(inside(text)), unquote_(unquote) {}
+
+std::wstring_view ListReader::take() {
+  while (!rest_.empty()) {
+    if (is_blank(rest_.front()) || rest_.front() == L')') {  // one that closes nothing
+      rest_.remove_prefix(1);
       continue;
     }
-    const std::size_t end = behind_element(text, at);
-    if (text[at] != L')' && index-- == 0) return element_text(text.substr(at, end - at), unquote);
-    at = end;
+    const std::wstring_view element = rest_.substr(0, behind_element(rest_, 0));
+    rest_.remove_prefix(element.size());
+    return element;
   }
   return {};
 }
 
-}  // namespace KT
+std::wstring ListReader::next() {
+  const std::wstring_view element = take();
+  return element.empty() ? std::wstring() : element_text(element, unquote_);
+}
+
+bool ListReader::skip() { return !take().empty(); }
+
+}  // namespace network
+
+std::wstring KT::Nth(std::wstring_view text, int index, bool unquote) {
+  if (index < 0) return {};
+  network::ListReader list(text, unquote);
+  while (index-- > 0)
+    if (!list.skip()) return {};
+  return list.next();
+}

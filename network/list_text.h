@@ -18,3 +18,26 @@ namespace KT {
 std::wstring Nth(std::wstring_view text, int index, bool unquote);
 
 }  // namespace KT
+
+namespace network {
+
+/// Reads the elements of such a list one after the other, each once: KT::Nth() starts anew for
+/// every element.
+///     for (CString item = list.next(); !item.empty(); item = list.next()) ...
+class ListReader {
+ public:
+  /// `text` must outlive the reader.
+  ListReader(std::wstring_view text, bool unquote);
+  /// The next element; empty at the end.
+  std::wstring next();
+  /// Leaves out the next element; false at the end.
+  bool skip();
+
+ private:
+  std::wstring_view take();
+
+  std::wstring_view rest_;
+  bool unquote_;
+};
+
+}  // namespace network
