@@ -96,14 +96,30 @@ double CommandLine::real_variable(std::wstring_view name) const {
   return value.is_number() ? value.number() : 0.0;
 }
 
-int CommandLine::integer_variable(std::wstring_view name) const {
+int CommandLine::integer_variable(std::wstring_view name, int absent) const {
   const Value value = session_.variables.get(session_.interpreter(), name);
-  return value.is_integer() ? value.integer() : 0;
+  return value.is_integer() ? value.integer() : absent;
 }
 
 std::wstring CommandLine::text_variable(std::wstring_view name) const {
   const Value value = session_.variables.get(session_.interpreter(), name);
   return value.is_string() ? std::wstring(value.text()) : std::wstring();
+}
+
+void CommandLine::set_variable(std::wstring_view name, const Value& value) {
+  session_.variables.set(session_.interpreter(), name, value);
+}
+
+void CommandLine::set_variable(std::wstring_view name, double value) {
+  set_variable(name, Value::real(value));
+}
+
+void CommandLine::set_variable(std::wstring_view name, int value) {
+  set_variable(name, Value::integer(value));
+}
+
+void CommandLine::set_variable(std::wstring_view name, std::wstring_view value) {
+  set_variable(name, session_.interpreter().string(value));
 }
 
 bool CommandLine::echoes() const { return integer_variable(L"CMDECHO") != 0; }
@@ -158,6 +174,17 @@ void CommandLine::abandon() {
 
 void CommandLine::cancel() {
   if (!active()) return;
+  constexpr int kMostEnters = 4;  // an option of a command, and the command
+  const Value enter = session_.interpreter().string({});
+  for (int i = 0; i < kMostEnters && active(); ++i) {
+    Running& top = *running_.back();
+    if ((top.flags & CommandRow::kEndsWithEnter) == 0 ||
+        top.question->read(enter) != Question::Reading::kAnswered)
+      break;
+    answer_ = std::move(top.question->answer());
+    top.question.reset();
+    run();
+  }
   abandon();
   undo_log(database()).next_step();
   remark(L"*Cancel*");

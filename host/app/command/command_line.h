@@ -101,8 +101,14 @@ class CommandLine {
   void set_last_point(const AcGePoint3d& point);
 
   double real_variable(std::wstring_view name) const;
-  int integer_variable(std::wstring_view name) const;
+  int integer_variable(std::wstring_view name, int absent = 0) const;
   std::wstring text_variable(std::wstring_view name) const;
+
+  /// Sets a system variable, read-only ones included.
+  void set_variable(std::wstring_view name, const lisp::Value& value);
+  void set_variable(std::wstring_view name, double value);
+  void set_variable(std::wstring_view name, int value);
+  void set_variable(std::wstring_view name, std::wstring_view value);
 
   // --- For the host
 

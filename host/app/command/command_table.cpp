@@ -24,7 +24,9 @@ void add_names(Names& names, const CommandRow& row) {
 const Names& names() {
   static const Names all = [] {
     Names made;
-    for (const auto& table : {erase_commands()})
+    for (const auto& table :
+         {circle_commands(), ellipse_commands(), erase_commands(), face_commands(), line_commands(),
+          polyline_commands(), shape_commands()})
       for (const CommandRow& row : table) add_names(made, row);
     return made;
   }();

@@ -22,8 +22,9 @@ struct CommandRow {
   const char* prompts;  ///< its sequence of prompts, one line
   const char* help;
   enum Flag : unsigned {
-    kTransparent = 1,  ///< may be used inside of another command
-    kNoStep = 2,       ///< makes no step that U could take back
+    kTransparent = 1,    ///< may be used inside of another command
+    kNoStep = 2,         ///< makes no step that U could take back
+    kEndsWithEnter = 4,  ///< Esc ends it as Enter does: what is drawn so far stays
   };
   unsigned flags = 0;
 };
@@ -36,6 +37,17 @@ const CommandRow* find_command(std::wstring_view name);
 std::vector<const CommandRow*> all_commands();
 
 // The tables.
+std::span<const CommandRow> circle_commands();
+std::span<const CommandRow> ellipse_commands();
 std::span<const CommandRow> erase_commands();
+std::span<const CommandRow> face_commands();
+std::span<const CommandRow> layer_commands();
+std::span<const CommandRow> line_commands();
+std::span<const CommandRow> polyline_commands();
+std::span<const CommandRow> property_commands();
+std::span<const CommandRow> shape_commands();
+std::span<const CommandRow> undo_commands();
+std::span<const CommandRow> variable_commands();
+std::span<const CommandRow> view_commands();
 
 }  // namespace cad

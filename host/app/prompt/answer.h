@@ -47,6 +47,8 @@ struct Answer {
   AcDbObjectId entity;
   std::vector<AcDbObjectId> selection;
 
+  bool from_points = false;  ///< a distance or an angle shown by points
+
   bool none() const { return kind == Kind::kNone; }
   bool is_point() const { return kind == Kind::kPoint; }
   bool is_number() const { return kind == Kind::kNumber; }

@@ -265,6 +265,7 @@ Reading Question::take_point(const AcGePoint3d& point) {
 Reading Question::take_two_points(const AcGePoint3d& a, const AcGePoint3d& b) {
   AcGeVector3d way = b - a;
   answer_.point = b;
+  answer_.from_points = true;
   if (wanted_ == Wanted::kDistance) {
     if ((bits_ & kFlat) != 0) way.z = 0.0;
     return take_number(way.length());
