@@ -1,7 +1,5 @@
 #include "cli/tool.h"
 
-#include <sys/stat.h>
-
 #include <CLI/CLI.hpp>
 #include <atomic>
 #include <csignal>
@@ -13,25 +11,12 @@
 #include "host/base/codepage.h"
 #include "host/base/file.h"
 #include "host/base/trace.h"
+#include "network/places.h"
 
 namespace cli {
 namespace {
 
 constexpr char kModule[] = "pipenote.arx";
-
-bool is_folder(const std::string& path) {
-  struct stat facts;
-  return ::stat(path.c_str(), &facts) == 0 && S_ISDIR(facts.st_mode);
-}
-
-/// The data installed with the program; empty when it runs from elsewhere.
-std::string installed_data() {
-  for (const char* below : {"/../share/pipenote/install", "/../../share/pipenote/install"}) {
-    const std::string folder = cad::Host::library_folder() + below;
-    if (is_folder(folder)) return folder;
-  }
-  return {};
-}
 
 std::optional<std::wstring> read_input_line() {
   std::string line;
@@ -68,7 +53,8 @@ void complain(std::string_view line) {
 
 Tool::Tool(const ToolOptions& options) : options_(options) {
   cad::HostSettings& settings = cad::host_settings();
-  settings.install_dir = options.install_dir.empty() ? installed_data() : options.install_dir;
+  settings.install_dir =
+      options.install_dir.empty() ? network::default_install_dir() : options.install_dir;
   settings.project_dir = options.project_dir;
   settings.module_folders.push_back(cad::Host::library_folder() + "/pipenote");
   cad::set_console([this](std::string_view text) {

@@ -2,6 +2,9 @@
 
 #include <sys/stat.h>
 
+#include <cstdlib>
+#include <memory>
+
 #include "host/app/host.h"
 #include "host/base/codepage.h"
 
@@ -52,8 +55,10 @@ std::optional<std::string> place_settings_file(const CString& path) {
 
 std::string default_install_dir() {
   for (const char* below : {"/../share/pipenote/install", "/../../share/pipenote/install"}) {
-    std::string folder = cad::Host::library_folder() + below;
-    if (is_kind(folder, S_IFDIR)) return folder;
+    const std::string folder = cad::Host::library_folder() + below;
+    const std::unique_ptr<char, void (*)(void*)> real(::realpath(folder.c_str(), nullptr),
+                                                      std::free);
+    if (real && is_kind(real.get(), S_IFDIR)) return real.get();
   }
   return {};
 }
