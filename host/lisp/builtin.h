@@ -46,9 +46,12 @@ struct SpecialForm {
 /// argument is `call.size() > 1 ? call.integer(1) : 6`.
 class Call {
  public:
-  Call(Interpreter& interp, std::span<const Value> args) : interp_(interp), args_(args) {}
+  Call(Interpreter& interp, const Builtin& row, std::span<const Value> args)
+      : interp_(interp), row_(row), args_(args) {}
 
   Interpreter& interp() const { return interp_; }
+  /// The row of the function being called: several rows may share one C++ function.
+  const Builtin& row() const { return row_; }
   std::size_t size() const { return args_.size(); }
   std::span<const Value> args() const { return args_; }
   const Value& arg(std::size_t i) const { return i < args_.size() ? args_[i] : kNil; }
@@ -77,6 +80,7 @@ class Call {
   void* owner_pointer() const;
 
   Interpreter& interp_;
+  const Builtin& row_;
   std::span<const Value> args_;
 };
 

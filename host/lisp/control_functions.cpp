@@ -68,6 +68,8 @@ Value fn_quit(Call&) { raise(L"quit / exit abort"); }
 
 Value fn_exit_with_error(Call& call) { raise(std::wstring(call.string(0))); }
 
+Value fn_exit_with_value(Call& call) { throw ProgramExit{call.arg(0)}; }
+
 Value fn_read(Call& call) {
   if (call.arg(0).is_nil()) return Value();
   Reader reader(call.interp(), call.string(0));
@@ -146,10 +148,10 @@ constexpr Builtin kControlFunctions[] = {
     {"vl-catch-all-error-p",       1, 1, fn_catch_error_p,       "(vl-catch-all-error-p value)",       "T for an error caught by vl-catch-all-apply"},
     {"vl-catch-all-error-message", 1, 1, fn_catch_error_message, "(vl-catch-all-error-message error)", "the text of a caught error"},
     {"vl-exit-with-error",         1, 1, fn_exit_with_error,     "(vl-exit-with-error text)",          "ends the program with this error"},
+    {"vl-exit-with-value",         1, 1, fn_exit_with_value,     "(vl-exit-with-value value)",         "ends the program without an error; its value"},
     {"vl-load-com",                0, 0, fn_nothing, "(vl-load-com)",                "does nothing: all functions are there"},
     {"gc",                         0, 0, fn_nothing, "(gc)",                         "does nothing: memory is freed at once"},
     {"vmon",                       0, 0, fn_nothing, "(vmon)",                       "does nothing: there is no paging"},
-    {"vl-bt",                      0, 0, fn_nothing, "(vl-bt)",                      "does nothing: there is no backtrace"},
     {"vl-acad-defun",              1, 1, fn_nothing, "(vl-acad-defun symbol)",       "does nothing: modules see every function"},
     {"vl-acad-undefun",            1, 1, fn_nothing, "(vl-acad-undefun symbol)",     "does nothing: modules see every function"},
     {"*push-error-using-command*", 0, 0, fn_nothing, "(*push-error-using-command*)", "does nothing: *error* may use commands"},

@@ -16,6 +16,14 @@ struct LispError {
   bool catchable = true;
   /// "init.lsp:12", the form at top level of the innermost file being loaded.
   std::string where = {};
+  /// The call of the built-in function that raised it, noted for a call trace only.
+  std::wstring call = {};
+};
+
+/// Ends the program without an error: the top level returns the value. Thrown by
+/// vl-exit-with-value.
+struct ProgramExit {
+  Value value;
 };
 
 [[noreturn]] void raise(std::wstring message);

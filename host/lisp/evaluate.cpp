@@ -19,13 +19,6 @@ std::size_t count_forms(const Value& forms) {
   raise(too_few ? L"too few arguments" : L"too many arguments");
 }
 
-[[noreturn, gnu::cold]] void raise_not_callable(const Value& head, const Value& function) {
-  if (function.is_nil()) {
-    raise(L"no function definition: " + quoted_start(head));
-  }
-  raise(L"bad function: " + quoted_start(function));
-}
-
 // ((x) (+ x 1)) and (lambda (x) (+ x 1)) can be called.
 bool looks_like_function(const Value& list, const Symbol* lambda) {
   const Value& first = list.car();
@@ -33,6 +26,15 @@ bool looks_like_function(const Value& list, const Symbol* lambda) {
 }
 
 }  // namespace
+
+[[gnu::cold]] void Interpreter::raise_not_callable(const Value& head, const Value& function) const {
+  if (!function.is_nil()) raise(L"bad function: " + quoted_start(function));
+  if (head.is_symbol() && services_.missing_function) {
+    std::wstring reason = services_.missing_function(head.symbol()->name);
+    if (!reason.empty()) raise(std::move(reason));
+  }
+  raise(L"no function definition: " + quoted_start(head));
+}
 
 inline void Interpreter::check_stack() const {
   if (static_cast<const char*>(__builtin_frame_address(0)) < stack_end_) [[unlikely]] {
@@ -87,8 +89,9 @@ Value Interpreter::eval_list(const Value& list) {
         [[fallthrough]];
       case Kind::kUsubr: {
         held = *function;
-        return with_arguments(
-            expression.cdr, [&](std::span<Value> args) { return call_usubr(*held.usubr(), args); });
+        return with_arguments(expression.cdr, [&](std::span<Value> args) {
+          return call_usubr(std::move(held), args);
+        });
       }
       case Kind::kExternal: {
         held = *function;
@@ -118,20 +121,28 @@ inline Value Interpreter::call_subr(const Builtin& row, std::span<const Value> a
   const int count = static_cast<int>(args.size());
   if (count < row.min_args) raise_wrong_count(true);
   if (row.max_args != kMany && count > row.max_args) raise_wrong_count(false);
-  Call call(*this, args);
+  if (call_trace_) [[unlikely]]
+    return call_subr_noted(row, args);
+  Call call(*this, row, args);
   return row.function(call);
 }
 
-inline Value Interpreter::call_usubr(Usubr& function, std::span<Value> args) {
+inline Value Interpreter::call_usubr(Value held, std::span<Value> args) {
+  Usubr& function = *held.usubr();
   if (args.size() != function.parameter_count) {
     raise_wrong_count(args.size() < function.parameter_count);
   }
+  if (function.traced) [[unlikely]]
+    show_entry(function, args);
   const std::size_t mark = binding_mark();
+  bindings_.push_back({nullptr, std::move(held)});
   Symbol* const* symbols = function.symbols();
   std::uint32_t i = 0;
   for (; i < function.parameter_count; ++i) bind(*symbols[i], std::move(args[i]));
   for (; i < function.symbol_count; ++i) bind(*symbols[i], Value());
   Value result = eval_all(function.body());
+  if (function.traced) [[unlikely]]
+    show_result(result);
   unbind_to(mark);
   return result;
 }
@@ -152,7 +163,7 @@ Value Interpreter::call(const Value& function, std::span<Value> args) {
     case Kind::kSubr:
       return call_subr(*function.subr()->row, args);
     case Kind::kUsubr:
-      return call_usubr(*function.usubr(), args);
+      return call_usubr(function, args);
     case Kind::kExternal:
       return call_external(*function.external(), args);
     case Kind::kSpecialForm: {

@@ -28,11 +28,12 @@ Interpreter::Interpreter(Services services)
   set_variable(L"PAUSE", string(L"\\"));
 
   define(special_forms());
+  define(trace_forms());
   for (const auto table :
        {control_functions, list_functions, list_search_functions, number_functions,
         compare_functions, predicate_functions, string_functions, string_search_functions,
         convert_functions, geometry_functions, print_functions, file_functions, path_functions,
-        symbol_functions}) {
+        symbol_functions, trace_functions, namespace_functions}) {
     define(table());
   }
 }
@@ -120,7 +121,7 @@ void Interpreter::undefine_externals(std::uint64_t owner) {
 void Interpreter::unbind_to(std::size_t mark) {
   while (bindings_.size() > mark) {
     Binding& last = bindings_.back();
-    last.symbol->value = std::move(last.saved);
+    if (last.symbol != nullptr) last.symbol->value = std::move(last.saved);
     bindings_.pop_back();
   }
 }

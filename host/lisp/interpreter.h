@@ -36,6 +36,11 @@ struct Services {
   std::function<std::string(std::wstring_view)> place_file;
   /// A line typed at the prompt, without its end; empty at the end of input.
   std::function<std::optional<std::wstring>()> read_line;
+  /// Why there is no function of this name, told instead of "no function definition: NAME"; empty
+  /// when nothing is known about it.
+  std::function<std::wstring(std::wstring_view)> missing_function;
+  /// How the user raises the step limit; stands behind the message.
+  std::wstring step_limit_hint;
   /// Handed to builtins by Call::owner().
   void* owner = nullptr;
 };
@@ -72,6 +77,9 @@ class Interpreter {
   void echo(const Value& value);
   /// Runs one function at top level, a command C:NAME for instance.
   Result<Value> call_function(const Value& function, std::span<const Value> args);
+  /// Whether every error is followed by the calls that led to it.
+  void set_call_trace(bool on) { call_trace_ = on; }
+  bool call_trace() const { return call_trace_; }
 
   // --- Below the top level
 
@@ -94,6 +102,11 @@ class Interpreter {
   /// Gives the symbol a value until unbind_to() goes back behind it. Scopes end with
   /// unbind_to(mark) when they return; after an error whoever catches it does that, so that
   /// *error* still sees the variables of the function that failed.
+  /// The calls under way, the innermost first, one per line: functions written in LISP with what
+  /// their parameters are now, and the built-in one that raised the error when that was noted (see
+  /// set_call_trace). Long traces are cut in the middle.
+  std::wstring calls_under_way(const LispError* error = nullptr) const;
+
   std::size_t binding_mark() const { return bindings_.size(); }
   void bind(Symbol& symbol, Value value);
   void unbind_to(std::size_t mark);
@@ -149,7 +162,7 @@ class Interpreter {
 
  private:
   struct Binding {
-    Symbol* symbol;
+    Symbol* symbol;  // null: `saved` is a function that was entered here, kept alive
     Value saved;
   };
   struct SymbolTable;
@@ -163,14 +176,18 @@ class Interpreter {
   Value with_arguments(const Value& forms, Call&& call);
   Value call_special(const SpecialForm& row, Forms& forms);
   Value call_subr(const Builtin& row, std::span<const Value> args);
-  Value call_usubr(Usubr& function, std::span<Value> args);
+  Value call_subr_noted(const Builtin& row, std::span<const Value> args);
+  Value call_usubr(Value function, std::span<Value> args);
+  void show_entry(const Usubr& function, std::span<const Value> args);
+  void show_result(const Value& result);
+  [[noreturn]] void raise_not_callable(const Value& head, const Value& function) const;
   Value call_external(External& function, std::span<const Value> args);
   Value call(const Value& function, std::span<Value> args);
   Value callable_head(const Value& head);
   template <class Run>
   Result<Value> run_at_top_level(Run&& run);
   template <class Run>
-  std::optional<LispError> error_of(Run&& run);
+  std::optional<LispError> error_of(Run&& run, Value& exit_value);
   void report(const LispError& error);
   void count_step() {
     if (--fuel_ < 0) look_at_limits();
@@ -196,6 +213,8 @@ class Interpreter {
   int entries_ = 0;
   std::atomic<bool> interrupted_ = false;
   bool at_line_start_ = true;
+  bool call_trace_ = false;
+  std::uint32_t shown_depth_ = 0;  // of traced functions
   std::uint32_t numbers_ = 0;
   std::uint32_t pickset_numbers_ = 0;
 };

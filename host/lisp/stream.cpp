@@ -16,6 +16,19 @@ std::wstring decode_file(std::string_view bytes) {
   return is_utf8 ? text : decode(bytes, CodePage::k936);
 }
 
+std::wstring with_plain_line_ends(std::wstring text) {
+  std::size_t to = std::min(text.find(L'\r'), text.size());
+  for (std::size_t from = to; from < text.size(); ++from) {
+    if (text[from] == L'\r') {
+      if (from + 1 < text.size() && text[from + 1] == L'\n') continue;
+      text[from] = L'\n';
+    }
+    text[to++] = text[from];
+  }
+  text.resize(to);
+  return text;
+}
+
 std::unique_ptr<Stream> Stream::open(const std::string& path, StreamMode mode) {
   std::unique_ptr<Stream> stream(new Stream(mode));
   if (mode == StreamMode::kRead) {

@@ -39,4 +39,7 @@ class Stream {
 /// UTF-8 (the second byte of a character may look like "\", so this comes before reading tokens).
 std::wstring decode_file(std::string_view bytes);
 
+/// Every CR LF and every CR alone becomes LF.
+std::wstring with_plain_line_ends(std::wstring text);
+
 }  // namespace cad::lisp

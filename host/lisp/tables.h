@@ -22,5 +22,8 @@ std::span<const Builtin> print_functions();
 std::span<const Builtin> file_functions();
 std::span<const Builtin> path_functions();
 std::span<const Builtin> symbol_functions();
+std::span<const SpecialForm> trace_forms();
+std::span<const Builtin> trace_functions();
+std::span<const Builtin> namespace_functions();
 
 }  // namespace cad::lisp

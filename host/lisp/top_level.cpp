@@ -53,6 +53,7 @@ class Interpreter::Entry {
     if (interp.entries_++ > 0) return;
     interp.stack_end_ = lowest_allowed(interp.limits_.stack_bytes);
     interp.steps_done_ = 0;
+    interp.shown_depth_ = 0;
     interp.slice_ = interp.fuel_ = 0;
     interp.step_ceiling_ = interp.limits_.steps;
     interp.interrupted_.store(false, std::memory_order_relaxed);
@@ -74,7 +75,11 @@ void Interpreter::look_at_limits() {
   }
   std::int64_t slice = kSlice;
   if (limits_.steps != 0) {
-    if (steps_done_ >= step_ceiling_) throw LispError{L"step limit reached", /*catchable=*/false};
+    if (steps_done_ >= step_ceiling_) {
+      throw LispError{L"step limit of " + std::to_wstring(limits_.steps) + L" reached" +
+                          services_.step_limit_hint,
+                      /*catchable=*/false};
+    }
     slice = static_cast<std::int64_t>(std::min<std::uint64_t>(kSlice, step_ceiling_ - steps_done_));
   }
   slice_ = slice;
@@ -82,9 +87,12 @@ void Interpreter::look_at_limits() {
 }
 
 template <class Run>
-std::optional<LispError> Interpreter::error_of(Run&& run) {
+std::optional<LispError> Interpreter::error_of(Run&& run, Value& exit_value) {
   try {
     run();
+    return std::nullopt;
+  } catch (ProgramExit& exit) {
+    exit_value = std::move(exit.value);
     return std::nullopt;
   } catch (LispError& error) {
     return std::move(error);
@@ -100,7 +108,7 @@ Result<Value> Interpreter::run_at_top_level(Run&& run) {
   const Entry entry(*this);
   const std::size_t mark = binding_mark();
   Value result;
-  std::optional<LispError> error = error_of([&] { result = run(); });
+  std::optional<LispError> error = error_of([&] { result = run(); }, result);
   if (error) report(*error);
   unbind_to(mark);
   if (error) return Error{std::move(error->where), to_utf8(error->message)};
@@ -111,12 +119,21 @@ Result<Value> Interpreter::run_at_top_level(Run&& run) {
 void Interpreter::report(const LispError& error) {
   // A handler restores what the program changed; it may go on a little beyond the limit.
   if (limits_.steps != 0) step_ceiling_ = steps() + limits_.steps / 8 + 1000;
+  const std::wstring calls = call_trace_ ? calls_under_way(&error) : std::wstring();
+  shown_depth_ = 0;
+  const auto print_calls = [&] {
+    if (!calls.empty()) print((at_line_start_ ? L"; in\n" : L"\n; in\n") + calls);
+  };
   std::optional<LispError> second;
   if (error_handler_->value) {
-    second = error_of([&] {
-      const Value message = string(error.message);
-      apply(error_handler_->value, {&message, 1});
-    });
+    print_calls();
+    Value ignored;
+    second = error_of(
+        [&] {
+          const Value message = string(error.message);
+          apply(error_handler_->value, {&message, 1});
+        },
+        ignored);
     if (!second) return;
   }
   std::wstring text = at_line_start_ ? L"" : L"\n";
@@ -126,6 +143,7 @@ void Interpreter::report(const LispError& error) {
   text += L"; error: " + error.message + L"\n";
   if (!error.where.empty()) text += L"; at " + from_utf8(error.where) + L"\n";
   print(text);
+  if (!second) print_calls();
 }
 
 Result<Value> Interpreter::eval_string(std::string_view utf8, std::string_view name) {
@@ -142,8 +160,10 @@ Result<Value> Interpreter::call_function(const Value& function, std::span<const 
 
 void Interpreter::echo(const Value& value) {
   if (value.is_blank()) return;
+  Value ignored;
   const std::optional<LispError> error = error_of(
-      [&] { print((at_line_start_ ? L"" : L"\n") + to_text(value, Quoting::kPrin1) + L"\n"); });
+      [&] { print((at_line_start_ ? L"" : L"\n") + to_text(value, Quoting::kPrin1) + L"\n"); },
+      ignored);
   if (error) report(*error);
 }
 
@@ -151,7 +171,7 @@ Result<Value> Interpreter::try_apply(const Value& function, std::span<const Valu
   const Entry entry(*this);
   const std::size_t mark = binding_mark();
   Value result;
-  std::optional<LispError> error = error_of([&] { result = apply(function, args); });
+  std::optional<LispError> error = error_of([&] { result = apply(function, args); }, result);
   unbind_to(mark);
   if (error) return Error{std::move(error->where), to_utf8(error->message)};
   return result;
@@ -176,7 +196,7 @@ Value Interpreter::load(const std::string& path) {
   {
     const Result<MappedFile> file = MappedFile::open(path);
     if (!file) throw LispError{from_utf8(file.error().what), true, path};
-    text = decode_file(file->bytes());
+    text = with_plain_line_ends(decode_file(file->bytes()));
   }
   // A file that loads itself must meet the memory limit before the memory of the machine.
   const std::size_t bytes = text.size() * sizeof(wchar_t);

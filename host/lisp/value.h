@@ -251,6 +251,7 @@ struct Usubr : Cell {
   std::uint32_t number;
   std::uint32_t parameter_count;
   std::uint32_t symbol_count;
+  bool traced = false;  // calls are shown, see (trace)
 };
 
 /// A function some module defined under this code.

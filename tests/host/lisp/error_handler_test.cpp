@@ -78,6 +78,59 @@ TEST_F(LispErrorHandler, TryApplyRestoresAndDoesNotRunTheHandler) {
   EXPECT_EQ(taken_output(), "");
 }
 
+TEST_F(LispErrorHandler, ExitIsAnErrorWithTheWordsOfTheHost) {
+  EXPECT_EQ(value_of("(exit)"), "!quit / exit abort");
+  EXPECT_EQ(value_of("(defun f () (quit) (setq after 1)) (f)"), "!quit / exit abort");
+  EXPECT_EQ(value_of("after"), "nil");
+  EXPECT_EQ(value_of("(vl-catch-all-error-message (vl-catch-all-apply 'exit nil))"),
+            "\"quit / exit abort\"");
+  EXPECT_EQ(value_of("(vl-exit-with-error \"enough\")"), "!enough");
+}
+
+TEST_F(LispErrorHandler, AnExitWithAValueIsNoError) {
+  value_of("(defun *error* (msg) (princ msg)) (setq a 1)");
+  EXPECT_EQ(value_of("(defun f (a) (vl-exit-with-value (list a 2)) 3) (f 5) (setq b 1)"), "(5 2)");
+  EXPECT_EQ(value_of("(list a b)"), "(1 nil)");
+  EXPECT_EQ(value_of("(vl-catch-all-apply 'vl-exit-with-value '(7)) 8"), "7");
+  EXPECT_EQ(taken_output(), "");
+}
+
+TEST_F(LispErrorHandler, ItIsTheLocalOneWhileTheFunctionRuns) {
+  value_of(
+      "(defun *error* (msg) (princ \"global\"))"
+      "(defun f (/ *error*) (defun *error* (msg) (princ \"local\")) (car 1))");
+  value_of("(f)");
+  EXPECT_EQ(taken_output(), "local");
+  value_of("(car 1)");
+  EXPECT_EQ(taken_output(), "global");
+}
+
+TEST_F(LispErrorHandler, MayCatchErrorsOfItsOwnAndCallOthers) {
+  value_of(
+      "(defun clean () (setq cleaned T))"
+      "(defun *error* (msg) (clean) (vl-catch-all-apply 'car '(1)) (princ (strcat \"<\" msg "
+      "\">\")))");
+  value_of("(setq x (nth \"a\" nil))");
+  EXPECT_EQ(taken_output(), "<bad argument type: fixnump: \"a\">");
+  EXPECT_EQ(value_of("cleaned"), "T");
+}
+
+TEST_F(LispErrorHandler, MissingFunctionsMayHaveAReason) {
+  Services services = collecting(output);
+  services.missing_function = [](std::wstring_view name) {
+    return name == L"VLA-ADD" ? L"VLA-ADD needs ActiveX" : L"";
+  };
+  Interpreter told(services);
+  const auto message = [&](std::string_view source) {
+    const Result<Value> result = told.eval_string(source);
+    return result ? shown(*result) : result.error().what;
+  };
+  EXPECT_EQ(message("(vla-add 1 2)"), "VLA-ADD needs ActiveX");
+  EXPECT_EQ(message("(mapcar 'vla-add '(1))"), "VLA-ADD needs ActiveX");
+  EXPECT_EQ(message("(other)"), "no function definition: OTHER");
+  EXPECT_EQ(message("(defun vla-add (a) a) (vla-add 1)"), "1");
+}
+
 TEST_F(LispErrorHandler, CallFunctionRunsAtTopLevel) {
   value_of("(defun c:go () (car 1))");
   EXPECT_FALSE(interp.call_function(interp.variable(L"C:GO"), {}));

@@ -1,3 +1,5 @@
+#include <pthread.h>
+
 #include <thread>
 
 #include "session.h"
@@ -5,8 +7,38 @@
 namespace cad::lisp {
 namespace {
 
+// Frames of an optimised build fit the usual stack; the others are larger.
+#ifdef NDEBUG
+constexpr std::size_t kUsualStack = std::size_t{8} << 20;
+#else
+constexpr std::size_t kUsualStack = std::size_t{48} << 20;
+#endif
+
 class LispLimits : public Session {
  protected:
+  static std::string results_on_thread(std::string_view source) {
+    struct Job {
+      std::string_view source;
+      std::string result;
+    } job{source, {}};
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    pthread_attr_setstacksize(&attributes, kUsualStack);
+    pthread_t thread;
+    const auto run = [](void* data) -> void* {
+      auto& asked = *static_cast<Job*>(data);
+      std::string text;
+      Interpreter own(collecting(text));
+      const Result<Value> value = own.eval_string(asked.source);
+      asked.result = value ? shown(*value) : value.error().what;
+      return nullptr;
+    };
+    if (pthread_create(&thread, &attributes, run, &job) != 0) return "no thread";
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&attributes);
+    return job.result;
+  }
+
   void limit(const Limits& limits) { interp.set_limits(limits); }
 };
 
@@ -19,7 +51,7 @@ TEST_F(LispLimits, StepsEndEveryKindOfLoop) {
         "(setq l '(1)) (repeat 60 (setq l (list l l))) (setq k '(1))"
         "(repeat 60 (setq k (list k k))) (equal l k)",
         "(apply 'while '(T T))"}) {
-    EXPECT_EQ(value_of(loop), "!step limit reached") << loop;
+    EXPECT_EQ(value_of(loop), "!step limit of 20000 reached") << loop;
   }
   EXPECT_EQ(value_of("(repeat 1000 (setq b 1))"), "1");
 }
@@ -28,17 +60,18 @@ TEST_F(LispLimits, StepsAreCountedExactly) {
   limit({.steps = 5});
   EXPECT_EQ(value_of("(list (list 1) (list 2) (list 3) (list 4))"), "((1) (2) (3) (4))");
   EXPECT_EQ(interp.steps(), 5u);
-  EXPECT_EQ(value_of("(list (list 1) (list 2) (list 3) (list 4) (list 5))"), "!step limit reached");
+  EXPECT_EQ(value_of("(list (list 1) (list 2) (list 3) (list 4) (list 5))"),
+            "!step limit of 5 reached");
 }
 
 TEST_F(LispLimits, TheErrorHandlerStillRunsAtTheStepLimit) {
   limit({.steps = 5000});
   value_of("(defun *error* (msg) (repeat 10 (setq done T)) (princ msg))");
   value_of("(while T)");
-  EXPECT_EQ(taken_output(), "step limit reached");
+  EXPECT_EQ(taken_output(), "step limit of 5000 reached");
   EXPECT_EQ(value_of("done"), "T");
   value_of("(defun *error* (msg) (while T))");
-  EXPECT_EQ(value_of("(while T)"), "!step limit reached");
+  EXPECT_EQ(value_of("(while T)"), "!step limit of 5000 reached");
 }
 
 TEST_F(LispLimits, EndlessRecursionIsAnErrorAndLeavesNothingBound) {
@@ -116,11 +149,60 @@ TEST_F(LispLimits, DeepNestingIsReadAndFreedWithoutStack) {
   value_of(deep);  // evaluating it is an error, not a crash
 }
 
+TEST_F(LispLimits, TenThousandCallsWithinCallsAreOrdinaryWork) {
+  const std::string results = results_on_thread(
+      "(defun f (n) (cond ((= n 0) 0) (T (1+ (f (1- n))))))"
+      "(defun g (n / r) (if (= n 0) 0 (progn (foreach x '(1) (setq r (+ x (g (1- n))))) r)))"
+      "(list (f 10000) (g 10000))");
+  EXPECT_EQ(results, "(10000 10000)");
+}
+
+TEST_F(LispLimits, TheHintStandsBehindTheStepLimit) {
+  Services services = collecting(output);
+  services.step_limit_hint = L"; raise it with --step-limit";
+  Interpreter hinted(services);
+  hinted.set_limits({.steps = 1000000});
+  const Result<Value> result = hinted.eval_string("(while T)");
+  ASSERT_FALSE(result);
+  EXPECT_EQ(result.error().what, "step limit of 1000000 reached; raise it with --step-limit");
+}
+
+TEST_F(LispLimits, MemoryReturnsToItsStart) {
+  value_of(
+      "(defun work (n / l s f) (setq l nil s \"\")"
+      "  (repeat n (setq l (cons (list n (strcat s \"x\") (* 1.5 n)) l) s (strcat s \"y\")))"
+      "  (setq f (list 'lambda '(x) (list 'cons 'x (list 'quote l))))"
+      "  (mapcar f (vl-sort l '(lambda (a b) (< (cadr a) (cadr b)))))"
+      "  (vl-catch-all-apply '(lambda () (setq l (reverse l)) (car 5)) nil)"
+      "  (read (vl-prin1-to-string l)) (length (append l l)))");
+  value_of("(work 50)");
+  const std::size_t start = interp.heap().live_bytes();
+  EXPECT_EQ(value_of("(repeat 100 (work 50))"), "100");
+  EXPECT_EQ(interp.heap().live_bytes(), start);
+  value_of("(repeat 10 (work 50) (car 5))");  // errors leave nothing behind either
+  EXPECT_EQ(interp.heap().live_bytes(), start);
+}
+
 TEST_F(LispLimits, AMillionElementsAreFine) {
   EXPECT_EQ(value_of("(repeat 1000000 (setq l (cons 1 l)))"
                      "(list (length l) (length (mapcar '1+ l)) (apply '+ l) (length (reverse l)))"),
             "(1000000 1000000 1000000 1000000)");
+  EXPECT_EQ(
+      value_of("(list (length (append l l)) (length (vl-remove 2 l)) (nth 999999 l)"
+               "(equal l (reverse l)) (length (subst 2 1 l)) (strlen (vl-princ-to-string l)))"),
+      "(2000000 1000000 1 T 1000000 2000001)");
+  EXPECT_EQ(
+      value_of("(setq i 0 l nil) (repeat 200000 (setq i (rem (+ i 7919) 1000003) l (cons i l)))"
+               "(setq l (vl-sort l '<)) (list (length l) (apply '<= l))"),
+      "(200000 T)");
   EXPECT_EQ(value_of("(setq l nil)"), "nil");
+}
+
+TEST_F(LispLimits, TenThousandNestedListsAreOrdinaryWork) {
+  value_of("(setq a nil b nil) (repeat 10000 (setq a (list 1 a) b (list 1 b)))");
+  EXPECT_EQ(value_of("(equal a b)"), "T");
+  EXPECT_EQ(value_of("(equal a (read (vl-prin1-to-string b)))"), "T");
+  EXPECT_EQ(value_of("(strlen (vl-princ-to-string a))"), "40003");
 }
 
 }  // namespace
