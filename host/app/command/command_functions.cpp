@@ -71,7 +71,7 @@ Value fn_command_s(Call& call) {
     if (is_pause(input)) lisp::raise(L"command-s takes no PAUSE: it cannot wait for the user");
   if (line.active()) lisp::raise(L"command-s: " + line.names() + L" is active");
   feed_all(line, call, false);
-  if (!line.active()) return Value();
+  if (!line.active() || line.end_where_it_may()) return Value();
   const std::wstring waiting =
       line.names() + L" is not complete, it waits for \"" + line.pending_prompt() + L"\"";
   line.cancel();

@@ -190,6 +190,16 @@ void CommandLine::cancel() {
   remark(L"*Cancel*");
 }
 
+bool CommandLine::end_where_it_may() {
+  if (!active() || !running_.back()->question->may_end()) return false;
+  Running& top = *running_.back();
+  top.question->read(session_.interpreter().string({}));
+  answer_ = std::move(top.question->answer());
+  top.question.reset();
+  run();
+  return !active();
+}
+
 bool CommandLine::feed(const Value& input) { return take(input) != Taken::kRefused; }
 
 void CommandLine::feed_from_user() {
@@ -229,6 +239,10 @@ CommandLine::Taken CommandLine::take(const Value& typed) {
   Question& question = *top.question;
   if (echoes() && !typing_) print(pending_prompt() + typed_value(input));
   const Question::Reading reading = question.read(input);
+  if (reading == Question::Reading::kRefused && input.is_string() &&
+      find_command(trimmed(input.text())) && end_where_it_may()) {
+    return take(input);
+  }
   if (!question.message().empty()) tell_message(question, input);
   if (reading == Question::Reading::kRefused) return Taken::kRefused;
   if (reading == Question::Reading::kMore) return question.in_parts() ? Taken::kMore : Taken::kYes;

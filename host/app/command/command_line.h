@@ -119,6 +119,8 @@ class CommandLine {
   void feed_from_user();
   /// Esc: abandons all active commands; what they have drawn so far stays.
   void cancel();
+  /// Enter at a prompt that may be left without an answer (kMayEnd); whether that was all.
+  bool end_where_it_may();
   bool active() const { return !running_.empty(); }
   /// Whether a command is inside another ('ZOOM inside of LINE).
   bool transparent() const { return running_.size() > 1; }

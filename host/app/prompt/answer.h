@@ -19,6 +19,8 @@ enum AskBit : unsigned {
   kDashed = 32,
   kFlat = 64,      ///< a distance between points leaves Z out
   kAnyText = 128,  ///< a text that is no answer otherwise is an answer as it is
+  kMayEnd = 256,   ///< the name of a command ends this one, as Enter would
+  kAtOnce = 512,   ///< a selection is complete with its first part
 };
 
 /// A prompt. The texts need to live only until the call that takes it returns.

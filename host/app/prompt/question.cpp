@@ -307,13 +307,15 @@ Reading Question::select(const Value& input) {
   const Reading reading = selecting_->read(input);
   message_ = selecting_->message();
   if (!selecting_->text().empty()) text_ = selecting_->text();
-  if (reading != Reading::kAnswered) {
+  const bool complete =
+      reading == Reading::kAnswered || ((bits_ & kAtOnce) != 0 && selecting_->has_selected());
+  if (!complete) {
     if (selecting_->text().empty()) text_ = L"Select objects: ";
     return reading;
   }
   answer_.selection = selecting_->take();
   answer_.kind = Answer::Kind::kSelection;
-  return reading;
+  return Reading::kAnswered;
 }
 
 }  // namespace cad

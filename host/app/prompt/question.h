@@ -62,6 +62,8 @@ class Question {
   const std::wstring& message() const { return message_; }
   /// Whether the answer has begun and wants a further input before anything else can happen.
   bool in_parts() const;
+  /// Whether the name of a command may stand for Enter.
+  bool may_end() const { return (bits_ & kMayEnd) != 0 && !in_parts(); }
   /// Whether a pick hit nothing: the message is then of a miss, not of a wrong input.
   bool missed() const { return missed_; }
 

@@ -13,6 +13,7 @@ class Question::Selecting {
   /// What the user is asked next; empty for the prompt of the command.
   const std::wstring& text() const { return text_; }
   const std::wstring& message() const { return message_; }
+  bool has_selected() const { return !selected_.empty(); }
   std::vector<AcDbObjectId> take();
 
  private:
