@@ -18,6 +18,7 @@ constexpr int kBraces = 102;
 constexpr int kEmbeddedObject = 101;
 constexpr int kFirstExtendedCode = 1000;
 constexpr int kApplication = 1001;
+constexpr int kCloningFlag = 280;
 constexpr std::size_t kLongestPiece = 250;  // of a MTEXT
 
 bool ends_own_tags(int code) { return code >= kFirstExtendedCode || code == kEmbeddedObject; }
@@ -76,7 +77,7 @@ void GroupMerge::take(std::span<const GroupView> groups) {
     if (in_braces) {
       in_braces = group.code != kBraces;
     } else if (group.code == kApplication) {
-      extended_data_.push_back({std::wstring(group.text), {group}});
+      extended_data_.push_back({group.text, {group}});
     } else if (group.code >= kFirstExtendedCode) {
       if (!extended_data_.empty()) extended_data_.back().groups.push_back(group);
     } else if (embedded || group.code == kEmbeddedObject) {
@@ -140,6 +141,7 @@ Status GroupMerge::sort_and_merge() {
   split_long_text();
   if (Status status = sort_groups(); !status) return status;
   add_counts();
+  if (kind_ == "XRECORD") merge_cloning_flag();
   for (Part& part : parts_)
     if (Status status = merge_part(part); !status) return status;
   std::stable_sort(pieces_.begin(), pieces_.end(),
@@ -234,10 +236,23 @@ Status GroupMerge::sort_groups() {
     if (part) {
       part->groups.push_back(&group);
     } else if (!is_space_group(group.code) && group.code != 330) {
-      return fail("group " + std::to_string(group.code), "does not belong to this kind of object");
+      return fail(
+          "", "group " + std::to_string(group.code) + " does not belong to this kind of object");
     }
   }
   return {};
+}
+
+/// The 280 behind the marker of an xrecord is no data.
+void GroupMerge::merge_cloning_flag() {
+  if (parts_.empty()) return;
+  Part& data = parts_.back();
+  const bool there = dialect_.has_cloning_flags() && !data.tags.empty() &&
+                     data.tags.front().first.code == kCloningFlag;
+  const bool given = !data.groups.empty() && data.groups.front()->code == kCloningFlag;
+  if (there && given) replace(data.tags.front(), *data.groups.front(), false);
+  if (there) data.tags.erase(data.tags.begin());
+  if (given) data.groups.erase(data.groups.begin());
 }
 
 Status GroupMerge::merge_part(Part& part) {
@@ -316,20 +331,21 @@ Status GroupMerge::merge_sequence(Part& part, const std::vector<int>& codes) {
   std::vector<const TagSpan*> matching;
   for (const TagSpan* span : old)
     if (named(span->first.code)) matching.push_back(span);
-  const bool whole = kind_ != "XRECORD" || matching.size() == old.size();
-  const bool pairwise =
-      whole && std::equal(matching.begin(), matching.end(), fresh.begin(), fresh.end(),
-                          [](const TagSpan* span, const GroupView* group) {
-                            return span->first.code == group->code;
-                          });
+  // Data, and the pieces of a text, are one thing: what is not among them goes.
+  const bool is_one = kind_ == "XRECORD" || kind_ == "MTEXT";
+  const bool pairwise = (!is_one || matching.size() == old.size()) &&
+                        std::equal(matching.begin(), matching.end(), fresh.begin(), fresh.end(),
+                                   [](const TagSpan* span, const GroupView* group) {
+                                     return span->first.code == group->code;
+                                   });
   if (pairwise) {
     for (std::size_t i = 0; i < fresh.size(); ++i)
       replace(*matching[i], *fresh[i], flat(*fresh[i]));
     return {};
   }
   if (part.row && part.row->as_listed && kind_ != "XRECORD" && matching.size() != old.size())
-    return fail("group " + std::to_string(fresh.front()->code),
-                "cannot be placed: give all groups of " + std::string(part.marker));
+    return fail("", "group " + std::to_string(fresh.front()->code) +
+                        " cannot be placed: give all groups of " + std::string(part.marker));
 
   std::size_t front = 0, back = 0;
   const std::size_t least = std::min(old.size(), fresh.size());

@@ -66,6 +66,7 @@ class GroupMerge {
   Status sort_groups();
   Part* part_for(const GroupView& group, Part* named);
   Part* part_named(std::wstring_view marker, const Part* behind);
+  void merge_cloning_flag();
   Status merge_part(Part& part);
   void merge_single(Part& part, int code);
   Status merge_sequence(Part& part, const std::vector<int>& codes);

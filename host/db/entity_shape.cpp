@@ -1,0 +1,328 @@
+#include "host/db/entity_shape.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include "host/db/drawing.h"
+#include "host/db/entity_fields.h"
+#include "host/db/extents.h"
+#include "host/db/shape_parts.h"
+#include "host/geometry/ocs.h"
+
+namespace cad {
+
+ShapePart transformed(const ShapePart& part, const AcGeMatrix3d& map) {
+  if (const auto* curve = std::get_if<Curve>(&part)) return curve->transformed(map);
+  if (const auto* point = std::get_if<AcGePoint3d>(&part)) return map * *point;
+  FilledArea area = std::get<FilledArea>(part);
+  for (AcGePoint3d& corner : area.corners) corner.transformBy(map);
+  return area;
+}
+
+AcDbExtents extents_of(const ShapePart& part) {
+  AcDbExtents box;
+  if (const auto* curve = std::get_if<Curve>(&part)) {
+    if (curve->is_bounded()) box = curve->extents();
+  } else if (const auto* point = std::get_if<AcGePoint3d>(&part)) {
+    box.addPoint(*point);
+  } else {
+    for (const AcGePoint3d& corner : std::get<FilledArea>(part).corners) box.addPoint(corner);
+  }
+  return box;
+}
+
+/// A block as an entity shows it: one, or rows and columns of it.
+struct EntityShapes::Reference {
+  AcDbObjectId block;  ///< its BLOCK
+  AcGeMatrix3d map;    ///< from the block's coordinates, of the first one
+  AcGeVector3d column_step;
+  AcGeVector3d row_step;
+  int columns = 1;
+  int rows = 1;
+
+  AcGeMatrix3d map_of(int column, int row) const {
+    AcGeMatrix3d moved = map;
+    return moved.setTranslation(map.translation() + column_step * column + row_step * row);
+  }
+};
+
+/// What a block holds.
+struct EntityShapes::Contents {
+  struct Item {
+    AcDbObjectId entity;
+    std::vector<ShapePart> parts;  // attributes of a reference too
+    std::optional<Reference> reference;
+  };
+  std::vector<Item> items;
+  std::optional<AcDbExtents> box;
+  bool entered = false;  // being visited: met again, the block contains itself
+};
+
+namespace {
+
+constexpr int kInvisible = 60;
+
+bool is_invisible(const EntityFields& fields) { return fields.integer(kInvisible) & 1; }
+
+/// Whether boxes stay boxes under the map.
+bool keeps_axes(const AcGeMatrix3d& map) {
+  for (unsigned row = 0; row < 3; ++row)
+    for (unsigned column = 0; column < 3; ++column)
+      if (row != column && map(row, column) != 0.0) return false;
+  return true;
+}
+
+AcGePoint3d base_point(const Drawing& drawing, const Stub& begin) {
+  return EntityFields(drawing.bytes_of(begin), drawing.dialect()).point(10);
+}
+
+}  // namespace
+
+/// Reads references and contents of blocks.
+class EntityShapes::Reader {
+ public:
+  explicit Reader(Drawing& drawing) : drawing_(drawing) {}
+
+  std::optional<Reference> reference(AcDbObjectId id) const {
+    const Kind kind = kind_of(drawing_.kind_name(*id.stub()));
+    if (kind == Kind::kOther) return std::nullopt;
+    const EntityFields fields(drawing_.bytes_of(*id.stub()), drawing_.dialect());
+    const Drawing::Block* const block = drawing_.block_named(fields.text(2));
+    if (!block) return std::nullopt;
+    Stub& begin = drawing_.stub_at(block->begin);
+    Reference reference;
+    reference.block = AcDbObjectId(&begin);
+    reference.map = AcGeMatrix3d::translation(-base_point(drawing_, begin).asVector());
+    if (kind == Kind::kInsert) place_insert(fields, reference);
+    if (kind == Kind::kTable) place_table(fields, reference);
+    return reference;
+  }
+
+  void append_items(const Stub& begin, Contents& contents) const {
+    const Drawing::Block* const block = drawing_.block_at(begin);
+    if (!block) return;
+    for (std::size_t i = block->begin + 1; i < block->end; ++i) append_item(i, contents);
+    for (const std::size_t i : block->added) append_item(i, contents);
+  }
+
+  void append_attributes(const Stub& insert, std::vector<ShapePart>& parts) const {
+    constexpr int kHidden = 1;
+    for (Stub* part : drawing_.sub_entities(insert)) {
+      if (part->erased() || drawing_.kind_name(*part) != "ATTRIB") continue;
+      const EntityFields fields(drawing_.bytes_of(*part), drawing_.dialect());
+      if (!is_invisible(fields) && !(fields.integer(70) & kHidden))
+        append_parts(AcDbObjectId(part), parts);
+    }
+  }
+
+  static bool is_reference(std::string_view kind) { return kind_of(kind) != Kind::kOther; }
+
+ private:
+  enum class Kind { kOther, kInsert, kDimension, kTable };
+
+  static Kind kind_of(std::string_view kind) {
+    constexpr std::pair<std::string_view, Kind> kKinds[] = {
+        {"INSERT", Kind::kInsert},           {"DIMENSION", Kind::kDimension},
+        {"ARC_DIMENSION", Kind::kDimension}, {"LARGE_RADIAL_DIMENSION", Kind::kDimension},
+        {"ACAD_TABLE", Kind::kTable},
+    };
+    for (const auto& [name, found] : kKinds)
+      if (name == kind) return found;
+    return Kind::kOther;
+  }
+
+  static void place_insert(const EntityFields& fields, Reference& reference) {
+    const AcGeMatrix3d axes = ocs_to_wcs(fields.normal());
+    AcGeMatrix3d scale;
+    for (unsigned axis = 0; axis < 3; ++axis)
+      scale(axis, axis) = fields.real(41 + static_cast<int>(axis), 1.0);
+    const double angle = fields.angle(50);
+    const AcGeMatrix3d turn =
+        angle == 0.0 ? AcGeMatrix3d() : AcGeMatrix3d::rotation(angle, AcGeVector3d::kZAxis);
+    const AcGeMatrix3d turned = axes * turn;
+    reference.map = AcGeMatrix3d::translation((axes * fields.point(10)).asVector()) * turned *
+                    scale * reference.map;
+    reference.columns = std::max(fields.integer(70, 1), 1);
+    reference.rows = std::max(fields.integer(71, 1), 1);
+    reference.column_step = turned * AcGeVector3d(fields.real(44), 0.0, 0.0);
+    reference.row_step = turned * AcGeVector3d(0.0, fields.real(45), 0.0);
+  }
+
+  static void place_table(const EntityFields& fields, Reference& reference) {
+    const AcGeVector3d along = fields.vector(11);
+    const double angle = std::atan2(along.y, along.x);
+    reference.map = AcGeMatrix3d::translation(fields.vector(10)) *
+                    AcGeMatrix3d::rotation(angle, AcGeVector3d::kZAxis) * reference.map;
+  }
+
+  void append_item(std::size_t index, Contents& contents) const {
+    Stub& stub = drawing_.stub_at(index);
+    if (stub.erased() || drawing_.is_sub_entity(stub)) return;
+    const EntityFields fields(drawing_.bytes_of(stub), drawing_.dialect());
+    constexpr int kConstant = 2;
+    if (is_invisible(fields)) return;
+    if (drawing_.kind_name(stub) == "ATTDEF" && !(fields.integer(70) & kConstant)) return;
+    Contents::Item item{AcDbObjectId(&stub), {}, reference(AcDbObjectId(&stub))};
+    if (item.reference)
+      append_attributes(stub, item.parts);
+    else
+      append_parts(item.entity, item.parts);
+    if (item.reference || !item.parts.empty()) contents.items.push_back(std::move(item));
+  }
+
+  Drawing& drawing_;
+};
+
+/// Goes through references, within bounds.
+class EntityShapes::Walk {
+ public:
+  Walk(EntityShapes& shapes, const std::function<bool(const Visit&)>& visit)
+      : shapes_(shapes), visit_(visit) {}
+
+  bool parts(const std::vector<ShapePart>& parts, AcDbObjectId entity, const AcGeMatrix3d& map) {
+    for (const ShapePart& part : parts) {
+      if (left_ > 0) --left_;
+      if (!visit_({part, map, entity, path_})) return false;
+    }
+    return true;
+  }
+
+  bool reference(const Reference& reference, AcDbObjectId entity, const AcGeMatrix3d& outer) {
+    for (int row = 0; row < reference.rows; ++row)
+      for (int column = 0; column < reference.columns; ++column) {
+        if (left_ == 0) return rest(reference, entity, outer);
+        --left_;
+        if (!block(reference, entity, outer * reference.map_of(column, row))) return false;
+      }
+    return true;
+  }
+
+  /// One of the blocks of a reference.
+  bool block(const Reference& reference, AcDbObjectId entity, const AcGeMatrix3d& map) {
+    Contents& contents = shapes_.contents_of(reference);
+    if (contents.entered || path_.size() == kDeepest) return true;
+    contents.entered = true;
+    path_.push_back(entity);
+    bool go_on = true;
+    for (const Contents::Item& item : contents.items) {
+      go_on = parts(item.parts, item.entity, map) &&
+              (!item.reference || this->reference(*item.reference, item.entity, map));
+      if (!go_on) break;
+    }
+    path_.pop_back();
+    contents.entered = false;
+    return go_on;
+  }
+
+ private:
+  /// Too many: the box of all rows and columns stands for them.
+  bool rest(const Reference& reference, AcDbObjectId entity, const AcGeMatrix3d& outer) {
+    const AcDbExtents box = shapes_.reference_extents(reference, outer, false);
+    if (box.is_empty()) return true;
+    const AcGePoint3d a = box.minPoint(), b = box.maxPoint();
+    const FilledArea area{{a, {b.x, a.y, a.z}, {b.x, b.y, a.z}, {a.x, b.y, a.z}}};
+    return visit_({ShapePart(area), AcGeMatrix3d::kIdentity, entity, path_});
+  }
+
+  EntityShapes& shapes_;
+  const std::function<bool(const Visit&)>& visit_;
+  std::vector<AcDbObjectId> path_;
+  std::size_t left_ = 200'000;
+};
+
+EntityShapes::EntityShapes() = default;
+EntityShapes::~EntityShapes() = default;
+
+void EntityShapes::forget() { blocks_.clear(); }
+
+bool EntityShapes::is_reference(AcDbObjectId id) {
+  return Reader::is_reference(StubStore::drawing_of(*id.stub()).kind_name(*id.stub()));
+}
+
+EntityShapes::Contents& EntityShapes::contents_of(const Reference& reference) {
+  std::unique_ptr<Contents>& contents = blocks_[reference.block.stub()];
+  if (!contents) {
+    contents = std::make_unique<Contents>();
+    Reader(StubStore::drawing_of(*reference.block.stub()))
+        .append_items(*reference.block.stub(), *contents);
+  }
+  return *contents;
+}
+
+bool EntityShapes::visit(AcDbObjectId entity, const std::function<bool(const Visit&)>& visit) {
+  Drawing& drawing = StubStore::drawing_of(*entity.stub());
+  const Reader reader(drawing);
+  std::vector<ShapePart> parts;
+  const std::optional<Reference> reference = reader.reference(entity);
+  if (reference)
+    reader.append_attributes(*entity.stub(), parts);
+  else
+    append_parts(entity, parts);
+  Walk walk(*this, visit);
+  return walk.parts(parts, entity, AcGeMatrix3d::kIdentity) &&
+         (!reference || walk.reference(*reference, entity, AcGeMatrix3d::kIdentity));
+}
+
+/// In the block's own coordinates.
+AcDbExtents EntityShapes::block_box(const Reference& reference) {
+  Contents& contents = contents_of(reference);
+  if (contents.box) return *contents.box;
+  if (contents.entered || depth_ == kDeepest) return {};
+  contents.entered = true;
+  ++depth_;
+  AcDbExtents box;
+  for (const Contents::Item& item : contents.items) {
+    for (const ShapePart& part : item.parts) box.addExt(extents_of(part));
+    if (item.reference)
+      box.addExt(reference_extents(*item.reference, AcGeMatrix3d::kIdentity, true));
+  }
+  --depth_;
+  contents.entered = false;
+  contents.box = box;
+  return box;
+}
+
+/// Of all rows and columns. `exactly`: of a turned block its parts, not its box.
+AcDbExtents EntityShapes::reference_extents(const Reference& reference, const AcGeMatrix3d& outer,
+                                            bool exactly) {
+  const AcGeMatrix3d map = outer * reference.map;
+  AcDbExtents box;
+  if (!exactly || keeps_axes(map)) {
+    box = block_box(reference);
+    box.transformBy(map);
+  } else {
+    const std::function<bool(const Visit&)> add = [&](const Visit& visit) {
+      box.addExt(extents_of(transformed(visit.part, visit.map)));
+      return true;
+    };
+    Walk(*this, add).block(reference, AcDbObjectId(), map);
+  }
+  box.expandBy(outer * reference.column_step * (reference.columns - 1));
+  box.expandBy(outer * reference.row_step * (reference.rows - 1));
+  return box;
+}
+
+bool EntityShapes::extents(AcDbObjectId entity, AcDbExtents& box) {
+  if (entity.isNull()) return false;
+  const Reader reader(StubStore::drawing_of(*entity.stub()));
+  std::vector<ShapePart> parts;
+  AcDbExtents found;
+  if (const std::optional<Reference> reference = reader.reference(entity)) {
+    found = reference_extents(*reference, AcGeMatrix3d::kIdentity, true);
+    reader.append_attributes(*entity.stub(), parts);
+  } else {
+    append_parts(entity, parts);
+  }
+  for (const ShapePart& part : parts) found.addExt(extents_of(part));
+  if (found.is_empty()) return false;
+  box = found;
+  return true;
+}
+
+bool entity_extents(AcDbObjectId entity, AcDbExtents& box) {
+  EntityShapes shapes;
+  return shapes.extents(entity, box);
+}
+
+}  // namespace cad
