@@ -18,7 +18,7 @@ constexpr bool IsValidData(double value) { return !IsInValidData(value); }
 /// where "%s" wants text.
 template <class... Arguments>
 CString Format(const wchar_t* format, const Arguments&... arguments) {
-  const auto plain = [](const auto& argument) {
+  [[maybe_unused]] const auto plain = [](const auto& argument) {
     if constexpr (std::is_same_v<std::decay_t<decltype(argument)>, CString>) {
       return argument.c_str();
     } else {
