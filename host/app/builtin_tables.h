@@ -10,6 +10,7 @@ namespace cad {
 std::span<const lisp::Builtin> entity_functions();
 std::span<const lisp::Builtin> selection_functions();
 std::span<const lisp::Builtin> dictionary_functions();
+std::span<const lisp::Builtin> make_functions();
 std::span<const lisp::Builtin> symbol_table_functions();
 std::span<const lisp::Builtin> host_functions();
 std::span<const lisp::Builtin> prompt_functions();

@@ -6,6 +6,7 @@
 #include "host/app/builtin_tables.h"
 #include "host/app/command/command_line.h"
 #include "host/app/console.h"
+#include "host/app/data/entmake_sequence.h"
 #include "host/app/host.h"
 #include "host/app/modules.h"
 #include "host/app/prompt/user_input.h"
@@ -32,10 +33,11 @@ DocumentSession::DocumentSession(AcApDocument& document)
     return user_input().read_line ? user_input().read_line() : std::nullopt;
   };
   interpreter_ = std::make_unique<lisp::Interpreter>(std::move(services));
-  for (const auto& table : {entity_functions(), selection_functions(), dictionary_functions(),
-                            symbol_table_functions(), host_functions(), prompt_functions(),
-                            command_functions()})
+  for (const auto& table :
+       {entity_functions(), selection_functions(), dictionary_functions(), make_functions(),
+        symbol_table_functions(), host_functions(), prompt_functions(), command_functions()})
     interpreter_->define(table);
+  entmake = std::make_unique<EntmakeSequence>();
   command_line = std::make_unique<CommandLine>(*this);
 }
 

@@ -13,11 +13,13 @@
 #include "host/app/select/selection_sets.h"
 #include "host/app/variables/system_variables.h"
 #include "host/base/result.h"
+#include "host/geometry/matrix3d.h"
 #include "host/lisp/interpreter.h"
 
 namespace cad {
 
 class CommandLine;
+class EntmakeSequence;
 
 /// What an open document has beside its drawing: LISP environment, session variables, selections.
 class DocumentSession {
@@ -44,6 +46,7 @@ class DocumentSession {
 
   SystemVariables variables;
   Initget initget;                            // for the next prompt
+  std::vector<AcGeMatrix3d> former_ucs;       // what UCS Previous goes back to, the latest last
   std::vector<AcDbObjectId> erased_last;      // what OOPS brings back
   SelectionSets selection_sets;
   std::vector<AcDbObjectId> selection_answer;  // to the next selection by the user
@@ -55,6 +58,7 @@ class DocumentSession {
   /// Where tblnext stands, by table name, and dictnext, by dictionary.
   std::map<std::wstring, std::size_t> table_walks;
   std::map<AcDbObjectId, std::optional<std::wstring>> dictionary_walks;
+  std::unique_ptr<EntmakeSequence> entmake;    // made by successive calls of entmake
   std::unique_ptr<CommandLine> command_line;  // last: its commands use all of the above
 };
 

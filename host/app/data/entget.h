@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-#include "host/db/record_groups.h"
 #include "host/db/database.h"
+#include "host/db/record_groups.h"
 #include "host/lisp/interpreter.h"
 
 /// Objects of a drawing as LISP sees them.
