@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "host/lisp/member_set.h"
+
 /// What AutoLISP programs compute with. A Value is eight bytes: a real, an integer, nil, the blank
 /// or a symbol in place, or a counted reference to a cell (list, string, entity name, ...).
 ///
@@ -209,8 +211,17 @@ struct Ename : Cell {
 /// A selection set. Unlike lists it changes: all references see the same members.
 struct Pickset : Cell {
   explicit Pickset(std::uint32_t n) : Cell(Kind::kPickset), number(n) {}
-  std::uint32_t number;  // shown when printed
-  std::vector<std::uint64_t> enames;
+  ~Pickset();
+  /// False when it is one already; no member is 0. Raises "insufficient node space" at the heap's
+  /// limit, with the set as it was.
+  bool add(std::uint64_t ename);
+  bool remove(std::uint64_t ename);
+  /// Members that are all different.
+  void assign(std::vector<std::uint64_t> members);
+
+  std::uint32_t number;          // shown when printed
+  MemberSet enames;              // what they name is known to the application layer only
+  std::shared_ptr<void> origin;  // how they were selected; for the application layer
 };
 
 struct File : Cell {

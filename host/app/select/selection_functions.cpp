@@ -23,8 +23,10 @@ std::uint64_t payload(AcDbObjectId id) { return static_cast<std::uint64_t>(id.as
 
 Value pickset_of(Interpreter& interp, const std::vector<AcDbObjectId>& ids) {
   Value set = interp.pickset();
-  set.pickset()->enames.reserve(ids.size());
-  for (const AcDbObjectId id : ids) set.pickset()->enames.push_back(payload(id));
+  std::vector<std::uint64_t> members;
+  members.reserve(ids.size());
+  for (const AcDbObjectId id : ids) members.push_back(payload(id));
+  set.pickset()->assign(std::move(members));
   return set;
 }
 

@@ -1,6 +1,5 @@
 #include "host/app/select/selection_sets.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace cad {
@@ -42,15 +41,11 @@ const lisp::Value* SelectionSets::find(std::int64_t number) const {
 }
 
 bool contains(const lisp::Pickset& set, AcDbObjectId id) {
-  return std::find(set.enames.begin(), set.enames.end(), payload(id)) != set.enames.end();
+  return set.enames.contains(payload(id));
 }
 
-void add_member(lisp::Pickset& set, AcDbObjectId id) {
-  if (!contains(set, id)) set.enames.push_back(payload(id));
-}
+void add_member(lisp::Pickset& set, AcDbObjectId id) { set.add(payload(id)); }
 
-bool remove_member(lisp::Pickset& set, AcDbObjectId id) {
-  return std::erase(set.enames, payload(id)) != 0;
-}
+bool remove_member(lisp::Pickset& set, AcDbObjectId id) { return set.remove(payload(id)); }
 
 }  // namespace cad

@@ -112,7 +112,7 @@ TEST_F(LispExternal, GettersWordTheErrorsOfDrawingObjects) {
        ""},
       {"want-set", 1, 1,
        [](Call& call) {
-         call.pickset(0).enames.push_back(7);
+         call.pickset(0).add(7);
          return call.arg(0);
        },
        "(want-set s)", ""},
