@@ -237,6 +237,15 @@ Acad::ErrorStatus transform_object(AcDbObjectId id, const AcGeMatrix3d& map, Mir
   return status;
 }
 
+Acad::ErrorStatus transform_copy(AcDbObjectId id, const AcGeMatrix3d& map, MirroredText text) {
+  if (id.isNull()) return Acad::eNullObjectId;
+  Stub& stub = *id.stub();
+  AcDbEntity* const entity = AcDbEntity::cast(&StubStore::drawing_of(stub).object(stub));
+  if (!entity) return Acad::eNotAnEntity;
+  if (stub.erased()) return Acad::eWasErased;
+  return transform_entity(*entity, map, text);
+}
+
 }  // namespace cad
 
 Acad::ErrorStatus AcDbEntity::transformBy(const AcGeMatrix3d& map) {

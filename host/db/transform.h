@@ -23,6 +23,10 @@ enum class MirroredText { kMirrored, kReadable };
 Acad::ErrorStatus transform_object(AcDbObjectId entity, const AcGeMatrix3d& map,
                                    MirroredText text = MirroredText::kMirrored);
 
+/// The same for an entity that was just made: its layer may be locked.
+Acad::ErrorStatus transform_copy(AcDbObjectId entity, const AcGeMatrix3d& map,
+                                 MirroredText text = MirroredText::kMirrored);
+
 /// The same for an entity that is open for write.
 Acad::ErrorStatus transform_entity(AcDbEntity& entity, const AcGeMatrix3d& map, MirroredText text);
 

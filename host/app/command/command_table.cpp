@@ -25,8 +25,8 @@ const Names& names() {
   static const Names all = [] {
     Names made;
     for (const auto& table :
-         {circle_commands(), ellipse_commands(), erase_commands(), face_commands(), line_commands(),
-          polyline_commands(), shape_commands()})
+         {circle_commands(), edit_commands(), ellipse_commands(), erase_commands(), face_commands(),
+          line_commands(), polyline_commands(), shape_commands()})
       for (const CommandRow& row : table) add_names(made, row);
     return made;
   }();

@@ -38,14 +38,22 @@ std::vector<const CommandRow*> all_commands();
 
 // The tables.
 std::span<const CommandRow> circle_commands();
+std::span<const CommandRow> edit_commands();
 std::span<const CommandRow> ellipse_commands();
 std::span<const CommandRow> erase_commands();
 std::span<const CommandRow> face_commands();
+std::span<const CommandRow> inquiry_commands();
 std::span<const CommandRow> layer_commands();
 std::span<const CommandRow> line_commands();
+std::span<const CommandRow> linetype_commands();
 std::span<const CommandRow> polyline_commands();
 std::span<const CommandRow> property_commands();
+std::span<const CommandRow> purge_commands();
+std::span<const CommandRow> refused_commands();
 std::span<const CommandRow> shape_commands();
+std::span<const CommandRow> style_commands();
+std::span<const CommandRow> text_commands();
+std::span<const CommandRow> ucs_commands();
 std::span<const CommandRow> undo_commands();
 std::span<const CommandRow> variable_commands();
 std::span<const CommandRow> view_commands();
