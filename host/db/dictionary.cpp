@@ -26,6 +26,10 @@ constexpr std::string_view kNewDictionary =
     "  0\nDICTIONARY\n  5\n0\n330\n0\n100\nAcDbDictionary\n281\n     1\n";
 constexpr std::wstring_view kForbidden = L"<>/\\\":;?*|,=`";
 
+bool is_key(std::wstring_view name) {
+  return !name.empty() && name.find_first_of(kForbidden) == std::wstring_view::npos;
+}
+
 wchar_t fold_upper(wchar_t c) { return c >= L'a' && c <= L'z' ? c - (L'a' - L'A') : c; }
 
 int compare_keys(std::wstring_view a, std::wstring_view b) {
@@ -233,9 +237,7 @@ Acad::ErrorStatus AcDbDictionary::setAt(const ACHAR* key, AcDbObject* object, Ac
   if (!own) return Acad::eNotInDatabase;
   if (!object) return Acad::eNullObjectPointer;
   const std::wstring_view name = key ? key : L"";
-  if (name.empty() || name.find_first_of(kForbidden) != std::wstring_view::npos) {
-    return Acad::eInvalidKey;
-  }
+  if (!is_key(name)) return Acad::eInvalidKey;
   Stub* const resident = ObjectAccess::stub(*object);
   if (resident && resident->owner != 0) return Acad::eAlreadyInDb;
   if (resident && &StubStore::drawing_of(*resident) != &StubStore::drawing_of(*own)) {
@@ -311,6 +313,26 @@ Acad::ErrorStatus AcDbDictionary::take_out(std::size_t position) {
     content_changed();
   }
   decoded.sorted.erase(decoded.sorted.begin() + static_cast<std::ptrdiff_t>(position));
+  return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbDictionary::setName(const ACHAR* key, const ACHAR* new_key) {
+  if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
+  const std::wstring_view name = new_key ? new_key : L"";
+  if (!is_key(name)) return Acad::eInvalidKey;
+  const auto* found = key ? entries().find(key) : nullptr;
+  if (!found || live_entry(*this, found->handle).isNull()) return Acad::eKeyNotFound;
+  const bool same_entry = compare_keys(found->key, name) == 0;
+  if (!same_entry && entries().find(name)) return Acad::eDuplicateKey;
+  const auto pair = find_pair(content(), dialect(), found->key, found->handle);
+  if (!pair) return Acad::eKeyNotFound;
+  std::string tag;
+  cad::dxf::TagWriter(tag, dialect()).text(3, name);
+  cad::dxf::Tag old;
+  cad::dxf::TagReader(content(), dialect(), pair->begin).next(old);
+  writable_content().replace(old.begin, old.end - old.begin, tag);
+  content_changed();
+  entries_.reset();
   return Acad::eOk;
 }
 

@@ -34,6 +34,10 @@ class AcDbDictionary : public AcDbObject {
   Acad::ErrorStatus remove(const ACHAR* key);
   Acad::ErrorStatus remove(AcDbObjectId entry);
 
+  /// Gives the entry of that key another one; its place in the file stays. eKeyNotFound,
+  /// eDuplicateKey, eInvalidKey, eNotOpenForWrite.
+  Acad::ErrorStatus setName(const ACHAR* key, const ACHAR* new_key);
+
   /// Hard owners write 280 = 1 and group 360 for new entries.
   bool isTreatElementsAsHard() const;
   Acad::ErrorStatus setTreatElementsAsHard(bool hard);

@@ -7,6 +7,7 @@
 #include "host/app/data/entget.h"
 #include "host/app/session.h"
 #include "host/db/dictionary.h"
+#include "host/db/entity.h"
 #include "host/db/open.h"
 #include "host/lisp/interpreter.h"
 
@@ -90,6 +91,30 @@ Value fn_dictremove(Call& call) {
   return name_of(call.interp(), entry);
 }
 
+/// Files an object without owner under a key that is free.
+Value fn_dictadd(Call& call) {
+  const AcDbObjectId id = id_of_name(call.ename(0));
+  const std::wstring key(call.string(1));
+  const AcDbObjectId entry = id_of_name(call.ename(2));
+  const OpenDictionary dictionary(id, AcDb::kForWrite);
+  if (!dictionary || dictionary->has(key.c_str())) return Value();
+  AcDbObject* object = nullptr;
+  if (entry == id || acdbOpenAcDbObject(object, entry, AcDb::kForWrite) != Acad::eOk)
+    return Value();
+  AcDbObjectId filed;
+  const bool is_entity = object->isKindOf(AcDbEntity::desc());
+  const bool done = !is_entity && dictionary->setAt(key.c_str(), object, filed) == Acad::eOk;
+  object->close();
+  return done ? call.arg(2) : Value();
+}
+
+Value fn_dictrename(Call& call) {
+  const std::wstring key(call.string(1)), new_key(call.string(2));
+  const OpenDictionary dictionary(id_of_name(call.ename(0)), AcDb::kForWrite);
+  const bool done = dictionary && dictionary->setName(key.c_str(), new_key.c_str()) == Acad::eOk;
+  return done ? call.arg(2) : Value();
+}
+
 constexpr lisp::Builtin kDictionaryFunctions[] = {
     // name, arguments, function, usage, help
     {"namedobjdict", 0, 0, fn_namedobjdict, "(namedobjdict)", "name of the drawing's dictionary"},
@@ -97,6 +122,10 @@ constexpr lisp::Builtin kDictionaryFunctions[] = {
      "groups of a dictionary's entry; with setnext, dictnext continues behind it"},
     {"dictnext", 1, 2, fn_dictnext, "(dictnext ename [rewind])",
      "groups of a dictionary's next entry; nil at the end"},
+    {"dictadd", 3, 3, fn_dictadd, "(dictadd ename key object)",
+     "files an object made by entmakex in a dictionary: its name, or nil when the key is taken"},
+    {"dictrename", 3, 3, fn_dictrename, "(dictrename ename key new-key)",
+     "gives a dictionary's entry another key: that key, or nil"},
     {"dictremove", 2, 2, fn_dictremove, "(dictremove ename key)",
      "takes an entry out of a dictionary, without erasing it: its name, or nil"},
 };

@@ -52,7 +52,8 @@ GroupValue value_of(const GroupView& group) {
 
 GroupList list_of(const Value& value) {
   GroupList list;
-  for (const GroupView& group : LispGroups(value).groups()) list.add(value_of(group));
+  const LispGroups groups(value);
+  for (const GroupView& group : groups.groups()) list.add(value_of(group));
   return list;
 }
 

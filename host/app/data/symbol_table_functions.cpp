@@ -8,6 +8,8 @@
 #include "host/base/codepage.h"
 #include "host/base/fold.h"
 #include "host/db/drawing.h"
+#include "host/db/layouts.h"
+#include "host/db/make_object.h"
 #include "host/lisp/heap.h"
 #include "host/lisp/interpreter.h"
 
@@ -145,6 +147,31 @@ Value fn_tblobjname(Call& call) {
   return block ? name_of(call.interp(), AcDbObjectId(&drawing.stub_at(block->begin))) : Value();
 }
 
+Value fn_regapp(Call& call) {
+  const std::wstring name(call.string(0));
+  const Result<AcDbObjectId> made =
+      register_application(DocumentSession::of(call).database(), name);
+  return made ? call.arg(0) : Value();
+}
+
+Value fn_snvalid(Call& call) {
+  constexpr std::int32_t kAllowBar = 1;
+  std::wstring name(call.string(0));
+  const bool bar_allowed = call.has(1) && (call.integer(1) & kAllowBar) != 0;
+  // Records of external drawings are named FILE|NAME.
+  const std::size_t bar = bar_allowed ? name.find(L'|') : std::wstring::npos;
+  const bool is_inside = bar != std::wstring::npos && bar > 0 && bar + 1 < name.size();
+  if (is_inside) name[bar] = L'_';
+  return call.truth(is_symbol_name(name, drawing_of(call).has_long_names()));
+}
+
+Value fn_layoutlist(Call& call) {
+  lisp::ListBuilder names(call.interp().heap());
+  for (const Layout& layout : layouts_of(DocumentSession::of(call).database()))
+    if (!equal_no_case(layout.name, L"Model")) names.append(call.interp().string(layout.name));
+  return names.finish();
+}
+
 constexpr lisp::Builtin kSymbolTableFunctions[] = {
     // name, arguments, function, usage, help
     {"tblsearch", 2, 3, fn_tblsearch, "(tblsearch table name [setnext])",
@@ -153,6 +180,11 @@ constexpr lisp::Builtin kSymbolTableFunctions[] = {
      "groups of the next record of a table; nil at the end"},
     {"tblobjname", 2, 2, fn_tblobjname, "(tblobjname table name)",
      "name of the record, for entget; of a block, the name of its beginning"},
+    {"regapp", 1, 1, fn_regapp, "(regapp name)",
+     "registers an application for extended data: the name, or nil when it is registered already"},
+    {"snvalid", 1, 2, fn_snvalid, "(snvalid name [flags])",
+     "whether a text can name a record of a table; with 1 as flags one | may stand inside"},
+    {"layoutlist", 0, 0, fn_layoutlist, "(layoutlist)", "names of the paper layouts, by tab order"},
 };
 
 }  // namespace
