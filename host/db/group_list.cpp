@@ -2,6 +2,36 @@
 
 namespace cad {
 
+GroupList& GroupList::add(const GroupValue& value) {
+  groups_.push_back(value);
+  return *this;
+}
+
+namespace {
+
+template <class T>
+GroupList& append(GroupList& list, int code, T&& value) {
+  GroupValue group;
+  group.code = code;
+  group.value = std::forward<T>(value);
+  return list.add(group);
+}
+
+}  // namespace
+
+GroupList& GroupList::text(int code, std::wstring_view value) {
+  return append(*this, code, std::wstring(value));
+}
+GroupList& GroupList::integer(int code, std::int64_t value) { return append(*this, code, value); }
+GroupList& GroupList::real(int code, double value) { return append(*this, code, value); }
+GroupList& GroupList::point(int code, const AcGePoint3d& value) {
+  return append(*this, code, value);
+}
+GroupList& GroupList::point2d(int code, const AcGePoint2d& value) {
+  return append(*this, code, value);
+}
+GroupList& GroupList::object(int code, AcDbObjectId value) { return append(*this, code, value); }
+
 const GroupValue* GroupList::find(int code) const {
   for (const GroupValue& group : groups_)
     if (group.code == code) return &group;

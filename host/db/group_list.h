@@ -30,16 +30,13 @@ class GroupList {
   GroupList() = default;
   explicit GroupList(std::wstring_view kind) { text(0, kind); }
 
-  GroupList& text(int code, std::wstring_view value) { return add({code, std::wstring(value)}); }
-  GroupList& integer(int code, std::int64_t value) { return add({code, value}); }
-  GroupList& real(int code, double value) { return add({code, value}); }
-  GroupList& point(int code, const AcGePoint3d& value) { return add({code, value}); }
-  GroupList& point2d(int code, const AcGePoint2d& value) { return add({code, value}); }
-  GroupList& object(int code, AcDbObjectId value) { return add({code, value}); }
-  GroupList& add(GroupValue value) {
-    groups_.push_back(std::move(value));
-    return *this;
-  }
+  GroupList& text(int code, std::wstring_view value);
+  GroupList& integer(int code, std::int64_t value);
+  GroupList& real(int code, double value);
+  GroupList& point(int code, const AcGePoint3d& value);
+  GroupList& point2d(int code, const AcGePoint2d& value);
+  GroupList& object(int code, AcDbObjectId value);
+  GroupList& add(const GroupValue& value);
 
   std::span<const GroupValue> groups() const { return groups_; }
   /// The first group of that code, or null.
