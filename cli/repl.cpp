@@ -30,12 +30,16 @@ At the prompt:
   :help          show this
   :quit          leave without writing
 
+Prompts of programs ask you, or take their answers from the file of --answers: one in each
+line, every line counts, an empty one is Enter.
+
 Example:
   pipenote repl plan.dxf)";
 
 struct ReplOptions {
   ToolOptions tool;
   std::string drawing;
+  std::string answers;
 };
 
 /// The names of LISP that begin with what stands before the cursor.
@@ -242,6 +246,12 @@ ExitStatus repl(const ReplOptions& options) {
   Tool tool(options.tool);
   ExitStatus status = kSuccess;
   AcApDocument* const drawing = tool.open(options.drawing, true, status);
+  if (drawing && !options.answers.empty()) {
+    if (cad::Status read = tool.host().set_answers(options.answers); !read) {
+      complain("--answers: " + read.error().message());
+      return kWrongUsage;
+    }
+  }
   return drawing ? Repl(tool, drawing, options.drawing).run() : status;
 }
 
@@ -254,6 +264,9 @@ void add_repl_command(CLI::App& program, int& status) {
   command->add_option("DRAWING", options->drawing, "the drawing, a DXF file")
       ->required()
       ->type_name("");
+  command->add_option("--answers", options->answers, "answers to prompts, one in each line")
+      ->type_name("FILE")
+      ->check(CLI::ExistingFile);
   add_tool_options(*command, options->tool);
   command->callback([=, &status] { status = repl(*options); });
 }

@@ -15,10 +15,16 @@ constexpr char kFooter[] =
 expression is printed on a line of its own; scripts print what they print. Without
 -o or --in-place nothing is written, and a LISP error leaves every file as it was.
 
+Prompts (getpoint, getstring, entsel, ssget, PAUSE in command ...) take their answers from
+the file of --answers, one in each line: every line counts, an empty one is Enter. Points
+are typed as at the host's prompt (10,20  @5,0  @10<45), handle:2F3 names an entity. The
+answers are printed behind their prompts. Without the file a prompt ends the program.
+
 Examples:
   pipenote run plan.dxf label.lsp --in-place
   pipenote run plan.dxf tools.lsp -e '(record-labels)' -o labelled.dxf
-  pipenote run plan.dxf --select 2F3,2F4 -e '(t1)' --in-place)";
+  pipenote run plan.dxf --select 2F3,2F4 -e '(t1)' --in-place
+  pipenote run plan.dxf mark.lsp --answers mark.txt -o marked.dxf)";
 
 struct RunOptions {
   ToolOptions tool;
@@ -27,6 +33,7 @@ struct RunOptions {
   std::vector<std::string> expressions;
   std::vector<std::string> selection;
   std::string output;
+  std::string answers;
   bool in_place = false;
 };
 
@@ -65,6 +72,7 @@ ExitStatus run_steps(Tool& tool, AcApDocument* drawing, const std::vector<Step>&
     tool.fresh_line();
     std::printf("%s\n", cad::Host::printed(*value).c_str());
   }
+  tool.host().finish_command(drawing);
   return kSuccess;
 }
 
@@ -78,6 +86,12 @@ ExitStatus run(const RunOptions& options, const std::vector<Step>& steps) {
       complain("--select: " + known.error().message());
       return kWrongUsage;
     }
+  }
+  if (options.answers.empty()) {
+    tool.host().refuse_prompts("give the answers with --answers FILE");
+  } else if (cad::Status read = tool.host().set_answers(options.answers); !read) {
+    complain("--answers: " + read.error().message());
+    return kWrongUsage;
   }
   status = run_steps(tool, drawing, steps);
   if (status != kSuccess) return status;
@@ -117,6 +131,9 @@ void add_run_command(CLI::App& program, int& status) {
       ->type_name("HANDLE,HANDLE...")
       ->delimiter(',')
       ->allow_extra_args(false);
+  command->add_option("--answers", options->answers, "answers to prompts, one in each line")
+      ->type_name("FILE")
+      ->check(CLI::ExistingFile);
   add_tool_options(*command, options->tool);
   command->callback([=, &status] {
     status = run(*options, steps_in_order(*command, scripts, expressions, *options));

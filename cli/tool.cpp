@@ -1,5 +1,7 @@
 #include "cli/tool.h"
 
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <atomic>
 #include <csignal>
@@ -62,7 +64,7 @@ Tool::Tool(const ToolOptions& options) : options_(options) {
     if (!text.empty()) at_line_start_ = text.back() == '\n';
   });
   host_.set_alerts(complain);
-  host_.set_input(read_input_line);
+  host_.set_input(read_input_line, /*echo=*/!::isatty(STDIN_FILENO));
   host_.set_step_limit(options.step_limit);
   if (options.trace)
     cad::set_trace_sink([](std::wstring_view line) {

@@ -7,6 +7,7 @@
 #include <cassert>
 #include <utility>
 
+#include "host/app/command/command_line.h"
 #include "host/app/console.h"
 #include "host/app/modules.h"
 #include "host/app/prompt/user_input.h"
@@ -15,6 +16,7 @@
 #include "host/base/numbers.h"
 #include "host/base/trace.h"
 #include "host/db/drawing.h"
+#include "host/db/undo.h"
 #include "host/lisp/interpreter.h"
 #include "host/lisp/printer.h"
 
@@ -198,6 +200,7 @@ Result<lisp::Value> Host::run(AcApDocument* document, Run&& body) {
   acDocManager->setCurDocument(document);
   lisp::Interpreter& interp = document->session().interpreter();
   lisp::Interpreter* const outer = running_.exchange(&interp);
+  undo_log(*document->database()).next_step();
   Result<lisp::Value> result = body(interp);
   running_ = outer;
   return result;
@@ -234,8 +237,23 @@ void Host::interrupt() noexcept {
   if (lisp::Interpreter* interp = running_.load()) interp->interrupt();
 }
 
-void Host::set_input(std::function<std::optional<std::wstring>()> read_line) {
-  user_input() = {std::move(read_line), false, {}};
+void Host::set_input(std::function<std::optional<std::wstring>()> read_line, bool echo) {
+  user_input() = {};
+  user_input().read_line = std::move(read_line);
+  user_input().echo = echo;
+}
+
+void Host::refuse_prompts(const std::string& why) { user_input().no_prompts = from_utf8(why); }
+
+void Host::finish_command(AcApDocument* document) {
+  CommandLine& line = *document->session().command_line;
+  const std::wstring waiting = line.names() + L" waited for \"" + line.pending_prompt() + L"\"";
+  while (line.active()) {
+    const Result<lisp::Value> done = run(
+        document, [&](lisp::Interpreter& interp) { return interp.eval_string("(command pause)"); });
+    if (!done) tell_alert(waiting + L" when the program was over: cancelled");
+    if (!done) line.cancel();
+  }
 }
 
 Status Host::set_answers(const std::string& path) {

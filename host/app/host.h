@@ -92,10 +92,16 @@ class Host {
 
   /// Where LISP programs read what the user types: a line without its end, empty at the end of
   /// input. Without it there is no input.
-  void set_input(std::function<std::optional<std::wstring>()> read_line);
+  /// With `echo` what was read is printed behind the prompt it answers.
+  void set_input(std::function<std::optional<std::wstring>()> read_line, bool echo = false);
+  /// Prompts fail and give this reason, although there may be lines to read.
+  void refuse_prompts(const std::string& why);
   /// Answers all prompts from a file: one answer in each line, an empty line for Enter; UTF-8, or
   /// code page 936 when it is not UTF-8. Answers are printed behind their prompts.
   Status set_answers(const std::string& path);
+  /// A command that waits for more when a program is over gets the user's answers; without any it
+  /// is cancelled, and that is told.
+  void finish_command(AcApDocument* document);
   /// Receives what the host has to tell its user besides the command line: one line, no line end.
   void set_alerts(std::function<void(std::string_view)> sink);
 

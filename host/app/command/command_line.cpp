@@ -106,6 +106,22 @@ std::wstring CommandLine::text_variable(std::wstring_view name) const {
   return value.is_string() ? std::wstring(value.text()) : std::wstring();
 }
 
+void CommandLine::put_variable(std::wstring_view name, const Value& value) {
+  session_.variables.put(name, value);
+}
+
+void CommandLine::put_variable(std::wstring_view name, double value) {
+  put_variable(name, Value::real(value));
+}
+
+void CommandLine::put_variable(std::wstring_view name, const AcGePoint3d& value) {
+  put_variable(name, list_of(session_.interpreter(), value));
+}
+
+void CommandLine::put_variable(std::wstring_view name, std::wstring_view value) {
+  put_variable(name, session_.interpreter().string(value));
+}
+
 void CommandLine::set_variable(std::wstring_view name, const Value& value) {
   session_.variables.set(session_.interpreter(), name, value);
 }
@@ -243,8 +259,11 @@ CommandLine::Taken CommandLine::take(const Value& typed) {
       find_command(trimmed(input.text())) && end_where_it_may()) {
     return take(input);
   }
-  if (!question.message().empty()) tell_message(question, input);
-  if (reading == Question::Reading::kRefused) return Taken::kRefused;
+  if (reading == Question::Reading::kRefused) {
+    tell_message(question, input);
+    return Taken::kRefused;
+  }
+  if (!question.message().empty()) remark(question.message());
   if (reading == Question::Reading::kMore) return question.in_parts() ? Taken::kMore : Taken::kYes;
 
   answer_ = std::move(question.answer());

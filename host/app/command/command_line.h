@@ -104,7 +104,12 @@ class CommandLine {
   int integer_variable(std::wstring_view name, int absent = 0) const;
   std::wstring text_variable(std::wstring_view name) const;
 
-  /// Sets a system variable, read-only ones included.
+  /// What the command has found out: a variable programs cannot set (AREA, VIEWSIZE).
+  void put_variable(std::wstring_view name, const lisp::Value& value);
+  void put_variable(std::wstring_view name, double value);
+  void put_variable(std::wstring_view name, const AcGePoint3d& value);
+  void put_variable(std::wstring_view name, std::wstring_view value);
+  /// Sets a system variable as setvar does. Raises its LISP error for a value it does not take.
   void set_variable(std::wstring_view name, const lisp::Value& value);
   void set_variable(std::wstring_view name, double value);
   void set_variable(std::wstring_view name, int value);

@@ -25,8 +25,12 @@ const Names& names() {
   static const Names all = [] {
     Names made;
     for (const auto& table :
-         {circle_commands(), edit_commands(), ellipse_commands(), erase_commands(), face_commands(),
-          line_commands(), polyline_commands(), shape_commands()})
+         {block_commands(),    circle_commands(), edit_commands(),     ellipse_commands(),
+          erase_commands(),    face_commands(),   inquiry_commands(),  insert_commands(),
+          layer_commands(),    line_commands(),   linetype_commands(), polyline_commands(),
+          property_commands(), purge_commands(),  refused_commands(),  shape_commands(),
+          style_commands(),    text_commands(),   ucs_commands(),      undo_commands(),
+          variable_commands(), view_commands()})
       for (const CommandRow& row : table) add_names(made, row);
     return made;
   }();

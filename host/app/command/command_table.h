@@ -37,12 +37,14 @@ const CommandRow* find_command(std::wstring_view name);
 std::vector<const CommandRow*> all_commands();
 
 // The tables.
+std::span<const CommandRow> block_commands();
 std::span<const CommandRow> circle_commands();
 std::span<const CommandRow> edit_commands();
 std::span<const CommandRow> ellipse_commands();
 std::span<const CommandRow> erase_commands();
 std::span<const CommandRow> face_commands();
 std::span<const CommandRow> inquiry_commands();
+std::span<const CommandRow> insert_commands();
 std::span<const CommandRow> layer_commands();
 std::span<const CommandRow> line_commands();
 std::span<const CommandRow> linetype_commands();

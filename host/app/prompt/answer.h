@@ -49,7 +49,7 @@ struct Answer {
   AcDbObjectId entity;
   std::vector<AcDbObjectId> selection;
 
-  bool from_points = false;  ///< a distance or an angle shown by points
+  bool from_points = false;  ///< a distance or an angle shown by points, an entity picked
 
   bool none() const { return kind == Kind::kNone; }
   bool is_point() const { return kind == Kind::kPoint; }

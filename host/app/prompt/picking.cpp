@@ -1,15 +1,19 @@
 #include "host/app/prompt/picking.h"
 
 #include "host/app/data/entget.h"
+#include "host/app/select/plan_selection.h"
 #include "host/app/session.h"
 #include "host/base/fold.h"
 #include "host/base/numbers.h"
+#include "host/db/curve.h"
 #include "host/db/record.h"
 #include "host/db/record_groups.h"
 
 namespace cad {
 
-AcDbObjectId entity_at(DocumentSession&, const AcGePoint3d&) { return {}; }
+AcDbObjectId entity_at(DocumentSession& session, const AcGePoint3d& point) {
+  return pick_at(session, point);
+}
 
 std::optional<AcDbObjectId> named_entity(DocumentSession& session, std::wstring_view typed) {
   if (typed.starts_with(L"_")) typed.remove_prefix(1);
@@ -29,6 +33,10 @@ std::optional<AcDbObjectId> named_entity(DocumentSession& session, std::wstring_
 }
 
 AcGePoint3d place_of(AcDbObjectId entity) {
+  if (const auto curve = curve_of(entity)) {
+    if (curve->is_bounded()) return curve->point_at(curve->param_at_distance(curve->length() / 2));
+    return curve->start_point();
+  }
   RecordGroups record;
   const Group* const place = record.read(entity) ? record.find(10) : nullptr;
   if (!place || place->type != Group::Type::kPoint) return {};

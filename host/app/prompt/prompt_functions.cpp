@@ -8,8 +8,10 @@
 #include "host/app/host.h"
 #include "host/app/prompt/object_snap.h"
 #include "host/app/prompt/question.h"
+#include "host/app/prompt/ucs.h"
 #include "host/app/prompt/user_input.h"
 #include "host/app/prompt/values.h"
+#include "host/app/select/plan_selection.h"
 #include "host/app/session.h"
 #include "host/base/codepage.h"
 #include "host/geometry/angle.h"
@@ -31,8 +33,9 @@ void set_errno(DocumentSession& session, ErrorNumber number) {
 
 /// The arguments of most prompts: ([point] [message]).
 struct PromptArguments {
-  explicit PromptArguments(Call& call) {
+  explicit PromptArguments(Call& call, bool point_last = false) {
     std::size_t i = 0;
+    if (point_last && call.arg(0).is_string()) message = call.string(i++);
     if (call.arg(i).is_cons()) {
       from = point_of(call.arg(i));
       if (!from) lisp::raise(L"bad argument value: a point");
@@ -173,6 +176,82 @@ Value fn_entsel(Call& call) {
   });
 }
 
+/// A 4 by 4 list of the map, as nentselp has it, or its transposed upper rows, as nentsel has it.
+Value map_list(Interpreter& interp, const AcGeMatrix3d& map, bool whole) {
+  lisp::ListBuilder rows(interp.heap());
+  for (unsigned row = 0; row < 4; ++row) {
+    lisp::ListBuilder items(interp.heap());
+    for (unsigned column = 0; column < (whole ? 4u : 3u); ++column)
+      items.append(Value::real(whole ? map(row, column) : map(column, row)));
+    rows.append(items.finish());
+  }
+  return rows.finish();
+}
+
+/// (entity point), and for a part of a block its map to the world and the references around it.
+Value nested_result(DocumentSession& session, const NestedPick& pick, const AcGePoint3d& at,
+                    bool whole) {
+  Interpreter& interp = session.interpreter();
+  lisp::ListBuilder result(interp.heap());
+  result.append(name_of(interp, pick.entity));
+  result.append(list_of(interp, at));
+  if (!pick.references.empty()) {
+    result.append(map_list(interp, pick.map, whole));
+    lisp::ListBuilder references(interp.heap());
+    for (const AcDbObjectId reference : pick.references)
+      references.append(name_of(interp, reference));
+    result.append(references.finish());
+  }
+  return result.finish();
+}
+
+/// Of an entity that was named there is no more to find than itself.
+NestedPick nested_at(DocumentSession& session, const Answer& answer, bool by_point) {
+  NestedPick pick;
+  if (by_point) pick = nested_pick_at(session, ucs_to_world(session) * answer.point);
+  if (pick.entity.isNull()) pick.entity = pick.picked = answer.entity;
+  return pick;
+}
+
+Value ask_nested(Call& call, const Ask& given, bool whole) {
+  DocumentSession& session = DocumentSession::of(call);
+  const std::optional<Answer> answer = ask(session, Wanted::kEntity, given, true);
+  if (!answer || answer->none()) {
+    set_errno(session, answer ? kOnlyEnter : kPickFailed);
+    return Value();
+  }
+  return value_of(call, *answer, [&] {
+    const NestedPick pick = nested_at(session, *answer, answer->from_points);
+    return nested_result(session, pick, answer->point, whole);
+  });
+}
+
+Value fn_nentsel(Call& call) {
+  const Initget initget = std::exchange(DocumentSession::of(call).initget, {});
+  return ask_nested(call,
+                    {.text = call.has(0) ? call.string(0) : L"\nSelect object: ",
+                     .keywords = initget.keywords,
+                     .bits = initget.bits},
+                    false);
+}
+
+/// With a point nobody is asked.
+Value fn_nentselp(Call& call) {
+  DocumentSession& session = DocumentSession::of(call);
+  const Initget initget = std::exchange(session.initget, {});
+  const PromptArguments arguments(call, /*point_last=*/true);
+  if (!arguments.from)
+    return ask_nested(call,
+                      {.text = call.has(0) ? arguments.message : L"\nSelect object: ",
+                       .keywords = initget.keywords,
+                       .bits = initget.bits},
+                      true);
+  const NestedPick pick = nested_pick_at(session, ucs_to_world(session) * *arguments.from);
+  if (!pick.entity.isNull()) return nested_result(session, pick, *arguments.from, true);
+  set_errno(session, kPickFailed);
+  return Value();
+}
+
 Value fn_osnap(Call& call) {
   const auto point = point_of(call.arg(0));
   if (!point) lisp::raise_bad_type(L"point", call.arg(0));
@@ -243,6 +322,10 @@ constexpr lisp::Builtin kPromptFunctions[] = {
     {"entsel", 0, 1, fn_entsel, "(entsel [prompt])",
      "(entity point) by the user: a point picks, \"handle:2F3\" and \"Last\" name; nil for a miss "
      "(ERRNO 7) and for Enter (ERRNO 52)"},
+    {"nentsel", 0, 1, fn_nentsel, "(nentsel [prompt])",
+     "as entsel, but of a block the part that was picked: (entity point map references)"},
+    {"nentselp", 0, 2, fn_nentselp, "(nentselp [prompt] [point])",
+     "as nentsel, with a map of 4 by 4; a point picks without asking"},
     {"getfiled", 4, 4, fn_getfiled, "(getfiled title default extension flags)",
      "a file name by the user, asked for at the command line"},
     {"osnap", 2, 2, fn_osnap, "(osnap point modes)",

@@ -93,8 +93,8 @@ Question::Question(DocumentSession& session, Wanted wanted, const Ask& ask)
       bits_(ask.bits) {
   if (ask.from) from_ = *ask.from;
   if (wanted == Wanted::kSelection) {
-    selecting_ = std::make_unique<Selecting>(session);
     if (text_.empty()) text_ = L"Select objects: ";
+    selecting_ = std::make_unique<Selecting>(session, text_, (bits_ & kAtOnce) != 0);
   }
 }
 
@@ -119,7 +119,7 @@ Reading Question::refuse_kind() {
 bool Question::wants_point() const { return wanted_ <= Wanted::kOrientation; }
 
 bool Question::in_parts() const {
-  return selecting_ ? !selecting_->text().empty() : first_.has_value() || text_ != asked_;
+  return selecting_ ? selecting_->in_parts() : first_.has_value() || text_ != asked_;
 }
 
 Reading Question::read(const Value& input) {
@@ -223,6 +223,8 @@ Reading Question::read_number(double number, bool is_integer) {
     case Wanted::kKeyword:
       return read_text(typed_number(number));
     default:
+      if ((bits_ & kAnyText) != 0 && !first_ && snap_.empty())
+        return read_text(typed_number(number));
       return refuse_kind();
   }
 }
@@ -297,6 +299,7 @@ Reading Question::read_entity(AcDbObjectId id, const AcGePoint3d* at) {
 
 Reading Question::pick(const AcGePoint3d& at) {
   const AcDbObjectId id = entity_at(*session_, ucs_to_world(*session_) * at);
+  answer_.from_points = true;
   if (!id.isNull()) return read_entity(id, &at);
   refuse(L"Nothing found there.");
   missed_ = true;
@@ -306,16 +309,11 @@ Reading Question::pick(const AcGePoint3d& at) {
 Reading Question::select(const Value& input) {
   const Reading reading = selecting_->read(input);
   message_ = selecting_->message();
-  if (!selecting_->text().empty()) text_ = selecting_->text();
-  const bool complete =
-      reading == Reading::kAnswered || ((bits_ & kAtOnce) != 0 && selecting_->has_selected());
-  if (!complete) {
-    if (selecting_->text().empty()) text_ = L"Select objects: ";
-    return reading;
-  }
+  text_ = selecting_->text();
+  if (reading != Reading::kAnswered) return reading;
   answer_.selection = selecting_->take();
   answer_.kind = Answer::Kind::kSelection;
-  return Reading::kAnswered;
+  return reading;
 }
 
 }  // namespace cad

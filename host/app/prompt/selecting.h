@@ -1,28 +1,27 @@
 #pragma once
 
+#include <string>
+
 #include "host/app/prompt/question.h"
+#include "host/app/select/selection_dialog.h"
 
 namespace cad {
 
 /// The dialogue of "Select objects:" as one of the kinds of questions.
 class Question::Selecting {
  public:
-  explicit Selecting(DocumentSession& session) : session_(session) {}
+  Selecting(DocumentSession& session, const std::wstring& prompt, bool at_once)
+      : prompt_(prompt), dialog_(session, {.single = at_once, .prompt = prompt_}) {}
 
   Reading read(const lisp::Value& input);
-  /// What the user is asked next; empty for the prompt of the command.
-  const std::wstring& text() const { return text_; }
-  const std::wstring& message() const { return message_; }
-  bool has_selected() const { return !selected_.empty(); }
-  std::vector<AcDbObjectId> take();
+  const std::wstring& text() const { return dialog_.prompt(); }
+  const std::wstring& message() const { return dialog_.message(); }
+  bool in_parts() const { return dialog_.in_parts(); }
+  std::vector<AcDbObjectId> take() { return dialog_.take().take_ids(); }
 
  private:
-  void add(AcDbObjectId id);
-
-  DocumentSession& session_;
-  std::vector<AcDbObjectId> selected_;
-  std::wstring text_;
-  std::wstring message_;
+  const std::wstring prompt_;  // before the dialogue, which looks at it
+  SelectionDialog dialog_;
 };
 
 }  // namespace cad

@@ -23,6 +23,19 @@ AcGeMatrix3d ucs_to_world(DocumentSession& session) {
   return matrix;
 }
 
+void set_ucs(DocumentSession& session, const AcGeMatrix3d& ucs, std::wstring_view name) {
+  lisp::Interpreter& interp = session.interpreter();
+  const auto put = [&](std::wstring_view variable, const AcGeVector3d& v) {
+    session.variables.put(variable, list_of(interp, AcGePoint3d::kOrigin + v));
+  };
+  put(L"UCSORG", ucs.translation());
+  put(L"UCSXDIR", ucs.column(0));
+  put(L"UCSYDIR", ucs.column(1));
+  const bool is_world = ucs.isEqualTo(AcGeMatrix3d::kIdentity);
+  session.variables.put(L"WORLDUCS", lisp::Value::integer(is_world ? 1 : 0));
+  session.variables.put(L"UCSNAME", interp.string(name));
+}
+
 AcGeMatrix3d world_to_ucs(DocumentSession& session) { return ucs_to_world(session).inverse(); }
 
 }  // namespace cad

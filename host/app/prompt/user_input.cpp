@@ -66,13 +66,16 @@ std::wstring ask_user(std::wstring_view prompt) {
   static int unanswered = 0;
   UserInput& input = user_input();
   print_console(prompt);
-  const std::optional<std::wstring> line = input.read_line ? input.read_line() : std::nullopt;
+  std::optional<std::wstring> line;
+  if (input.read_line && input.no_prompts.empty()) line = input.read_line();
   if (line) {
     unanswered = 0;
     if (input.echo) print_console(*line + L"\n");
     return *line;
   }
-  std::wstring why = input.why_none ? input.why_none() : L"there is nobody to ask";
+  const std::wstring why = !input.no_prompts.empty() ? input.no_prompts
+                           : input.why_none          ? input.why_none()
+                                                     : L"there is nobody to ask";
   print_console(L"\nno answer left for \"" + without_line_ends(prompt) + L"\" (" + why + L")\n");
   throw lisp::LispError{L"Function cancelled", ++unanswered <= kMostUnanswered};
 }

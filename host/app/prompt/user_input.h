@@ -13,6 +13,8 @@ struct UserInput {
   std::function<std::optional<std::wstring>()> read_line;
   /// Whether answers are printed behind their prompts: they did not come from a screen.
   bool echo = false;
+  /// Why prompts are not answered, although there may be lines to read; empty when they are.
+  std::wstring no_prompts;
   /// Told when there is no answer: "line 12 of answers.txt was the last".
   std::function<std::wstring()> why_none;
 };

@@ -23,7 +23,7 @@ void draw_circle(CommandLine& line, const AcGePoint3d& centre, double radius) {
   GroupList groups(L"CIRCLE");
   groups.point(10, plane.stored(centre)).real(40, radius);
   draw(line, plane.flat(groups));
-  line.set_variable(L"CIRCLERAD", radius);
+  line.put_variable(L"CIRCLERAD", radius);
 }
 
 void draw_arc(CommandLine& line, const std::optional<DrawnArc>& arc) {

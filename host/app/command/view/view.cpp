@@ -31,8 +31,8 @@ double screen_ratio(const CommandLine& line) {
 
 void set_view(CommandLine& line, const AcGePoint3d& centre, double height) {
   if (!std::isfinite(height) || !(height > 0.0)) return;
-  line.set_variable(L"VIEWSIZE", height);
-  line.set_variable(L"VIEWCTR", list_of(line.session().interpreter(), line.to_user() * centre));
+  line.put_variable(L"VIEWSIZE", height);
+  line.put_variable(L"VIEWCTR", line.to_user() * centre);
 }
 
 }  // namespace cad
