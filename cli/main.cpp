@@ -1,4 +1,7 @@
+#include <sys/resource.h>
+
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <csignal>
 #include <new>
 #include <string>
@@ -7,7 +10,22 @@
 #include "cli/exit_status.h"
 #include "cli/tool.h"
 
+namespace {
+
+/// LISP programs recurse: the stack of the main thread may grow to what the evaluator makes use of
+/// at most, unless the user allows less.
+void allow_deep_recursion() {
+  constexpr rlim_t kWanted = rlim_t{64} << 20;
+  rlimit stack;
+  if (::getrlimit(RLIMIT_STACK, &stack) != 0 || stack.rlim_cur >= kWanted) return;
+  stack.rlim_cur = std::min(kWanted, stack.rlim_max);
+  ::setrlimit(RLIMIT_STACK, &stack);
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
+  allow_deep_recursion();
   std::signal(SIGXFSZ, SIG_IGN);  // a file-size limit is then an error like a full disk
   CLI::App program("Keeps track of which label belongs to which pipe, inside the drawing.",
                    "pipenote");

@@ -13,6 +13,12 @@ std::span<const lisp::Builtin> dictionary_functions();
 std::span<const lisp::Builtin> make_functions();
 std::span<const lisp::Builtin> symbol_table_functions();
 std::span<const lisp::Builtin> host_functions();
+std::span<const lisp::Builtin> blackboard_functions();
+std::span<const lisp::Builtin> display_functions();
+std::span<const lisp::Builtin> environment_functions();
+std::span<const lisp::Builtin> loading_functions();
+std::span<const lisp::Builtin> menu_functions();
+std::span<const lisp::Builtin> unsupported_functions();
 std::span<const lisp::Builtin> prompt_functions();
 std::span<const lisp::Builtin> command_functions();
 

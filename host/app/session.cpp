@@ -10,6 +10,8 @@
 #include "host/app/host.h"
 #include "host/app/modules.h"
 #include "host/app/prompt/user_input.h"
+#include "host/app/system/blackboard.h"
+#include "host/app/system/unsupported.h"
 #include "host/base/codepage.h"
 #include "host/base/numbers.h"
 #include "host/db/entity.h"
@@ -32,11 +34,16 @@ DocumentSession::DocumentSession(AcApDocument& document)
   services.read_line = []() -> std::optional<std::wstring> {
     return user_input().read_line ? user_input().read_line() : std::nullopt;
   };
+  services.missing_function = reason_of_missing;
+  services.step_limit_hint = L"; raise it with --step-limit";
   interpreter_ = std::make_unique<lisp::Interpreter>(std::move(services));
   for (const auto& table :
        {entity_functions(), selection_functions(), dictionary_functions(), make_functions(),
-        symbol_table_functions(), host_functions(), prompt_functions(), command_functions()})
+        symbol_table_functions(), host_functions(), blackboard_functions(), display_functions(),
+        environment_functions(), loading_functions(), menu_functions(), unsupported_functions(),
+        prompt_functions(), command_functions()})
     interpreter_->define(table);
+  set_propagated(*interpreter_);
   entmake = std::make_unique<EntmakeSequence>();
   command_line = std::make_unique<CommandLine>(*this);
 }
