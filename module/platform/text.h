@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "host/app/console.h"
+#include "host/base/decimal_text.h"
 #include "host/base/fold.h"
 #include "host/base/numbers.h"
 #include "module/platform/foundation.h"
@@ -10,9 +11,13 @@
 /// The number a text begins with, 0 when it begins with none.
 inline double _wtof(const wchar_t* text) { return cad::wtof(text); }
 inline long _wtol(const wchar_t* text) { return cad::wtol(text); }
+inline int _wtoi(const wchar_t* text) { return cad::wtoi(text); }
 
 namespace dim {
 
+using cad::append_ascii;
+using cad::append_fixed;
+using cad::DecimalText;
 using cad::equal_no_case;  // A-Z and a-z alike, every other character as it is
 
 /// The text of a pointer that may be null, null-terminated.

@@ -7,6 +7,7 @@
 #include "module/app/lisp_functions.h"
 #include "module/platform/lisp.h"
 #include "module/platform/opened.h"
+#include "module/platform/pipe_library.h"
 #include "module/record/item_chain.h"
 #include "tests/module/plan.h"
 
@@ -16,12 +17,14 @@ namespace {
 class LispCalls : public ::testing::Test {
  protected:
   void SetUp() override {
+    cad::host_settings().install_dir = network::default_install_dir();
     const cad::Status loaded = host.load_module("pipenote.arx");
     ASSERT_TRUE(loaded) << loaded.error().message();
     document = open_plan();
     ASSERT_NE(document, nullptr);
   }
   void TearDown() override {
+    cad::host_settings().install_dir.clear();
     for (AcApDocument* open : acDocManagerPtr()->documents()) {
       EXPECT_TRUE(open->database()->open_objects().empty());
     }
