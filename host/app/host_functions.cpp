@@ -30,7 +30,7 @@ constexpr lisp::Builtin kHostFunctions[] = {
     {"getvar", 1, 1, fn_getvar, "(getvar name)",
      "a system variable of the drawing or the session; nil when there is none"},
     {"setvar", 2, 2, fn_setvar, "(setvar name value)",
-     "sets a system variable for this session; the drawing's header stays as it is"},
+     "sets a system variable; those of the drawing are saved with it"},
     {"alert", 1, 1, fn_alert, "(alert text)", "there is no screen: prints the text"},
 };
 

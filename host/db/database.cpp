@@ -89,6 +89,7 @@ bool AcDbDatabase::tile_mode() const {
 
 AcDbObjectId AcDbDatabase::currentSpaceId() const {
   if (tile_mode()) return modelSpaceId();
+  if (!current_paper_.isNull() && !current_paper_.isErased()) return current_paper_;
   return AcDbObjectId(drawing_->table_record("BLOCK_RECORD", L"*Paper_Space"));
 }
 

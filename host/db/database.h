@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -81,6 +82,12 @@ class AcDbDatabase : public AcRxObject {
   AcDbObjectId currentSpaceId() const;  ///< model space when TILEMODE is 1, else the paper space
   AcDbObjectId modelSpaceId() const;
   bool tile_mode() const;  ///< whether model space is current
+  /// The layout space that is current while model space is not. Null: the drawing's active one.
+  void set_current_paper(AcDbObjectId space) { current_paper_ = space; }
+  /// Colour of new entities as 0xRRGGBB, where it is no number of the palette. Not saved: the
+  /// header has no place for it.
+  std::optional<std::int32_t> current_true_color() const { return current_true_color_; }
+  void set_current_true_color(std::optional<std::int32_t> color) { current_true_color_ = color; }
   AcDbObjectId clayer() const;  ///< current layer; null when the drawing has no such layer
   AcDbHandle handseed() const;
 
@@ -119,6 +126,8 @@ class AcDbDatabase : public AcRxObject {
 
  private:
   std::unique_ptr<cad::Drawing> drawing_;
+  AcDbObjectId current_paper_;
+  std::optional<std::int32_t> current_true_color_;
 };
 
 /// Services every drawing shares.

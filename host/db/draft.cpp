@@ -308,7 +308,9 @@ void Draft::add_current(AcDbDatabase& database, std::wstring_view layer) {
   if (!has(6) && !linetype.empty() && !equal_no_case(linetype, L"ByLayer"))
     add_text(part, 6, linetype);
   const std::int64_t color = parse_int(header("$CECOLOR")).value_or(kByLayer);
-  if (!has(62) && color != kByLayer) add_item(part, integer_group(62, color));
+  const std::optional<std::int32_t> rgb = database.current_true_color();
+  if (!has(62) && !has(420) && rgb) add_item(part, integer_group(420, *rgb));
+  if (!has(62) && !has(420) && !rgb && color != kByLayer) add_item(part, integer_group(62, color));
   const double scale = parse_real(header("$CELTSCALE")).value_or(1);
   if (!has(48) && scale != 1 && scale > 0) {
     GroupView group = integer_group(48, 0);

@@ -84,6 +84,10 @@ class Drawing {
   std::string_view header_tags(std::string_view name) const;
   /// The same of the file.
   std::string_view file_header_tags(std::string_view name) const;
+  /// Whether the drawing has the variable, or its release a place for it.
+  bool has_header_variable(std::string_view name) const;
+  /// Counts changes of header variables.
+  std::uint64_t header_version() const { return header_version_; }
   /// Replaces a variable's value tags; none puts the file's back.
   void set_header_tags(const std::string& name, std::optional<std::string> tags);
 
@@ -158,6 +162,8 @@ class Drawing {
   Stub* root_dictionary();
 
   const DrawingFacts& facts() const { return facts_; }
+  /// Counts all changes: objects made, changed, erased, brought back, header variables.
+  std::uint64_t version() const { return version_; }
   bool is_modified() const { return edited_ != 0 || !header_edits_.empty(); }
   Status save(const std::string& path, bool keep_backup, FileLock* lock) const;
   std::string save_bytes() const;
@@ -228,6 +234,8 @@ class Drawing {
   std::map<std::string, std::string, std::less<>> header_edits_;  // value tags by name
   std::unordered_map<std::uint64_t, Stub*> missing_;
   std::vector<Stub*> edits_;
+  std::uint64_t version_ = 1;
+  std::uint64_t header_version_ = 1;
   std::size_t edited_ = 0;  // of them, those that differ from the file
   std::uint64_t eof_ = 0;   ///< offset of the EOF record
   std::uint64_t file_seed_ = 0;

@@ -104,6 +104,7 @@ std::uint64_t Drawing::allocate_handle() {
 }
 
 void Drawing::note_edit(Stub& stub) {
+  ++version_;
   if (on_change) on_change(stub);
   if (kinds_[stub.kind].name == "LAYER") locked_layers_.reset();
   if (stub.has(Stub::kEdited)) return;
@@ -118,6 +119,7 @@ void Drawing::restored(Stub& stub) {
   const bool has_own = stub.object && ObjectAccess::own_content(*stub.object);
   const bool as_in_file = stub.has(Stub::kNew) ? stub.erased() : !stub.erased() && !has_own;
   if (!as_in_file) return note_edit(stub);
+  ++version_;
   if (on_change) on_change(stub);
   if (!stub.has(Stub::kEdited)) return;
   stub.flags = static_cast<std::uint8_t>(stub.flags & ~Stub::kEdited);

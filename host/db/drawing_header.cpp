@@ -62,6 +62,12 @@ std::optional<dxf::Tag> Drawing::header_variable(std::string_view name) const {
   return found->second.first;
 }
 
+bool Drawing::has_header_variable(std::string_view name) const {
+  if (header_variable(name)) return true;
+  const HeaderVariable* row = find_header_variable(name);
+  return row && dialect_.release >= row->since && dialect_.release <= row->until;
+}
+
 std::optional<std::string> Drawing::header_edit(std::string_view name) const {
   const auto edit = header_edits_.find(name);
   return edit == header_edits_.end() ? std::nullopt : std::optional(edit->second);
@@ -73,6 +79,7 @@ void Drawing::set_header_tags(const std::string& name, std::optional<std::string
 }
 
 void Drawing::exchange_header(const std::string& name, std::optional<std::string>& tags) {
+  ++header_version_, ++version_;
   std::optional<std::string> before = header_edit(name);
   if (tags) {
     header_edits_.insert_or_assign(name, std::move(*tags));

@@ -10,10 +10,6 @@ namespace {
 
 using cad::GroupView;
 
-bool exists_in(const cad::HeaderVariable& row, const cad::dxf::Dialect& dialect) {
-  return dialect.release >= row.since && dialect.release <= row.until;
-}
-
 /// A flat point given in space, and the other way round, takes the variable's form.
 GroupView fitted(GroupView group, int values) {
   if (group.type == GroupView::Type::kPoint)
@@ -55,7 +51,7 @@ cad::Status AcDbDatabase::set_header_variable(std::string_view name,
   const cad::HeaderVariable* row = cad::find_header_variable(name);
   const std::optional<cad::dxf::Tag> there = drawing_->header_variable(name);
   const cad::dxf::Dialect& dialect = drawing_->dialect();
-  if (!row || (!there && !exists_in(*row, dialect)))
+  if (!row || !drawing_->has_header_variable(name))
     return cad::fail(std::string(name), "the drawing's release has no such variable");
   const cad::GroupValue given{there ? there->code : row->code, value};
   const GroupView group = fitted(cad::view_of(given), row->values);
