@@ -9,6 +9,8 @@ namespace cad {
 
 std::span<const lisp::Builtin> entity_functions();
 std::span<const lisp::Builtin> selection_functions();
+std::span<const lisp::Builtin> curve_functions();
+std::span<const lisp::Builtin> coordinate_functions();
 std::span<const lisp::Builtin> dictionary_functions();
 std::span<const lisp::Builtin> make_functions();
 std::span<const lisp::Builtin> symbol_table_functions();

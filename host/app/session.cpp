@@ -10,6 +10,7 @@
 #include "host/app/host.h"
 #include "host/app/modules.h"
 #include "host/app/prompt/user_input.h"
+#include "host/app/select/entity_index.h"
 #include "host/app/system/blackboard.h"
 #include "host/app/system/unsupported.h"
 #include "host/base/codepage.h"
@@ -38,10 +39,10 @@ DocumentSession::DocumentSession(AcApDocument& document)
   services.step_limit_hint = L"; raise it with --step-limit";
   interpreter_ = std::make_unique<lisp::Interpreter>(std::move(services));
   for (const auto& table :
-       {entity_functions(), selection_functions(), dictionary_functions(), make_functions(),
-        symbol_table_functions(), host_functions(), blackboard_functions(), display_functions(),
-        environment_functions(), loading_functions(), menu_functions(), unsupported_functions(),
-        prompt_functions(), command_functions()})
+       {entity_functions(), selection_functions(), curve_functions(), coordinate_functions(),
+        dictionary_functions(), make_functions(), symbol_table_functions(), host_functions(),
+        blackboard_functions(), display_functions(), environment_functions(), loading_functions(),
+        menu_functions(), unsupported_functions(), prompt_functions(), command_functions()})
     interpreter_->define(table);
   set_propagated(*interpreter_);
   entmake = std::make_unique<EntmakeSequence>();
@@ -49,6 +50,11 @@ DocumentSession::DocumentSession(AcApDocument& document)
 }
 
 DocumentSession::~DocumentSession() = default;
+
+EntityIndex& DocumentSession::entity_index() {
+  if (!entity_index_) entity_index_ = std::make_unique<EntityIndex>(database());
+  return *entity_index_;
+}
 
 DocumentSession* DocumentSession::current() {
   AcApDocument* const document = acDocManager->curDocument();

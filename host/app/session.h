@@ -19,12 +19,14 @@
 namespace cad {
 
 class CommandLine;
+class EntityIndex;
 class EntmakeSequence;
 
 /// What an open document has beside its drawing: LISP environment, session variables, selections.
 class DocumentSession {
   AcApDocument& document_;
   std::unique_ptr<lisp::Interpreter> interpreter_;  // before the values that it made
+  std::unique_ptr<EntityIndex> entity_index_;
 
  public:
   explicit DocumentSession(AcApDocument& document);
@@ -43,6 +45,8 @@ class DocumentSession {
   Status answer_selection(const std::vector<std::string>& handles);
   /// The entities the user selects: the answer given beforehand, once; none without an answer.
   std::vector<AcDbObjectId> take_selection();
+  /// Where the entities of the current space are; made when first asked for.
+  EntityIndex& entity_index();
 
   SystemVariables variables;
   Initget initget;                            // for the next prompt
@@ -51,6 +55,7 @@ class DocumentSession {
   SelectionSets selection_sets;
   std::vector<AcDbObjectId> selection_answer;  // to the next selection by the user
   std::vector<AcDbObjectId> previous_selection;
+  std::vector<AcDbObjectId> implied_selection;  // selected before a command, by sssetfirst
   std::vector<std::uint64_t> modules;  // numbers of those that got kLoadDwgMsg, in that order
   std::optional<FileLock> lock;        // of a drawing opened for writing
   std::string path;                    // UTF-8; empty for a new drawing

@@ -51,7 +51,7 @@ struct EntityShapes::Reference {
 struct EntityShapes::Contents {
   struct Item {
     AcDbObjectId entity;
-    std::vector<ShapePart> parts;  // attributes of a reference too
+    std::vector<ShapePart> parts;
     std::optional<Reference> reference;
   };
   std::vector<Item> items;
@@ -106,14 +106,18 @@ class EntityShapes::Reader {
     for (const std::size_t i : block->added) append_item(i, contents);
   }
 
-  void append_attributes(const Stub& insert, std::vector<ShapePart>& parts) const {
+  /// The visible attributes of a block reference.
+  std::vector<Contents::Item> attributes(const Stub& insert) const {
     constexpr int kHidden = 1;
+    std::vector<Contents::Item> items;
     for (Stub* part : drawing_.sub_entities(insert)) {
       if (part->erased() || drawing_.kind_name(*part) != "ATTRIB") continue;
       const EntityFields fields(drawing_.bytes_of(*part), drawing_.dialect());
-      if (!is_invisible(fields) && !(fields.integer(70) & kHidden))
-        append_parts(AcDbObjectId(part), parts);
+      if (is_invisible(fields) || (fields.integer(70) & kHidden)) continue;
+      Contents::Item& item = items.emplace_back(Contents::Item{AcDbObjectId(part), {}, {}});
+      append_parts(item.entity, item.parts);
     }
+    return items;
   }
 
   static bool is_reference(std::string_view kind) { return kind_of(kind) != Kind::kOther; }
@@ -164,10 +168,12 @@ class EntityShapes::Reader {
     if (is_invisible(fields)) return;
     if (drawing_.kind_name(stub) == "ATTDEF" && !(fields.integer(70) & kConstant)) return;
     Contents::Item item{AcDbObjectId(&stub), {}, reference(AcDbObjectId(&stub))};
-    if (item.reference)
-      append_attributes(stub, item.parts);
-    else
+    if (item.reference) {
+      for (Contents::Item& attribute : attributes(stub))
+        contents.items.push_back(std::move(attribute));
+    } else {
       append_parts(item.entity, item.parts);
+    }
     if (item.reference || !item.parts.empty()) contents.items.push_back(std::move(item));
   }
 
@@ -253,15 +259,16 @@ EntityShapes::Contents& EntityShapes::contents_of(const Reference& reference) {
 bool EntityShapes::visit(AcDbObjectId entity, const std::function<bool(const Visit&)>& visit) {
   Drawing& drawing = StubStore::drawing_of(*entity.stub());
   const Reader reader(drawing);
-  std::vector<ShapePart> parts;
   const std::optional<Reference> reference = reader.reference(entity);
-  if (reference)
-    reader.append_attributes(*entity.stub(), parts);
-  else
-    append_parts(entity, parts);
   Walk walk(*this, visit);
-  return walk.parts(parts, entity, AcGeMatrix3d::kIdentity) &&
-         (!reference || walk.reference(*reference, entity, AcGeMatrix3d::kIdentity));
+  if (!reference) {
+    std::vector<ShapePart> parts;
+    append_parts(entity, parts);
+    return walk.parts(parts, entity, AcGeMatrix3d::kIdentity);
+  }
+  for (const Contents::Item& attribute : reader.attributes(*entity.stub()))
+    if (!walk.parts(attribute.parts, attribute.entity, AcGeMatrix3d::kIdentity)) return false;
+  return walk.reference(*reference, entity, AcGeMatrix3d::kIdentity);
 }
 
 /// In the block's own coordinates.
@@ -306,15 +313,18 @@ AcDbExtents EntityShapes::reference_extents(const Reference& reference, const Ac
 bool EntityShapes::extents(AcDbObjectId entity, AcDbExtents& box) {
   if (entity.isNull()) return false;
   const Reader reader(StubStore::drawing_of(*entity.stub()));
-  std::vector<ShapePart> parts;
   AcDbExtents found;
+  const auto add = [&](const std::vector<ShapePart>& parts) {
+    for (const ShapePart& part : parts) found.addExt(extents_of(part));
+  };
   if (const std::optional<Reference> reference = reader.reference(entity)) {
     found = reference_extents(*reference, AcGeMatrix3d::kIdentity, true);
-    reader.append_attributes(*entity.stub(), parts);
+    for (const Contents::Item& attribute : reader.attributes(*entity.stub())) add(attribute.parts);
   } else {
+    std::vector<ShapePart> parts;
     append_parts(entity, parts);
+    add(parts);
   }
-  for (const ShapePart& part : parts) found.addExt(extents_of(part));
   if (found.is_empty()) return false;
   box = found;
   return true;

@@ -37,7 +37,7 @@ class EntityShapes {
   struct Visit {
     const ShapePart& part;               ///< in the coordinates of its block
     const AcGeMatrix3d& map;             ///< from there to the world
-    AcDbObjectId entity;                 ///< the innermost, whose part it is
+    AcDbObjectId entity;                 ///< the innermost, whose part it is; or an attribute
     std::span<const AcDbObjectId> path;  ///< block references around it, the outermost first
   };
   /// Calls `visit` for every part until it answers false; false when it did. Block references are

@@ -5,8 +5,8 @@
 #include <variant>
 #include <vector>
 
-#include "host/db/record_groups.h"
 #include "host/base/result.h"
+#include "host/db/record_groups.h"
 #include "host/db/resbuf.h"
 #include "host/lisp/value.h"
 

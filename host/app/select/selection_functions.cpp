@@ -1,11 +1,9 @@
-#include <algorithm>
 #include <cmath>
-#include <utility>
 
-#include "host/app/aced.h"
 #include "host/app/builtin_tables.h"
 #include "host/app/data/entget.h"
-#include "host/app/invocation.h"
+#include "host/app/prompt/ucs.h"
+#include "host/app/prompt/values.h"
 #include "host/app/select/selection.h"
 #include "host/base/codepage.h"
 #include "host/lisp/error.h"
@@ -15,62 +13,71 @@ namespace cad {
 
 using lisp::Call;
 using lisp::Interpreter;
+using lisp::ListBuilder;
 using lisp::Value;
 
 namespace {
 
-std::uint64_t payload(AcDbObjectId id) { return static_cast<std::uint64_t>(id.asOldId()); }
+/// What ssget is given: ([mode] [point [point] | (point...)] [filter]).
+struct Arguments {
+  Arguments(Call& call, DocumentSession& session) {
+    const AcGeMatrix3d to_world = ucs_to_world(session);
+    std::size_t i = 0;
+    if (call.arg(0).is_string()) mode = call.string(i++);
+    for (; i < call.size() && point_of(call.arg(i)); ++i)
+      points.push_back(to_world * *point_of(call.arg(i)));
+    if (points.empty() && takes_point_list(mode) && is_point_list(call.arg(i))) {
+      for (const Value& item : call.list(i)) points.push_back(to_world * *point_of(item));
+      ++i;
+    }
+    if (i < call.size()) {
+      filter = call.list(i).empty() ? nullptr : &call.arg(i);
+      ++i;
+    }
+    if (i < call.size()) lisp::raise(L"too many arguments");
+  }
 
-Value pickset_of(Interpreter& interp, const std::vector<AcDbObjectId>& ids) {
-  Value set = interp.pickset();
-  std::vector<std::uint64_t> members;
-  members.reserve(ids.size());
-  for (const AcDbObjectId id : ids) members.push_back(payload(id));
-  set.pickset()->assign(std::move(members));
-  return set;
+  static bool is_point_list(const Value& value) {
+    if (!value.is_cons()) return false;
+    for (const Value& item : lisp::List(value))
+      if (!point_of(item)) return false;
+    return true;
+  }
+
+  std::wstring_view mode;
+  std::vector<AcGePoint3d> points;
+  const Value* filter = nullptr;
+};
+
+SelectionFilter filter_of(const Value* list) {
+  if (!list) return {};
+  Result<SelectionFilter> read = SelectionFilter::from_list(*list);
+  if (!read) lisp::raise(from_utf8(read.error().what));
+  return std::move(*read);
 }
 
-bool is_point(const Value& value) {
-  const lisp::List list(value);
-  return value.car().is_number() && list.at_or_nil(1).is_number();
-}
-
-/// (ssget [mode] [points...] [filter])
 Value fn_ssget(Call& call) {
   DocumentSession& session = DocumentSession::of(call);
-  std::wstring_view mode;
-  const Value* filter_list = nullptr;
-  for (std::size_t i = 0; i < call.size(); ++i) {
-    const Value& argument = call.arg(i);
-    if (argument.is_string() && i == 0) {
-      mode = argument.text();
-    } else if (is_point(argument)) {
-      lisp::raise(L"ssget at a point needs a screen");
-    } else if (argument.is_list()) {
-      if (argument.is_cons()) filter_list = &argument;
-    } else {
-      lisp::raise_bad_type(L"listp", argument);
-    }
-  }
-  SelectionFilter filter;
-  if (filter_list) {
-    Result<SelectionFilter> read = SelectionFilter::from_list(*filter_list);
-    if (!read) lisp::raise(from_utf8(read.error().what));
-    filter = std::move(*read);
-  }
-  const std::vector<AcDbObjectId> ids = select(session, mode, filter);
-  return ids.empty() ? Value() : pickset_of(call.interp(), ids);
+  const Arguments arguments(call, session);
+  const SelectionFilter filter = filter_of(arguments.filter);
+  Selection found = select(session, SelectionRequest{arguments.mode, arguments.points}, filter);
+  return found.empty() ? Value() : pickset_of(call.interp(), std::move(found));
 }
 
 Value fn_sslength(Call& call) {
   return Value::integer(static_cast<std::int32_t>(call.pickset(0).enames.size()));
 }
 
+/// The member a call names by its index.
+std::optional<std::uint64_t> member_at(Call& call, const lisp::Pickset& set, std::size_t argument) {
+  const double index = std::trunc(call.real(argument));
+  if (!(index >= 0) || index >= static_cast<double>(set.enames.size())) return std::nullopt;
+  return set.enames[static_cast<std::size_t>(index)];
+}
+
 Value fn_ssname(Call& call) {
-  const lisp::Pickset& set = call.pickset(0);
-  const double index = std::trunc(call.real(1));
-  if (!(index >= 0) || index >= static_cast<double>(set.enames.size())) return Value();
-  return call.interp().ename(set.enames[static_cast<std::size_t>(index)]);
+  const auto member = member_at(call, call.pickset(0), 1);
+  return member ? call.interp().ename(*member) : Value();
 }
 
 Value fn_ssadd(Call& call) {
@@ -92,116 +99,95 @@ Value fn_ssmemb(Call& call) {
   return contains(call.pickset(1), id_of_name(call.ename(0))) ? call.arg(0) : Value();
 }
 
+/// A point of the world as ssnamex gives it: seen along Z, an infinite line (0) through it.
+Value point_item(Interpreter& interp, const AcGePoint3d& point) {
+  return interp.list({Value::integer(0), list_of(interp, point)});
+}
+
+/// (method name 0 [polygon or points])
+Value how_item(Interpreter& interp, std::uint64_t member, const Selection* origin) {
+  ListBuilder item(interp.heap());
+  const AcDbObjectId id = id_of_name(member);
+  const Selection::How how = origin ? origin->how(id) : Selection::How();
+  item.append(Value::integer(static_cast<std::int32_t>(how.method)));
+  item.append(interp.ename(member));
+  item.append(Value::integer(0));  // the mark of a screen's picture, which there is none of
+  if (how.polygon != 0) item.append(Value::integer(how.polygon));
+  if (origin)
+    for (const AcGePoint3d& place : origin->places(id)) item.append(point_item(interp, place));
+  return item.finish();
+}
+
+void append_polygon(Interpreter& interp, const Selection& origin, int number, ListBuilder& out) {
+  ListBuilder item(interp.heap());
+  item.append(Value::integer(number));
+  for (const AcGePoint3d& corner : origin.polygons()[static_cast<std::size_t>(-number - 1)])
+    item.append(point_item(interp, corner));
+  out.append(item.finish());
+}
+
+Value fn_ssnamex(Call& call) {
+  Interpreter& interp = call.interp();
+  const lisp::Pickset& set = call.pickset(0);
+  const auto origin = std::static_pointer_cast<Selection>(set.origin);
+  ListBuilder out(interp.heap());
+  if (call.has(1)) {
+    const auto member = member_at(call, set, 1);
+    if (!member) return Value();
+    out.append(how_item(interp, *member, origin.get()));
+    const int polygon = origin ? origin->how(id_of_name(*member)).polygon : 0;
+    if (polygon != 0) append_polygon(interp, *origin, polygon, out);
+    return out.finish();
+  }
+  for (const std::uint64_t member : set.enames) out.append(how_item(interp, member, origin.get()));
+  const int polygons = origin ? static_cast<int>(origin->polygons().size()) : 0;
+  for (int i = 1; i <= polygons; ++i) append_polygon(interp, *origin, -i, out);
+  return out.finish();
+}
+
+/// Entities that are selected before a command; grips are for screens.
+Value fn_sssetfirst(Call& call) {
+  DocumentSession& session = DocumentSession::of(call);
+  session.implied_selection.clear();
+  const Value& chosen = call.has(1) && call.arg(1) ? call.arg(1) : call.arg(0);
+  if (chosen)
+    for (const std::uint64_t member : call.pickset(call.arg(1) ? 1 : 0).enames)
+      session.implied_selection.push_back(id_of_name(member));
+  return call.interp().list({Value(), chosen});
+}
+
+Value fn_ssgetfirst(Call& call) {
+  DocumentSession& session = DocumentSession::of(call);
+  Selection chosen;
+  for (const AcDbObjectId id : session.implied_selection)
+    if (!id.isErased()) chosen.add(id);
+  Value set = chosen.empty() ? Value() : pickset_of(call.interp(), std::move(chosen));
+  return call.interp().list({Value(), std::move(set)});
+}
+
 constexpr lisp::Builtin kSelectionFunctions[] = {
     // name, arguments, function, usage, help
-    {"ssget", 0, 5, fn_ssget, "(ssget [mode] [filter])",
+    {"ssget", 0, 5, fn_ssget, "(ssget [mode] [point [point]] [points] [filter])",
      "selects entities: \"X\" the whole drawing, \"A\" the current space, \"L\" the last, \"P\" "
-     "the previous selection, otherwise the user; nil when nothing fits"},
+     "the previous selection, \"I\" what is selected already, \"W\" \"C\" \"B\" by two corners, "
+     "\"WP\" \"CP\" \"F\" by a list of points, a point what is there, otherwise the user; \":L\" "
+     "nothing on locked layers, \":S\" one step, \":E\" all within the pick box; nil when nothing "
+     "fits"},
     {"sslength", 1, 1, fn_sslength, "(sslength set)", "number of entities in a selection set"},
     {"ssname", 2, 2, fn_ssname, "(ssname set index)", "entity of a set, from 0; nil past the end"},
+    {"ssnamex", 1, 2, fn_ssnamex, "(ssnamex set [index])",
+     "how the entities of a set were selected"},
     {"ssadd", 0, 2, fn_ssadd, "(ssadd [ename [set]])", "adds an entity to a set, or to a new one"},
     {"ssdel", 2, 2, fn_ssdel, "(ssdel ename set)", "takes an entity out of a set"},
     {"ssmemb", 2, 2, fn_ssmemb, "(ssmemb ename set)", "ename when it is in the set, else nil"},
+    {"sssetfirst", 1, 2, fn_sssetfirst, "(sssetfirst grips [set])",
+     "selects entities before a command: for (ssget) and (ssget \"I\")"},
+    {"ssgetfirst", 0, 0, fn_ssgetfirst, "(ssgetfirst)",
+     "(nil set) of the entities that are selected"},
 };
-
-/// The set a module names, in the session it is working in.
-struct NamedSet {
-  DocumentSession* session = DocumentSession::current();
-  const Value* value = nullptr;
-
-  explicit NamedSet(const std::int64_t* name) {
-    if (session && name) value = session->selection_sets.find(name[0]);
-  }
-  explicit operator bool() const { return value != nullptr; }
-  lisp::Pickset* operator->() const { return value->pickset(); }
-  lisp::Pickset& operator*() const { return *value->pickset(); }
-};
-
-bool give_set(DocumentSession& session, const std::vector<AcDbObjectId>& ids, ads_name set) {
-  const std::int64_t number = session.selection_sets.keep(pickset_of(session.interpreter(), ids));
-  set[0] = number;
-  return number != 0;
-}
 
 }  // namespace
 
 std::span<const lisp::Builtin> selection_functions() { return kSelectionFunctions; }
 
 }  // namespace cad
-
-using cad::NamedSet;
-
-int acedSSGet(const ACHAR* how, const void* point1, const void* point2, const resbuf* filter,
-              ads_name set) {
-  if (!set) return RTREJ;
-  set[0] = set[1] = 0;
-  cad::DocumentSession* const session = cad::DocumentSession::current();
-  if (!session || point1 || point2) return RTREJ;
-  cad::Result<cad::SelectionFilter> compiled = cad::SelectionFilter::from_chain(filter);
-  if (!compiled) return RTREJ;
-  try {
-    const std::vector<AcDbObjectId> ids = cad::select(*session, how ? how : L"", *compiled);
-    if (ids.empty()) return RTERROR;
-    return cad::give_set(*session, ids, set) ? RTNORM : RTERROR;
-  } catch (const cad::lisp::LispError&) {
-    return RTREJ;
-  }
-}
-
-int acedSSFree(const ads_name set) {
-  cad::DocumentSession* const session = cad::DocumentSession::current();
-  return session && set && session->selection_sets.free(set[0]) ? RTNORM : RTERROR;
-}
-
-int acedSSLength(const ads_name set, std::int32_t* length) {
-  const NamedSet named(set);
-  if (!named || !length) return RTERROR;
-  *length = static_cast<std::int32_t>(named->enames.size());
-  return RTNORM;
-}
-
-int acedSSName(const ads_name set, std::int32_t index, ads_name entity) {
-  const NamedSet named(set);
-  if (!named || !entity || index < 0 || static_cast<std::size_t>(index) >= named->enames.size())
-    return RTERROR;
-  entity[0] = static_cast<std::int64_t>(named->enames[static_cast<std::size_t>(index)]);
-  entity[1] = 0;
-  return RTNORM;
-}
-
-int acedSSAdd(const ads_name entity, const ads_name set, ads_name result) {
-  cad::DocumentSession* const session = cad::DocumentSession::current();
-  if (!session || !result) return RTERROR;
-  AcDbObjectId id;
-  if (entity && acdbGetObjectId(id, entity) != Acad::eOk) return RTERROR;
-  if (set) {
-    const NamedSet named(set);
-    if (!named || id.isNull()) return RTERROR;
-    cad::add_member(*named, id);
-    result[0] = set[0];
-    result[1] = 0;
-    return RTNORM;
-  }
-  result[1] = 0;
-  try {
-    std::vector<AcDbObjectId> members;
-    if (!id.isNull()) members.push_back(id);
-    return cad::give_set(*session, members, result) ? RTNORM : RTERROR;
-  } catch (const cad::lisp::LispError&) {
-    return RTERROR;
-  }
-}
-
-int acedSSDel(const ads_name entity, const ads_name set) {
-  const NamedSet named(set);
-  AcDbObjectId id;
-  if (!named || !entity || acdbGetObjectId(id, entity) != Acad::eOk) return RTERROR;
-  return cad::remove_member(*named, id) ? RTNORM : RTERROR;
-}
-
-int acedSSMemb(const ads_name entity, const ads_name set) {
-  const NamedSet named(set);
-  AcDbObjectId id;
-  if (!named || !entity || acdbGetObjectId(id, entity) != Acad::eOk) return RTERROR;
-  return cad::contains(*named, id) ? RTNORM : RTERROR;
-}

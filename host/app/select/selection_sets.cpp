@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "host/app/select/selection.h"
+
 namespace cad {
 namespace {
 
@@ -44,8 +46,22 @@ bool contains(const lisp::Pickset& set, AcDbObjectId id) {
   return set.enames.contains(payload(id));
 }
 
-void add_member(lisp::Pickset& set, AcDbObjectId id) { set.add(payload(id)); }
+void add_member(lisp::Pickset& set, AcDbObjectId id) {
+  if (!set.add(payload(id)) || !set.origin) return;
+  std::static_pointer_cast<Selection>(set.origin)->set_how(id, {});
+}
 
 bool remove_member(lisp::Pickset& set, AcDbObjectId id) { return set.remove(payload(id)); }
+
+lisp::Value pickset_of(lisp::Interpreter& interp, Selection selection) {
+  lisp::Value set = interp.pickset();
+  std::vector<std::uint64_t> members;
+  members.reserve(selection.size());
+  for (const AcDbObjectId id : selection.ids()) members.push_back(payload(id));
+  set.pickset()->assign(std::move(members));
+  selection.take_ids();  // the set has them
+  set.pickset()->origin = std::make_shared<Selection>(std::move(selection));
+  return set;
+}
 
 }  // namespace cad

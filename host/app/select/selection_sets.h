@@ -4,9 +4,12 @@
 #include <map>
 
 #include "host/db/object_id.h"
+#include "host/lisp/interpreter.h"
 #include "host/lisp/value.h"
 
 namespace cad {
+
+class Selection;
 
 /// The selection sets of one document that modules know, under the numbers that stand in their
 /// ads_names. Sets of a module's own last until it frees them; sets lent to it as arguments or
@@ -32,6 +35,9 @@ class SelectionSets {
   std::int64_t last_number_ = 0;
   std::size_t kept_ = 0;
 };
+
+/// A selection as a value of LISP, which keeps how each member was selected.
+lisp::Value pickset_of(lisp::Interpreter& interp, Selection selection);
 
 /// Membership keeps the order in which entities were added.
 bool contains(const lisp::Pickset& set, AcDbObjectId id);

@@ -85,8 +85,6 @@ TEST_F(Selection, ModesOfTheHost) {
   EXPECT_EQ(eval("(handles (ssget \"A\"))"), "(\"2D\" \"2C\" \"2A\")");  // 2B is on a locked layer
   EXPECT_EQ(eval("(handles (ssget \"L\"))"), "(\"30\")");
   EXPECT_EQ(eval("(handles (ssget \"P\"))"), "(\"30\")");
-  EXPECT_EQ(eval("(ssget \"W\" '(0 0) '(1 1))"), "error: ssget at a point needs a screen");
-  EXPECT_EQ(eval("(ssget \"W\")"), "error: ssget mode needs a screen: W");
   EXPECT_EQ(eval("(ssget \"ZZ\")"), "error: bad ssget mode string: ZZ");
 }
 
