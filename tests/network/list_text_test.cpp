@@ -69,4 +69,38 @@ TEST(ListText, UnbalancedTextReachesToTheEnd) {
   EXPECT_EQ(KT::Nth(L"(", 0, true), L"");
 }
 
+TEST(ListText, AFullWidthBlankIsACharacterOfTheWord) {
+  EXPECT_EQ(KT::Nth(L"L　= m", 0, true), L"L　=");
+  EXPECT_EQ(KT::Nth(L"L　= m", 1, true), L"m");
+}
+
+TEST(ListText, ListsReadAlikeWithAndWithoutOuterParentheses) {
+  for (const wchar_t* text :
+       {L"(\"管径\" \"Y\") (\"管长\" \"N\")", L"((\"管径\" \"Y\") (\"管长\" \"N\"))"}) {
+    EXPECT_EQ(KT::Nth(KT::Nth(text, 0, true), 0, true), L"管径");
+    EXPECT_EQ(KT::Nth(KT::Nth(text, 1, true), 1, true), L"N");
+    EXPECT_EQ(KT::Nth(text, 2, true), L"");
+  }
+}
+
+TEST(ListText, AnEmptyListIsAnElement) {
+  EXPECT_EQ(KT::Nth(L"a () b", 1, true), L"()");
+  EXPECT_EQ(KT::Nth(L"a () b", 2, true), L"b");
+  EXPECT_EQ(KT::Nth(L"(())", 0, true), L"()");
+}
+
+TEST(ListText, DeepNestingIsReadWithoutDeepCalls) {
+  const std::wstring deep(1000000, L'(');
+  EXPECT_EQ(KT::Nth(deep + L"a", 0, true).size(), 1000000u);
+}
+
+TEST(ListText, AReaderGivesTheElementsOneByOne) {
+  network::ListReader list(L"(a \"\" (b c) d)", true);
+  EXPECT_EQ(list.next(), L"a");
+  EXPECT_EQ(list.next(), L"") << "an empty text, not the end";
+  EXPECT_TRUE(list.skip());
+  EXPECT_EQ(list.next(), L"d");
+  EXPECT_FALSE(list.skip());
+}
+
 }  // namespace
