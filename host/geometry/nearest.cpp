@@ -93,13 +93,19 @@ Segment::Nearest Segment::nearest_on_circle(const AcGePoint3d& p, bool before, b
   const double x = arm.dotProduct(x_axis_), y = arm.dotProduct(y_axis_);
   if (sweep_ == 0.0 || (x == 0.0 && y == 0.0)) return measured(p, 0.0);
   double u = u_of_angle(std::atan2(y, x), before, behind);
+  if (u == 0.0 || u == 1.0) return measured(p, u);
+  constexpr double kFlat = 1e-3;
+  if (std::fabs(sweep_) > kFlat) {
+    const AcGePoint3d point = center_ + (x_axis_ * x + y_axis_ * y) / std::hypot(x, y);
+    return {u, point, point.distanceTo(p)};
+  }
   // On a flat arc the angle is coarse: the derivative there is not.
   for (int step = 0; step < 2 && u > 0.0 && u < 1.0; ++step) {
     const Jet jet = at(u);
     const AcGeVector3d gap = jet.point - p;
     const double bend = jet.first.lengthSqrd() + gap.dotProduct(jet.second);
     const double next = u - gap.dotProduct(jet.first) / bend;
-    if (!(std::fabs(next - u) < 1e-3)) break;
+    if (!(std::fabs(next - u) < kFlat)) break;
     u = std::clamp(next, 0.0, 1.0);
   }
   return measured(p, u);
