@@ -48,6 +48,7 @@ struct Answer {
   std::wstring text;
   AcDbObjectId entity;
   std::vector<AcDbObjectId> selection;
+  std::vector<AcGePoint3d> crossing;  ///< corners of the last window or polygon that crossed it
 
   bool from_points = false;  ///< a distance or an angle shown by points, an entity picked
 

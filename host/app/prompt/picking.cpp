@@ -1,7 +1,7 @@
 #include "host/app/prompt/picking.h"
 
-#include "host/app/data/entget.h"
 #include "host/app/select/plan_selection.h"
+#include "host/app/select/selection.h"
 #include "host/app/session.h"
 #include "host/base/fold.h"
 #include "host/base/numbers.h"
@@ -18,8 +18,8 @@ AcDbObjectId entity_at(DocumentSession& session, const AcGePoint3d& point) {
 std::optional<AcDbObjectId> named_entity(DocumentSession& session, std::wstring_view typed) {
   if (typed.starts_with(L"_")) typed.remove_prefix(1);
   if (equal_no_case(typed, L"L") || equal_no_case(typed, L"LAST")) {
-    const AcDbObjectId last = last_main_entity(session.database());
-    return last.isNull() ? std::nullopt : std::optional(last);
+    const std::vector<AcDbObjectId> last = select(session, L"L", SelectionFilter());
+    return last.empty() ? std::nullopt : std::optional(last.front());
   }
   constexpr std::wstring_view kHandle = L"handle:";
   if (typed.size() <= kHandle.size() || !equal_no_case(typed.substr(0, kHandle.size()), kHandle))

@@ -311,7 +311,7 @@ Reading Question::select(const Value& input) {
   message_ = selecting_->message();
   text_ = selecting_->text();
   if (reading != Reading::kAnswered) return reading;
-  answer_.selection = selecting_->take();
+  selecting_->take(answer_);
   answer_.kind = Answer::Kind::kSelection;
   return reading;
 }

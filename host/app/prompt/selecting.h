@@ -17,7 +17,15 @@ class Question::Selecting {
   const std::wstring& text() const { return dialog_.prompt(); }
   const std::wstring& message() const { return dialog_.message(); }
   bool in_parts() const { return dialog_.in_parts(); }
-  std::vector<AcDbObjectId> take() { return dialog_.take().take_ids(); }
+  void take(Answer& answer) {
+    Selection selection = dialog_.take();
+    for (const AcDbObjectId id : selection.ids()) {
+      const Selection::How how = selection.how(id);
+      if (how.method == Selection::Method::kCrossing && how.polygon != 0)
+        answer.crossing = selection.polygons()[static_cast<std::size_t>(-how.polygon - 1)];
+    }
+    answer.selection = selection.take_ids();
+  }
 
  private:
   const std::wstring prompt_;  // before the dialogue, which looks at it

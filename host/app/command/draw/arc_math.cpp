@@ -22,10 +22,12 @@ std::optional<DrawnArc> checked(const DrawnArc& arc) {
 double DrawnArc::bulge() const { return std::tan(included / 4); }
 
 double DrawnArc::radius() const {
+  if (given_centre) return flat_distance(*given_centre, start);
   return flat_distance(start, end) / (2 * std::abs(std::sin(included / 2)));
 }
 
 AcGePoint3d DrawnArc::centre() const {
+  if (given_centre) return *given_centre;
   // From the start, turned off the chord by what half the angle leaves to a right one.
   const double side = included > 0.0 ? 1.0 : -1.0;
   const double off = std::numbers::pi / 2 - std::abs(included) / 2;
@@ -41,12 +43,16 @@ std::optional<DrawnArc> arc_through(const AcGePoint3d& start, const AcGePoint3d&
   const double from = direction(*centre, start);
   const double whole = sweep(from, direction(*centre, end));
   const bool is_on_way = sweep(from, direction(*centre, second)) < whole;
-  return checked({start, {end.x, end.y, start.z}, is_on_way ? whole : whole - kTurn});
+  return checked({start, {end.x, end.y, start.z}, is_on_way ? whole : whole - kTurn, centre});
 }
 
 std::optional<DrawnArc> arc_about(const AcGePoint3d& start, const AcGePoint3d& centre,
                                   const AcGePoint3d& end) {
-  return arc_about_by_angle(start, centre, sweep(direction(centre, start), direction(centre, end)));
+  auto arc =
+      arc_about_by_angle(start, centre, sweep(direction(centre, start), direction(centre, end)));
+  if (arc && flat_distance(arc->end, end) < 1e-9 * arc->radius())
+    arc->end = {end.x, end.y, start.z};
+  return arc;
 }
 
 std::optional<DrawnArc> arc_about_by_angle(const AcGePoint3d& start, const AcGePoint3d& centre,
@@ -54,7 +60,7 @@ std::optional<DrawnArc> arc_about_by_angle(const AcGePoint3d& start, const AcGeP
   const double radius = flat_distance(centre, start);
   AcGePoint3d end = polar(centre, direction(centre, start) + included, radius);
   end.z = start.z;
-  return checked({start, end, included});
+  return checked({start, end, included, AcGePoint3d(centre.x, centre.y, start.z)});
 }
 
 std::optional<DrawnArc> arc_about_by_chord(const AcGePoint3d& start, const AcGePoint3d& centre,

@@ -12,6 +12,7 @@ struct DrawnArc {
   AcGePoint3d start;
   AcGePoint3d end;
   double included = 0.0;  ///< counter-clockwise; below 0 it runs clockwise
+  std::optional<AcGePoint3d> given_centre = {};
 
   double bulge() const;
   AcGePoint3d centre() const;

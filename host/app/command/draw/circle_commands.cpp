@@ -8,6 +8,7 @@
 #include "host/app/command/draw/draw.h"
 #include "host/app/session.h"
 #include "host/db/curve.h"
+#include "host/geometry/angle.h"
 
 /// Circles and arcs.
 namespace cad {
@@ -39,8 +40,8 @@ void draw_arc(CommandLine& line, const std::optional<DrawnArc>& arc) {
   GroupList groups(L"ARC");
   groups.point(10, plane.stored(centre))
       .real(40, arc->radius())
-      .real(50, plane.stored_angle(from))
-      .real(51, plane.stored_angle(to));
+      .real(50, full_turn(plane.stored_angle(from)))
+      .real(51, full_turn(plane.stored_angle(to)));
   draw(line, plane.flat(groups));
   line.set_last_point(plane.world(arc->end));
 }

@@ -121,7 +121,10 @@ double flat_distance(const AcGePoint3d& from, const AcGePoint3d& to) {
 }
 
 AcGePoint3d polar(const AcGePoint3d& from, double angle, double distance) {
-  return {from.x + distance * std::cos(angle), from.y + distance * std::sin(angle), from.z};
+  // Right angles come as multiples of pi, whose sine and cosine miss 0 by a little.
+  const auto exact = [](double x) { return std::abs(x) < 1e-15 ? 0.0 : x; };
+  return {from.x + distance * exact(std::cos(angle)), from.y + distance * exact(std::sin(angle)),
+          from.z};
 }
 
 std::optional<AcGePoint3d> circle_centre(const AcGePoint3d& a, const AcGePoint3d& b,
