@@ -128,6 +128,7 @@ void Drawing::restored(Stub& stub) {
 
 Stub& Drawing::new_stub(std::string_view kind, std::uint64_t owner, dxf::Section section,
                         std::uint64_t anchor) {
+  undo_.before_making();
   const std::uint64_t handle = allocate_handle();
   const std::size_t index = stubs_.size();
   Stub& stub = stubs_.add();

@@ -57,6 +57,10 @@ class UndoLog {
   void before_change(Stub& stub);
   /// All its contents are about to be replaced: they are moved here.
   void before_replacing(AcDbObject& object);
+  /// A handle is about to be given to a new object, which made() then names.
+  void before_making() {
+    if (recording_) step();
+  }
   void made(Stub& stub);
   void before_header_change(const std::string& name);
 
