@@ -73,6 +73,7 @@ Value fn_read_char(Call& call) {
 // clang-format off
 constexpr Builtin kFileFunctions[] = {
     {"findfile",  1, 1, fn_findfile,  "(findfile name)",      "the path of a file; nil when it is not found"},
+    {"findtrustedfile", 1, 1, fn_findfile, "(findtrustedfile name)", "as findfile: every folder is trusted"},
     {"open",      2, 3, fn_open,      "(open name mode)",     "opens a text file: \"r\" read, \"w\" write, \"a\" append; nil on failure"},
     {"close",     1, 1, fn_close,     "(close file)",         "closes a file; nil"},
     {"read-line", 0, 1, fn_read_line, "(read-line [file])",   "the next line of a file or of the prompt; nil at its end"},

@@ -1,5 +1,8 @@
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <cstdint>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -99,6 +102,19 @@ Value fn_file_size(Call& call) {
                            : Value::real(static_cast<double>(size));
 }
 
+// Year, month, day of the week from Sunday 0, day, hour, minute, second, millisecond.
+Value fn_file_systime(Call& call) {
+  const auto path = find_file(call.interp(), call.string(0));
+  struct stat facts;
+  std::tm at{};
+  if (!path || ::stat(path->c_str(), &facts) != 0) return Value();
+  if (::localtime_r(&facts.st_mtim.tv_sec, &at) == nullptr) return Value();
+  const auto item = [](long n) { return Value::integer(static_cast<std::int32_t>(n)); };
+  return call.interp().list({item(at.tm_year + 1900), item(at.tm_mon + 1), item(at.tm_wday),
+                             item(at.tm_mday), item(at.tm_hour), item(at.tm_min), item(at.tm_sec),
+                             item(facts.st_mtim.tv_nsec / 1000000)});
+}
+
 Value fn_file_directory_p(Call& call) {
   std::error_code ignored;
   return call.truth(fs::is_directory(place_file(call.interp(), call.string(0)), ignored));
@@ -183,6 +199,7 @@ constexpr Builtin kPathFunctions[] = {
     {"vl-filename-mktemp",    0, 3, fn_filename_mktemp,    "(vl-filename-mktemp [pattern [directory [extension]]])", "a name no file has yet"},
     {"fnsplitl",              1, 1, fn_fnsplitl,           "(fnsplitl name)",              "directory, base and extension in a list"},
     {"vl-file-size",          1, 1, fn_file_size,          "(vl-file-size name)",          "the number of bytes; nil when there is no such file"},
+    {"vl-file-systime",       1, 1, fn_file_systime,       "(vl-file-systime name)",       "when the file was changed: year, month, day of the week, day, hour, minute, second, millisecond"},
     {"vl-file-directory-p",   1, 1, fn_file_directory_p,   "(vl-file-directory-p name)",   "T for a directory"},
     {"vl-file-delete",        1, 1, fn_file_delete,        "(vl-file-delete name)",        "removes a file; T when it is gone"},
     {"vl-file-rename",        2, 2, fn_file_rename,        "(vl-file-rename from to)",     "renames a file; nil when to exists"},

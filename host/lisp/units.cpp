@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 
 #include "host/base/decimal_text.h"
 #include "host/base/numbers.h"
@@ -36,12 +37,32 @@ std::wstring fixed(double value, int precision, int zeros = 0) {
   return widened(text);
 }
 
+// Digits beyond the precision round half away from zero, as the C runtime of the host does it.
 std::wstring scientific(double value, int precision) {
-  char text[64];
-  const auto end =
-      std::to_chars(text, text + sizeof text, value, std::chars_format::scientific, precision).ptr;
-  std::replace(text, end, 'e', 'E');
-  return {text, end};
+  constexpr int kExact = 60;  // a tie has fewer digits
+  char text[kExact + 16];
+  const auto end = std::to_chars(text, text + sizeof text, std::fabs(value),
+                                 std::chars_format::scientific, kExact)
+                       .ptr;
+  const auto kept = static_cast<std::size_t>(precision);
+  std::string digits = text[0] + std::string(text + 2, text + 2 + kept);
+  const bool up = text[2 + kept] >= '5';
+  int exponent = 0;
+  const char* const exponent_text = std::find(text, end, 'e') + 1;
+  std::from_chars(exponent_text + (*exponent_text == '+' ? 1 : 0), end, exponent);
+  std::size_t at = digits.size();
+  while (up && at > 0 && digits[at - 1] == '9') digits[--at] = '0';
+  if (up && at > 0) ++digits[at - 1];
+  if (up && at == 0) {  // 9.99 becomes 10.0
+    digits = "1" + std::string(kept, '0');
+    ++exponent;
+  }
+  std::string out = value < 0 ? "-" : "";
+  out += digits[0];
+  if (kept > 0) out += "." + digits.substr(1);
+  out += exponent < 0 ? "E-" : "E+";
+  const std::string size = std::to_string(std::abs(exponent));
+  return widened(out + (size.size() < 2 ? "0" : "") + size);
 }
 
 // Inches in 2^precision parts of one: 3 1/2.
@@ -72,6 +93,9 @@ std::wstring feet_and_inches(std::int64_t feet, const std::wstring& inches, bool
   std::wstring text;
   if (show_feet) text = std::to_wstring(feet) + L"'";
   if (show_feet && show_inches) text += L'-';
+  // A fraction alone follows feet as 1'-0 1/2".
+  const bool fraction_only = inches.find(L'/') != inches.npos && inches.find(L' ') == inches.npos;
+  if (show_feet && show_inches && fraction_only) text += L"0 ";
   if (show_inches) text += inches + L'"';
   return text;
 }

@@ -1,5 +1,6 @@
 // Runs checks written in LISP: run_lisp harness.lsp checks.lsp. Fails when a check failed, when a
-// file could not be evaluated to its end, and when nothing was checked.
+// file could not be evaluated to its end, and when nothing was checked. A system variable is what
+// the checks set as *NAME*.
 
 #include <cstdio>
 #include <string>
@@ -11,6 +12,9 @@ int main(int argc, char** argv) {
   using namespace cad::lisp;
   Services services;
   services.output = [](std::wstring_view text) { std::fputs(cad::to_utf8(text).c_str(), stdout); };
+  services.system_variable = [](Interpreter& interp, std::wstring_view name) {
+    return interp.variable(L"*" + std::wstring(name) + L"*");
+  };
   Interpreter interp(std::move(services));
   for (int i = 1; i < argc; ++i) {
     if (!interp.load_file(argv[i])) return 1;

@@ -57,12 +57,11 @@ using Autoload = WithHost;
 TEST_F(Autoload, LoadsTheFileWhenACommandIsFirstUsed) {
   const std::string file = testing::TempDir() + "autoloaded.lsp";
   std::ofstream(file)
-      << "(setq loads (1+ (cond (loads) (0)))) (defun c:first () (list 'first loads))";
+      << "(setq loads (1+ (cond (loads) (T 0)))) (defun c:first () (list 'first loads))";
   host.new_drawing();
   EXPECT_EQ(eval("(autoload \"" + file + "\" '(\"first\" \"second\"))"), "nil");
   EXPECT_EQ(eval("loads"), "nil");
-  EXPECT_EQ(eval("(cond (loads) (0))"), "0");
-  EXPECT_EQ(eval("(c:first)"), "(FIRST T)");
+  EXPECT_EQ(eval("(c:first)"), "(FIRST 1)");
   std::remove(file.c_str());
 }
 
