@@ -63,6 +63,10 @@ bool looks_like_utf8(std::string_view bytes) {
   return has_long || !has_foreign;
 }
 
+bool is_ascii(std::string_view bytes) {
+  return std::all_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) == 0; });
+}
+
 std::wstring decode_utf16(std::string_view bytes) {
   std::wstring text;
   text.reserve(bytes.size() / 2);
@@ -125,9 +129,7 @@ TextEncoding detect_encoding(std::string_view bytes) {
   if (bytes.starts_with(kUtf8Mark)) return TextEncoding::kUtf8WithMark;
   if (bytes.starts_with(kUtf16Mark)) return TextEncoding::kUtf16WithMark;
   // Plain ASCII reads the same either way; what is added to it later is written in the code page.
-  const bool ascii =
-      std::all_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) == 0; });
-  return !ascii && looks_like_utf8(bytes) ? TextEncoding::kUtf8 : TextEncoding::kAnsi936;
+  return !is_ascii(bytes) && looks_like_utf8(bytes) ? TextEncoding::kUtf8 : TextEncoding::kAnsi936;
 }
 
 std::size_t mark_size(TextEncoding encoding) {
@@ -140,6 +142,9 @@ std::wstring decode_settings(std::string_view bytes, TextEncoding encoding) {
     case TextEncoding::kUtf16WithMark:
       return decode_utf16(bytes);
     case TextEncoding::kAnsi936:
+      // Without a Chinese character there is no need to build the page's table, which takes longer
+      // than reading all settings.
+      if (is_ascii(bytes)) return std::wstring(bytes.begin(), bytes.end());
       return cad::decode(bytes, cad::CodePage::k936);
     default:
       return cad::decode(bytes, cad::CodePage::kUtf8);
