@@ -73,12 +73,13 @@ Status change_object(AcDbObjectId id, std::span<const GroupView> groups) {
   if (Status status = merge.run(); !status)
     return fail(std::string(kind), status.error().message());
   if (!merge.changed()) return {};
-  for (const GroupView& group : merge.fresh())
+  const std::vector<GroupView> fresh = merge.fresh();
+  for (const GroupView& group : fresh)
     if (Status status = check_change(drawing, id, group); !status) return status;
   if (Status status = check_extended_data(drawing, merge.fresh_extended_data()); !status)
     return fail(std::string(kind), status.error().message());
   if (drawing.class_of(*id.stub()).entity) {
-    for (const GroupView& group : merge.fresh()) {
+    for (const GroupView& group : fresh) {
       if (group.code != 8) continue;
       if (const auto layer = ensure_layer(drawing.database(), group.text); !layer)
         return layer.error();

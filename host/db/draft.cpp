@@ -388,6 +388,7 @@ std::string Draft::spell(const dxf::Dialect& dialect, std::uint64_t handle, std:
 }
 
 Status check_extended_data(Drawing& drawing, std::span<const GroupView> groups) {
+  if (groups.empty()) return {};
   constexpr std::size_t kMost = 16383;
   constexpr std::size_t kLongestText = 255;
   std::string spelled;

@@ -131,6 +131,7 @@ class Drawing {
   Block* block_named(std::wstring_view name);
   /// Files a new block by its BLOCK and ENDBLK, which stand in the stubs one behind the other.
   void add_block(const Stub& begin, const Stub& end);
+  std::uint64_t model_space();  ///< handle of its block record; 0 in drawings that have none
   bool is_space(std::uint64_t block_record);  ///< whether its entities stand in ENTITIES
   void add_to_space(std::size_t index) { added_entities_.push_back(index); }
   Stub* first_entity();
@@ -224,6 +225,7 @@ class Drawing {
   std::vector<Block> blocks_;
   std::unordered_map<std::uint64_t, std::size_t> block_by_record_;
   bool blocks_by_record_known_ = false;
+  std::optional<std::uint64_t> model_space_;
   std::vector<std::size_t> added_entities_;
   Stub* made_root_ = nullptr;  // the root dictionary of a file without objects
   std::map<std::string, std::unordered_map<std::wstring, std::size_t>, std::less<>> table_names_;

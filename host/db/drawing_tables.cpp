@@ -51,7 +51,9 @@ void Drawing::table_changed(std::string_view table) {
   const auto found = table_names_.find(table);
   if (found != table_names_.end()) table_names_.erase(found);
   if (table == "LAYER") locked_layers_.reset();
-  if (table == "BLOCK_RECORD") blocks_by_record_known_ = false;
+  if (table != "BLOCK_RECORD") return;
+  blocks_by_record_known_ = false;
+  model_space_.reset();
 }
 
 void Drawing::record_turned(const Stub& stub) {
@@ -142,9 +144,16 @@ std::uint64_t Drawing::space_of(const Stub& stub) const {
   return record ? record->handle : 0;
 }
 
+std::uint64_t Drawing::model_space() {
+  if (!model_space_) {
+    const Stub* record = table_record("BLOCK_RECORD", L"*Model_Space");
+    model_space_ = record ? record->handle : 0;
+  }
+  return *model_space_;
+}
+
 bool Drawing::is_space(std::uint64_t block_record) {
-  const Stub* model = table_record("BLOCK_RECORD", L"*Model_Space");
-  if (model && model->handle == block_record) return true;
+  if (block_record != 0 && block_record == model_space()) return true;
   const Stub* paper = table_record("BLOCK_RECORD", L"*Paper_Space");
   return paper && paper->handle == block_record;
 }

@@ -58,46 +58,69 @@ int code_of_group(const GroupView* group) { return group->code; }
 
 }  // namespace
 
+/// Walks the groups of a list that are the object's own: its frame, which stays as it is, groups in
+/// braces, an embedded object and extended data are passed over.
+class GroupMerge::OwnGroups {
+ public:
+  explicit OwnGroups(const GroupMerge& merge)
+      : groups_(merge.groups_), is_xrecord_(merge.kind_ == "XRECORD") {}
+
+  const GroupView* next() {
+    while (at_ < groups_.size()) {
+      const GroupView& group = groups_[at_++];
+      if (in_braces_) {
+        in_braces_ = group.code != kBraces;
+      } else if (ends_own_tags(group.code)) {
+        at_ = groups_.size();
+      } else if (group.code == kMarker) {
+        in_class_ = true;
+        return &group;
+      } else if (opens_braces(group) && (!is_xrecord_ || !in_class_)) {
+        in_braces_ = true;
+      } else if (group.code > 0 && group.code != 5 && group.code != 105) {
+        if (in_class_ || group.code != 330) return &group;
+      }
+    }
+    return nullptr;
+  }
+
+ private:
+  const std::span<const GroupView> groups_;
+  const bool is_xrecord_;
+  std::size_t at_ = 0;
+  bool in_braces_ = false;
+  bool in_class_ = false;
+};
+
 GroupMerge::GroupMerge(AcDbObjectId id, std::span<const GroupView> groups)
     : id_(id),
       kind_(record_kind(id)),
       is_entity_(is_entity(id)),
       bytes_(record_tags(id).bytes),
-      dialect_(*record_tags(id).dialect) {
-  take(groups);
+      dialect_(*record_tags(id).dialect),
+      groups_(groups) {}
+
+void GroupMerge::sort_out_frame() {
+  body_.reserve(groups_.size());
+  OwnGroups own(*this);
+  while (const GroupView* group = own.next()) body_.push_back(*group);
 }
 
-/// Sorts out the frame, which stays as it is, and extended data.
-void GroupMerge::take(std::span<const GroupView> groups) {
-  body_.reserve(groups.size());
-  bool in_braces = false;
-  bool in_class = false;
-  bool embedded = false;
-  for (const GroupView& group : groups) {
-    if (in_braces) {
-      in_braces = group.code != kBraces;
-    } else if (group.code == kApplication) {
-      extended_data_.push_back({group.text, {group}});
-    } else if (group.code >= kFirstExtendedCode) {
-      if (!extended_data_.empty()) extended_data_.back().groups.push_back(group);
-    } else if (embedded || group.code == kEmbeddedObject) {
-      embedded = true;  // its groups are those of another object
-    } else if (group.code == kMarker) {
-      in_class = true;
-      body_.push_back(group);
-    } else if (opens_braces(group) && (kind_ != "XRECORD" || !in_class)) {
-      in_braces = true;
-    } else if (group.code > 0 && (in_class || !is_frame_code(group.code))) {
-      if (group.code != 5 && group.code != 105) body_.push_back(group);
-    }
+void GroupMerge::take_extended_data() {
+  for (const GroupView& group : groups_) {
+    if (group.code == kApplication) extended_data_.push_back({group.text, {}});
+    if (group.code >= kFirstExtendedCode && !extended_data_.empty())
+      extended_data_.back().groups.push_back(group);
   }
 }
 
 Status GroupMerge::run() {
   if (!walk_side_by_side()) {
     pieces_.clear();
+    sort_out_frame();
     if (Status status = sort_and_merge(); !status) return status;
   }
+  take_extended_data();
   merge_extended_data();
   return {};
 }
@@ -125,12 +148,14 @@ bool GroupMerge::walk_side_by_side() {
   TagSpanReader reader(bytes_, dialect_);
   TagSpan span;
   bool more = skip_frame(reader, span);
-  for (const GroupView& group : body_) {
-    const bool here = more && span.first.code == group.code && !ends_own_tags(group.code);
-    if (!here && is_entity_ && is_space_group(group.code)) continue;
-    if (!here || (group.code == 1 && group.text.size() > kLongestPiece)) return false;
-    if (group.code == kMarker && !same(span, group)) return false;
-    replace(span, group, false);
+  OwnGroups own(*this);
+  while (const GroupView* group = own.next()) {
+    const int code = group->code;
+    const bool here = more && span.first.code == code && !ends_own_tags(code);
+    if (!here && is_entity_ && is_space_group(code)) continue;
+    if (!here || (code == 1 && group->text.size() > kLongestPiece)) return false;
+    if (code == kMarker && !same(span, *group)) return false;
+    replace(span, *group, false);
     more = reader.next(span);
   }
   return !more || ends_own_tags(span.first.code);

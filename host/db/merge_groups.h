@@ -59,7 +59,10 @@ class GroupMerge {
     std::vector<GroupView> groups;  // with the 1001; that alone removes
   };
 
-  void take(std::span<const GroupView> groups);
+  class OwnGroups;
+
+  void sort_out_frame();
+  void take_extended_data();
   bool walk_side_by_side();
   Status sort_and_merge();
   void read_parts();
@@ -84,6 +87,7 @@ class GroupMerge {
   const bool is_entity_;
   std::string_view bytes_;
   const dxf::Dialect& dialect_;
+  const std::span<const GroupView> groups_;
   std::vector<GroupView> body_;  // markers included, frame left out
   std::vector<GroupView> own_;   // counts and pieces of text made here
   std::vector<ExtendedRun> extended_data_;

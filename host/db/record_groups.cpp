@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <numbers>
 
-#include "host/db/database.h"
+#include "host/db/drawing.h"
 #include "host/db/record.h"
 #include "host/db/stub.h"
 #include "host/dxf/group_codes.h"
@@ -43,7 +43,7 @@ std::string_view layout_name(AcDbObjectId id, bool in_paper) {
   constexpr std::string_view kModel = "Model";
   const std::uint64_t owner = id.stub()->owner;
   if (owner == 0) return in_paper ? std::string_view() : kModel;  // R12 and before
-  if (owner == id.database()->modelSpaceId().handle()) return kModel;
+  if (owner == id.database()->drawing().model_space()) return kModel;
   dxf::Tag tag;
   AcDbObjectId layout;
   const RecordTags block = record_tags(referenced(id, owner));

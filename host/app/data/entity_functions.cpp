@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <limits>
 #include <optional>
 #include <string>
@@ -44,6 +45,17 @@ Value point_value(Interpreter& interp, const Group& group) {
   return interp.list({Value::real(n[0]), Value::real(n[1]), Value::real(n[2])});
 }
 
+/// Most texts are plain ASCII: they become a string without one in between.
+Value text_value(Interpreter& interp, const RecordGroups& record, const Group& group) {
+  bool plain = group.type != Group::Type::kChunk;
+  for (const char c : group.bytes)
+    plain &= static_cast<signed char>(c) >= ' ' && c != '^' && c != '\\';
+  if (!plain || group.bytes.empty()) return interp.string(record.text(group));
+  lisp::String* string = interp.heap().blank_string(group.bytes.size());
+  std::copy(group.bytes.begin(), group.bytes.end(), string->data());
+  return Value::adopt(string);
+}
+
 Value group_value(Interpreter& interp, const RecordGroups& record, const Group& group) {
   switch (group.type) {
     case Group::Type::kInteger:
@@ -56,7 +68,7 @@ Value group_value(Interpreter& interp, const RecordGroups& record, const Group& 
       // A pointer to nothing is a name too, one that nothing answers to.
       return interp.ename(static_cast<std::uint64_t>(group.object.asOldId()));
     default:
-      return interp.string(record.text(group));
+      return text_value(interp, record, group);
   }
 }
 
@@ -95,7 +107,7 @@ Value group_pair(Interpreter& interp, const RecordGroups& record, const Group& g
 }
 
 Value entget(Interpreter& interp, AcDbObjectId id, const Value& applications) {
-  RecordGroups record;
+  static thread_local RecordGroups record;  // keeps its memory from call to call
   if (id.isNull() || id.isErased() || !record.read(id)) return Value();
   lisp::ListBuilder list(interp.heap());
   list.append(interp.cons(Value::integer(-1), name_of(interp, id)));

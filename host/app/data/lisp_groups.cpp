@@ -58,8 +58,9 @@ GroupView group_of(const Value& pair) {
   return group;
 }
 
-LispGroups::LispGroups(const Value& list) {
-  groups_.reserve(32);
+LispGroups::LispGroups(const Value& list, std::vector<GroupView> memory)
+    : groups_(std::move(memory)) {
+  groups_.clear();
   for (const Value& pair : lisp::List(list)) add(pair);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "host/db/group_list.h"
@@ -14,10 +15,13 @@ namespace cad {
 /// holds a value its code cannot have.
 class LispGroups {
  public:
-  explicit LispGroups(const lisp::Value& list);
+  explicit LispGroups(const lisp::Value& list) : LispGroups(list, {}) {}
+  /// The same in the memory of a vector that was used before.
+  LispGroups(const lisp::Value& list, std::vector<GroupView> memory);
 
   std::span<const GroupView> groups() const { return groups_; }
   const std::vector<GroupView>& vector() const { return groups_; }
+  std::vector<GroupView> take_memory() { return std::move(groups_); }
   AcDbObjectId name() const { return name_; }  ///< of group -1; null when there is none
   std::wstring_view kind() const { return kind_; }
   std::wstring_view text(int code) const;  ///< of the first such group

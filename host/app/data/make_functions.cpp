@@ -24,9 +24,11 @@ Value refused(const char* function, const Error& error) {
 
 Value fn_entmod(Call& call) {
   call.list(0);
-  const LispGroups groups(call.arg(0));
+  static thread_local std::vector<GroupView> memory;
+  LispGroups groups(call.arg(0), std::move(memory));
   if (groups.name().isNull()) return refused("entmod", fail("", "group -1 is missing"));
   const Status status = change_object(groups.name(), groups.groups());
+  memory = groups.take_memory();
   return status ? call.arg(0) : refused("entmod", status.error());
 }
 
