@@ -107,9 +107,18 @@ Selection select_all(const Context& context) {
   return of(std::move(ids));
 }
 
+/// The newest of the current space.
 Selection select_last(const Context& context) {
-  const AcDbObjectId last = last_main_entity(context.session.database());
-  return last.isNull() ? Selection() : of({last});
+  AcDbDatabase& database = context.session.database();
+  const std::uint64_t space = database.currentSpaceId().handle().value();
+  const auto is_here = [&](AcDbObjectId id) {
+    return id.stub()->owner == 0 || id.stub()->owner == space;
+  };
+  const AcDbObjectId last = last_main_entity(database);
+  if (last.isNull() || is_here(last)) return last.isNull() ? Selection() : of({last});
+  for (const AcDbObjectId id : all_entities(database))
+    if (is_here(id)) return of({id});
+  return {};
 }
 
 Selection select_previous(const Context& context) {

@@ -83,8 +83,8 @@ TEST_F(Selection, ManyCombinationsWithinEachOtherAreRefused) {
 
 TEST_F(Selection, ModesOfTheHost) {
   EXPECT_EQ(eval("(handles (ssget \"A\"))"), "(\"2D\" \"2C\" \"2A\")");  // 2B is on a locked layer
-  EXPECT_EQ(eval("(handles (ssget \"L\"))"), "(\"30\")");
-  EXPECT_EQ(eval("(handles (ssget \"P\"))"), "(\"30\")");
+  EXPECT_EQ(eval("(handles (ssget \"L\"))"), "(\"2D\")");
+  EXPECT_EQ(eval("(handles (ssget \"P\"))"), "(\"2D\")");
   EXPECT_EQ(eval("(ssget \"ZZ\")"), "error: bad ssget mode string: ZZ");
 }
 
