@@ -23,6 +23,7 @@ struct CommandLine::Running {
   std::wstring name;      // as CMDNAMES has it
   std::wstring variable;  // the system variable it stands for
   unsigned flags = 0;
+  bool has_asked = false;
   FlowStack stack;
   std::optional<Question> question;
   AcGeMatrix3d to_world;  // as it was when the question was put
@@ -74,17 +75,34 @@ CommandLine::Prompt CommandLine::prompt(Wanted wanted, const Ask& ask) {
     in_user_coordinates.from = &from;
   }
   top.question.emplace(session_, wanted, in_user_coordinates);
+  is_answered_ = answer_beforehand(wanted);
   return Prompt(this);
 }
 
-Answer CommandLine::take_answer() { return std::exchange(answer_, {}); }
+/// Objects that were selected before the command, with PICKFIRST on, answer its first prompt when
+/// that is the one for objects.
+bool CommandLine::answer_beforehand(Wanted wanted) {
+  Running& top = *running_.back();
+  const bool is_first = !std::exchange(top.has_asked, true);
+  if (wanted != Wanted::kSelection || !is_first || (top.flags & CommandRow::kNoPickFirst) != 0 ||
+      session_.implied_selection.empty() || integer_variable(L"PICKFIRST") == 0)
+    return false;
+  answer_ = {};
+  answer_.kind = Answer::Kind::kSelection;
+  answer_.selection = std::exchange(session_.implied_selection, {});
+  std::erase_if(answer_.selection, [](AcDbObjectId id) { return id.isErased(); });
+  session_.previous_selection = answer_.selection;
+  return true;
+}
+
+Answer CommandLine::take_answer() {
+  is_answered_ = false;
+  return std::exchange(answer_, {});
+}
 
 AcGeMatrix3d CommandLine::to_world() const { return ucs_to_world(session_); }
 
-AcGePoint3d CommandLine::last_point() const {
-  const Value value = session_.variables.get(session_.interpreter(), L"LASTPOINT");
-  return to_world() * point_of(value).value_or(AcGePoint3d());
-}
+AcGePoint3d CommandLine::last_point() const { return to_world() * point_variable(L"LASTPOINT"); }
 
 void CommandLine::set_last_point(const AcGePoint3d& point) {
   lisp::Interpreter& interp = session_.interpreter();
@@ -136,6 +154,11 @@ void CommandLine::set_variable(std::wstring_view name, int value) {
 
 void CommandLine::set_variable(std::wstring_view name, std::wstring_view value) {
   set_variable(name, session_.interpreter().string(value));
+}
+
+AcGePoint3d CommandLine::point_variable(std::wstring_view name) const {
+  const Value value = session_.variables.get(session_.interpreter(), name);
+  return point_of(value).value_or(AcGePoint3d());
 }
 
 bool CommandLine::echoes() const { return integer_variable(L"CMDECHO") != 0; }

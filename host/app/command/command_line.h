@@ -43,7 +43,7 @@ class CommandLine {
   /// What `co_await` waits for: the answer to a prompt.
   class Prompt {
    public:
-    bool await_ready() const noexcept { return false; }
+    bool await_ready() const noexcept { return line_->is_answered_; }
     template <class Promise>
     void await_suspend(std::coroutine_handle<Promise> flow) const noexcept {
       flow.promise().stack->pause();
@@ -103,6 +103,7 @@ class CommandLine {
   double real_variable(std::wstring_view name) const;
   int integer_variable(std::wstring_view name, int absent = 0) const;
   std::wstring text_variable(std::wstring_view name) const;
+  AcGePoint3d point_variable(std::wstring_view name) const;
 
   /// What the command has found out: a variable programs cannot set (AREA, VIEWSIZE).
   void put_variable(std::wstring_view name, const lisp::Value& value);
@@ -148,6 +149,7 @@ class CommandLine {
   };
 
   Prompt prompt(Wanted wanted, const Ask& ask);
+  bool answer_beforehand(Wanted wanted);
   Answer take_answer();
   Taken take(const lisp::Value& typed);
   Taken start(const lisp::Value& input);
@@ -163,8 +165,9 @@ class CommandLine {
   Answer answer_;
   bool passing_over_ = false;
   bool printed_in_call_ = false;
-  bool resuming_ = false;  // while a command works
-  bool typing_ = false;    // the user types, so that prompt and answer are on the screen already
+  bool is_answered_ = false;  // the prompt just put has its answer already
+  bool resuming_ = false;     // while a command works
+  bool typing_ = false;       // the user types, so that prompt and answer are on the screen already
 };
 
 }  // namespace cad

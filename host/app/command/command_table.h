@@ -24,6 +24,7 @@ struct CommandRow {
   enum Flag : unsigned {
     kTransparent = 1,    ///< may be used inside of another command
     kNoStep = 2,         ///< makes no step that U could take back
+    kNoPickFirst = 8,    ///< objects selected beforehand are not what its first prompt wants
     kEndsWithEnter = 4,  ///< Esc ends it as Enter does: what is drawn so far stays
   };
   unsigned flags = 0;

@@ -134,6 +134,13 @@ Flow<> limits_command(CommandLine& line) {
   if (high.is_point()) line.set_variable(L"LIMMAX", flat(high));
 }
 
+Flow<> elev_command(CommandLine& line) {
+  const Answer elevation = co_await line.distance({.text = L"Specify new default elevation: "});
+  const Answer thickness = co_await line.distance({.text = L"Specify new default thickness: "});
+  if (elevation.is_number()) line.set_variable(L"ELEVATION", elevation.number);
+  if (thickness.is_number()) line.set_variable(L"THICKNESS", thickness.number);
+}
+
 Flow<> base_command(CommandLine& line) {
   const Answer base = co_await line.point({.text = L"Enter base point: "});
   if (base.is_point())
@@ -149,6 +156,8 @@ constexpr CommandRow kRows[] = {
      "sets how lengths and angles are written"},
     {"LIMITS", "", limits_command, "lower left corner [ON/OFF], upper right corner",
      "sets the drawing's limits"},
+    {"ELEV", "", elev_command, "elevation, thickness",
+     "sets the elevation of points without Z, and the thickness of new objects"},
     {"BASE", "", base_command, "point", "sets the drawing's insertion base"},
 };
 

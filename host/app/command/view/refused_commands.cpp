@@ -23,6 +23,11 @@ Flow<> dimension_command(CommandLine& line) {
   co_return;
 }
 
+Flow<> hatch_command(CommandLine& line) {
+  line.refuse(L"hatches are not drawn here");
+  co_return;
+}
+
 Flow<> plot_command(CommandLine& line) {
   line.refuse(L"there is nothing to plot with");
   co_return;
@@ -64,6 +69,7 @@ constexpr CommandRow kRows[] = {
      "DIMORDINATE DOR DIMBASELINE DBA DIMCONTINUE DCO DIMCENTER DIMEDIT DIMTEDIT "
      "DIMSTYLE QLEADER LE LEADER MLEADER TOLERANCE QDIM",
      dimension_command, "", kHelp, kFlags},
+    {"HATCH", "H BHATCH BH GRADIENT HATCHEDIT HE", hatch_command, "", kHelp, kFlags},
     {"PLOT", "PRINT PUBLISH PAGESETUP PREVIEW", plot_command, "", kHelp, kFlags},
     {"MENU",
      "MENULOAD MENUUNLOAD CUI CUILOAD TOOLBAR RIBBON HELP PROPERTIES PROPERTIESCLOSE "

@@ -2,21 +2,9 @@
 
 #include <cmath>
 
-#include "host/app/prompt/values.h"
-#include "host/app/session.h"
-
 namespace cad {
-namespace {
-
-AcGePoint3d point_variable(const CommandLine& line, std::wstring_view name, AcGePoint3d absent) {
-  DocumentSession& session = line.session();
-  return point_of(session.variables.get(session.interpreter(), name)).value_or(absent);
-}
-
-}  // namespace
-
 AcGePoint3d view_centre(const CommandLine& line) {
-  return line.to_world() * point_variable(line, L"VIEWCTR", {});
+  return line.to_world() * line.point_variable(L"VIEWCTR");
 }
 
 double view_height(const CommandLine& line) {
@@ -25,7 +13,7 @@ double view_height(const CommandLine& line) {
 }
 
 double screen_ratio(const CommandLine& line) {
-  const AcGePoint3d size = point_variable(line, L"SCREENSIZE", {4.0, 3.0, 0.0});
+  const AcGePoint3d size = line.point_variable(L"SCREENSIZE");
   return size.x > 0.0 && size.y > 0.0 ? size.x / size.y : 4.0 / 3.0;
 }
 

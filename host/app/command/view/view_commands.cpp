@@ -3,12 +3,12 @@
 
 #include "host/app/command/command_table.h"
 #include "host/app/command/settings/records.h"
+#include "host/db/extents.h"
 #include "host/app/command/view/view.h"
 #include "host/app/session.h"
 #include "host/base/codepage.h"
 #include "host/base/numbers.h"
 #include "host/base/trace.h"
-#include "host/db/extents.h"
 
 /// Commands that change what is on a screen. There is none, but picks depend on how large the view
 /// is, so the view's centre and height are kept; the rest only takes its answers.
@@ -31,20 +31,6 @@ Flow<> vslide_command(CommandLine& line) {
 
 // --- ZOOM, PAN
 
-/// What is drawn in the current space.
-std::optional<AcDbExtents> drawing_extents(const CommandLine& line) {
-  AcDbExtents all;
-  bool any = false;
-  AcDbDatabase& database = line.database();
-  for (AcDbObjectId id = database.first_entity(); !id.isNull(); id = database.next_entity(id)) {
-    AcDbExtents one;
-    if (!entity_extents(id, one)) continue;
-    all.addExt(one);
-    any = true;
-  }
-  return any ? std::optional(all) : std::nullopt;
-}
-
 void show(CommandLine& line, const AcGePoint3d& low, const AcGePoint3d& high) {
   const AcGePoint3d centre = low + (high - low) / 2;
   const double height =
@@ -53,7 +39,9 @@ void show(CommandLine& line, const AcGePoint3d& low, const AcGePoint3d& high) {
 }
 
 void show_extents(CommandLine& line) {
-  if (const auto all = drawing_extents(line)) show(line, all->minPoint(), all->maxPoint());
+  const AcGePoint3d low = line.to_world() * line.point_variable(L"EXTMIN");
+  const AcGePoint3d high = line.to_world() * line.point_variable(L"EXTMAX");
+  if (low.x <= high.x && low.y <= high.y) show(line, low, high);
 }
 
 /// "0.5x" is relative to the view, "0.5xp" to paper, "2" to the whole drawing.
@@ -188,9 +176,37 @@ Flow<> switch_variable(CommandLine& line, const wchar_t* variable) {
   if (!mode.none()) line.set_variable(variable, mode.is(L"ON") ? 1 : 0);
 }
 
+Flow<> qtext_command(CommandLine& line) { co_await switch_variable(line, L"QTEXTMODE"); }
+Flow<> regenauto_command(CommandLine& line) { co_await switch_variable(line, L"REGENMODE"); }
 Flow<> ortho_command(CommandLine& line) { co_await switch_variable(line, L"ORTHOMODE"); }
 Flow<> fill_command(CommandLine& line) { co_await switch_variable(line, L"FILLMODE"); }
 Flow<> blipmode_command(CommandLine& line) { co_await switch_variable(line, L"BLIPMODE"); }
+
+Flow<> viewres_command(CommandLine& line) {
+  co_await line.keyword({.text = L"Do you want fast zooms? [Yes/No] <Y>: ", .keywords = L"Yes No"});
+  co_await line.integer({.text = L"Enter circle zoom percent (1-20000) <1000>: "});
+}
+
+Flow<> delay_command(CommandLine& line) {
+  co_await line.integer({.text = L"Enter delay time in milliseconds: "});
+}
+
+Flow<> plan_command(CommandLine& line) {
+  const Answer option =
+      co_await line.keyword({.text = L"Enter an option [Current ucs/Ucs/World] <Current>: ",
+                             .keywords = L"Current Ucs World"});
+  if (option.is(L"Ucs")) co_await line.text({.text = L"Enter name of UCS: "});
+  trace_nothing_to_show(line);
+}
+
+/// The attributes that are shown: ATTMODE.
+Flow<> attdisp_command(CommandLine& line) {
+  const Answer mode =
+      co_await line.keyword({.text = L"Enter attribute visibility setting [Normal/ON/OFF]: ",
+                             .keywords = L"Normal ON OFF"});
+  if (mode.none()) co_return;
+  line.set_variable(L"ATTMODE", mode.is(L"OFF") ? 0 : mode.is(L"Normal") ? 1 : 2);
+}
 
 Flow<> grid_command(CommandLine& line) {
   const Answer answer = co_await line.distance(
@@ -234,6 +250,14 @@ constexpr CommandRow kRows[] = {
     {"GRAPHSCR", "", nothing_command, "", kNothing, kQuiet},
     {"TEXTSCR", "", nothing_command, "", kNothing, kQuiet},
     {"HIDE", "HI", nothing_command, "", kNothing, kQuiet},
+    {"MSPACE", "MS", nothing_command, "", kNothing, kQuiet},
+    {"PSPACE", "PS", nothing_command, "", kNothing, kQuiet},
+    {"PLAN", "", plan_command, "[Current/Ucs/World]", kNothing, kQuiet},
+    {"VIEWRES", "", viewres_command, "fast zooms, percent", kNothing, kQuiet},
+    {"DELAY", "", delay_command, "milliseconds", "nothing: nobody watches", kQuiet},
+    {"QTEXT", "", qtext_command, "ON or OFF", "sets QTEXTMODE", kQuiet},
+    {"REGENAUTO", "", regenauto_command, "ON or OFF", "sets REGENMODE", kQuiet},
+    {"ATTDISP", "", attdisp_command, "[Normal/ON/OFF]", "sets ATTMODE", kQuiet},
     {"VSLIDE", "", vslide_command, "file", kNothing, kQuiet},
     {"OSNAP", "OS", osnap_command, "list of modes", "sets OSMODE", kQuiet},
     {"ORTHO", "", ortho_command, "ON or OFF", "sets ORTHOMODE", kQuiet},
