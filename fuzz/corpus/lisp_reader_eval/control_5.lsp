@@ -1,0 +1,1 @@
+(vl-catch-all-apply 'eval (list '(trace surely-unset)))
