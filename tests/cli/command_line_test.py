@@ -182,9 +182,12 @@ class Run(CommandLine):
     def test_the_selection_is_given_beforehand(self):
         handle = self.call("run", self.plan, "-e", "(progn (princ (cdr (assoc 5 (entget (entlast)))))"
                            " (princ))")
+        out = self.call("run", self.plan, "--select", handle.strip(), "-e", "(sslength (ssget))")
+        self.assertEqual(out, "1\n")
+        # It answers once; the next selection is a prompt like any other.
         out = self.call("run", self.plan, "--select", handle.strip(), "-e", "(sslength (ssget))",
-                        "-e", "(ssget)")
-        self.assertEqual(out, "1\nnil\n")
+                        "-e", "(ssget)", status=PROGRAM_FAILED)
+        self.assertIn('no answer left for "Select objects: "', out)
 
     def test_an_endless_program_ends_at_the_step_limit(self):
         self.call("run", self.plan, "--step-limit", 10000, "-e", "(while T)", "--in-place",
@@ -206,6 +209,25 @@ class Run(CommandLine):
     def test_programs_read_standard_input(self):
         script = self.script('(princ (read-line)) (princ "|") (princ (read-line)) (princ)')
         self.assertEqual(self.call("run", self.plan, script, stdin="一\nb\n"), "一|b")
+
+    def test_prompts_take_their_answers_from_a_file(self):
+        answers = self.folder / "answers.lsp"
+        answers.write_bytes("10,20\r\n标注 文字\r\n\r\n".encode("gbk"))
+        out = self.call("run", self.plan, "--answers", answers, "-e", '(getpoint "First: ")',
+                        "-e", '(getstring T "Text: ")', "-e", '(getint "Number: ")')
+        self.assertEqual(out, 'First: 10,20\n(10.0 20.0 0.0)\nText: 标注 文字\n"标注 文字"\n'
+                              'Number: \nnil\n')
+
+    def test_a_prompt_without_an_answer_ends_the_run(self):
+        self.call("run", self.plan, "-e", '(entdel (entlast))', "-e", '(getpoint "First: ")',
+                  "--in-place", status=PROGRAM_FAILED, stdin="1,2\n")
+        self.assertIn('no answer left for "First: " (give the answers with --answers FILE)',
+                      self.result.stdout)
+        self.assert_untouched()
+
+    def test_a_command_left_waiting_is_told(self):
+        self.call("run", self.plan, "-e", '(command "LINE" "0,0" "1,1")')
+        self.assert_one_line('LINE waited for "Specify next point or [Undo]: "')
 
     def test_an_r12_drawing_says_once_that_it_holds_no_records(self):
         out = self.folder / "out.dxf"
@@ -292,6 +314,10 @@ class Prompt(CommandLine):
     def test_an_error_does_not_end_the_session(self):
         out = self.call("repl", self.plan, stdin="(car 1)\n(+ 1 1)\n", status=PROGRAM_FAILED)
         self.assertEqual(out.splitlines()[-1], "2")
+
+    def test_prompts_take_the_next_line(self):
+        out = self.call("repl", self.plan, stdin='(getstring "Name: ")\nW7\n(+ 1 2)\n')
+        self.assertEqual(out, 'Name: W7\n"W7"\n3\n')
 
     def test_saving_is_a_command_of_the_prompt(self):
         self.call("repl", self.plan, stdin="(entdel (entlast))\n:save\n:quit\n(car 1)\n")
