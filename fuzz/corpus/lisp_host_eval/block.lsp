@@ -1,0 +1,6 @@
+(entmake '((0 . "BLOCK") (2 . "W") (10 0 0 0) (70 . 2)))
+(entmake '((0 . "CIRCLE") (10 0 0 0) (40 . 1)))
+(entmake '((0 . "ATTDEF") (10 0 0 0) (40 . 1) (1 . "1") (2 . "NO") (3 . "number") (70 . 0)))
+(entmake '((0 . "ENDBLK")))
+(command "_.-INSERT" "W" '(5 5) 1 1 0 "17")
+(entget (entnext (entlast))) (command "EXPLODE" (entlast))

@@ -1,0 +1,5 @@
+(regapp "PN") (setq d (namedobjdict))
+(setq x (entmakex '((0 . "XRECORD") (100 . "AcDbXrecord") (1 . "a") (40 . 1.5) (70 . 1))))
+(dictadd d "MINE" x) (dictsearch d "MINE") (dictnext d T) (dictrename d "MINE" "OURS") (dictremove d "OURS")
+(entmake '((0 . "LINE") (10 0 0 0) (11 1 1 0) (-3 ("PN" (1000 . "t") (1040 . 2.0) (1070 . 1)))))
+(entget (entlast) '("PN"))

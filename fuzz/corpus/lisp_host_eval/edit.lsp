@@ -1,0 +1,5 @@
+(command "LINE" '(0 0) '(10 0) "") (setq a (entlast))
+(command "_.COPY" a "" '(0 0) '(0 5)) (command "MOVE" "L" "" '(0 0) '(1 1))
+(command "_.ROTATE" a "" '(0 0) 90) (command "SCALE" (ssget "_X") "" '(0 0) 2)
+(command "MIRROR" a "" '(0 0) '(0 1) "N") (command "_.OFFSET" 2 a '(5 5) "")
+(command "ERASE" "ALL" "") (command "_.UNDO" 2)

@@ -1,0 +1,7 @@
+(entmake '((0 . "LINE") (8 . "A") (10 0.0 0.0 0.0) (11 5.0 5.0 0.0)))
+(setq e (entget (entlast)))
+(entmod (subst (cons 8 "B") (assoc 8 e) e))
+(entmake '((0 . "LWPOLYLINE") (100 . "AcDbEntity") (100 . "AcDbPolyline") (90 . 2) (70 . 1) (10 0 0) (42 . 0.5) (10 5 5)))
+(entmake '((0 . "TEXT") (10 1 1 0) (40 . 2.5) (1 . "x") (50 . 0.5) (72 . 1) (11 2 2 0) (73 . 2)))
+(entdel (entlast)) (entdel (entlast)) (entupd (entlast))
+(entmakex '((0 . "MTEXT") (100 . "AcDbEntity") (100 . "AcDbMText") (10 0 0 0) (40 . 1) (1 . "a\\Pb")))

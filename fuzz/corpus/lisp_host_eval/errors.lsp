@@ -1,0 +1,1 @@
+(defun *error* (m) (command) (princ m)) (command "LINE" '(0 0)) (exit)
