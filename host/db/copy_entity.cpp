@@ -45,9 +45,11 @@ struct Place {
   Drawing::Block* block = nullptr;  // null for a space
 };
 
-std::optional<Place> place_in(Drawing& drawing, const Stub* block, const Stub& source) {
+std::optional<Place> place_in(Drawing& drawing, const Stub* block, const Stub& copied) {
   const bool r12_block = block && drawing.kind_name(*block) == "BLOCK";
-  const std::uint64_t owner = r12_block ? block->owner : block ? block->handle : source.owner;
+  const bool beside = !block || (!r12_block && drawing.class_of(*block).entity);
+  const Stub& source = beside && block ? *block : copied;
+  const std::uint64_t owner = beside ? source.owner : r12_block ? block->owner : block->handle;
   Place place;
   place.owner = owner;
   const bool space = owner == 0 ? !r12_block && source.section == dxf::Section::kEntities

@@ -7,11 +7,12 @@
 
 namespace cad {
 
-/// A copy of an entity at the end of `into_block` (null: the block or space the entity is in), with
-/// its vertices or attributes, extended data and extension dictionary. All of them get new handles.
-/// References between objects that are copied lead to the copies, all others stay; handles written
-/// as text stay too. Reactors outside of what is copied do not come along. A dimension's own block
-/// is copied with it.
+/// A copy of an entity at the end of `into_block` (a block record, a BLOCK, or an entity for the
+/// block or space that one is in; null: where the copied entity is), with its vertices or
+/// attributes, extended data and extension dictionary. All of them get new handles. References
+/// between objects that are copied lead to the copies, all others stay; handles written as text
+/// stay too. Reactors outside of what is copied do not come along. A dimension's own block is
+/// copied with it.
 Result<AcDbObjectId> copy_entity(AcDbObjectId entity, AcDbObjectId into_block = {});
 
 /// The same for several entities of one drawing at once, so that references among them are kept

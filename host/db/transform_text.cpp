@@ -6,6 +6,7 @@
 #include <numbers>
 #include <utility>
 
+#include "host/db/text_box.h"
 #include "host/db/transform_rules.h"
 
 namespace cad {
@@ -118,19 +119,15 @@ class TextMapper {
     }
   }
 
-  /// From its points where they tell, else by what letters measure in the usual fonts: it only
-  /// places the point that readers of a justified text compute for themselves.
+  /// From its points where they tell, else as estimated: it only places the
+  /// point that readers of a justified text compute for themselves.
   double width() const {
     const double between = (anchor_ - start_).dotProduct(direction(angle_));
     if (by_anchor() && across_ == kRight) return between;
     if (by_anchor() && (across_ == 1 || across_ == kMiddle)) return 2.0 * between;
-    constexpr double kLetter = 0.9, kWideLetter = 1.4;
     const std::size_t text = sheet_.find({}, 1);
-    double letters = 0;
-    if (text != TagSheet::kNone) {
-      for (const wchar_t c : sheet_.text_value(text)) letters += c < 0x1100 ? kLetter : kWideLetter;
-    }
-    return letters * height() * sheet_.real({}, 41, 1.0);
+    if (text == TagSheet::kNone) return 0.0;
+    return line_box(sheet_.text_value(text), height(), sheet_.real({}, 41, 1.0)).right;
   }
 
   TagSheet& sheet_;
