@@ -23,6 +23,14 @@ double param_at(const Curve& curve, double place) {
   return curve.start_param() + place * (curve.end_param() - curve.start_param());
 }
 
+/// The angle of an arc there, within a full turn.
+double angle_at(const Curve& curve, double place) {
+  constexpr double kTurn = 2.0 * std::numbers::pi;
+  const double angle = param_at(curve, place);
+  const double within = angle - kTurn * std::floor(angle / kTurn);
+  return kTurn - within < 1e-12 ? 0.0 : within;
+}
+
 }  // namespace
 
 std::optional<CurveEntity> CurveEntity::of(AcDbObjectId object) {
@@ -94,12 +102,12 @@ GroupList CurveEntity::groups_of(const Span& part) const {
   const Segment& first = curve_.segments()[0];
   switch (kind()) {
     case Curve::Kind::kArc:
-      return groups.real(50, param_at(curve_, part.from)).real(51, param_at(curve_, part.to));
+      return groups.real(50, angle_at(curve_, part.from)).real(51, angle_at(curve_, part.to));
     case Curve::Kind::kCircle: {
       const AcGeVector3d normal = first.normal();
       groups.point(10, ocs_to_wcs(normal).transpose() * first.center()).real(40, first.radius());
       groups.point(210, AcGePoint3d::kOrigin + normal);
-      return groups.real(50, param_at(curve_, part.from)).real(51, param_at(curve_, part.to));
+      return groups.real(50, angle_at(curve_, part.from)).real(51, angle_at(curve_, part.to));
     }
     case Curve::Kind::kEllipse:
       return groups.real(41, param_at(curve_, part.from)).real(42, param_at(curve_, part.to));
@@ -121,14 +129,14 @@ GroupList CurveEntity::groups_of(const Span& part) const {
 }
 
 AcDbObjectId CurveEntity::redraw(CommandLine& line, AcDbObjectId source, const Span& part) const {
-  if (shape_) return draw_polyline_like(line, source, shape_->part(part.from, part.to));
+  if (shape_)
+    return draw_polyline_like(line, source, shape_->part(part.from, part.to), Data::kTake);
   const bool bounded = !is_endless(part.from) && !is_endless(part.to);
   const wchar_t* name = kind() == Curve::Kind::kCircle ? L"ARC" : bounded ? L"LINE" : L"RAY";
-  GroupList groups = like(source, name);
-  for (const GroupValue& group : drawn_groups(source).groups()) {
-    if (group.code == 39) groups.add(group);
-  }
-  for (const GroupValue& group : groups_of(part).groups()) groups.add(group);
+  GroupList groups = like(source, name, Data::kTake);
+  const GroupList drawn = drawn_groups(source), shape = groups_of(part);
+  if (const GroupValue* const thickness = drawn.find(39)) groups.add(*thickness);
+  for (const GroupValue& group : shape.groups()) groups.add(group);
   return draw_beside(line, source, groups);
 }
 
@@ -171,6 +179,49 @@ std::vector<AcDbObjectId> CurveEntity::keep(CommandLine& line, std::span<const S
   }
   kept.insert(kept.begin(), object_);
   return kept;
+}
+
+AcDbObjectId draw_curve_like(CommandLine& line, AcDbObjectId source, const Curve& curve) {
+  const Segment& first = curve.segments()[0];
+  switch (curve.kind()) {
+    case Curve::Kind::kPolyline: {
+      const std::optional<PolylineShape> old = polyline_shape(source);
+      const AcGeVector3d normal = old ? old->normal : AcGeVector3d::kZAxis;
+      PolylineShape shape = shape_of(curve.segments(), curve.is_periodic(), normal);
+      // One width goes for the whole of the new one; widths that vary have no meaning on it.
+      if (old) {
+        shape.continuous_linetype = old->continuous_linetype;
+        const double width = old->vertices.front().start_width;
+        const bool constant = std::all_of(
+            old->vertices.begin(), old->vertices.end(),
+            [&](const auto& v) { return v.start_width == width && v.end_width == width; });
+        for (auto& v : shape.vertices) v.start_width = v.end_width = constant ? width : 0.0;
+      }
+      return draw_polyline_like(line, source, shape);
+    }
+    case Curve::Kind::kCircle:
+    case Curve::Kind::kArc: {
+      const bool whole = curve.kind() == Curve::Kind::kCircle;
+      GroupList groups = like(source, whole ? L"CIRCLE" : L"ARC");
+      const AcGeVector3d normal = first.normal();
+      groups.point(10, ocs_to_wcs(normal).transpose() * first.center()).real(40, first.radius());
+      groups.point(210, AcGePoint3d::kOrigin + normal);
+      if (!whole) groups.real(50, curve.start_param()).real(51, curve.end_param());
+      return draw_beside(line, source, groups);
+    }
+    case Curve::Kind::kRay:
+    case Curve::Kind::kXline: {
+      GroupList groups = like(source, curve.kind() == Curve::Kind::kRay ? L"RAY" : L"XLINE");
+      groups.point(10, first.start());
+      groups.point(11, AcGePoint3d::kOrigin + (first.end() - first.start()).normal());
+      return draw_beside(line, source, groups);
+    }
+    default: {
+      GroupList groups = like(source, L"LINE");
+      groups.point(10, first.start()).point(11, first.end());
+      return draw_beside(line, source, groups);
+    }
+  }
 }
 
 }  // namespace cad

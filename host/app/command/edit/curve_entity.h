@@ -56,4 +56,8 @@ class CurveEntity {
   bool closed_ = false;
 };
 
+/// Draws a line, arc, circle, ray or plane polyline with the properties of another object. Null
+/// when the command has refused.
+AcDbObjectId draw_curve_like(CommandLine& line, AcDbObjectId source, const Curve& curve);
+
 }  // namespace cad

@@ -4,8 +4,6 @@
 #include "host/db/entity.h"
 #include "host/db/make_object.h"
 #include "host/db/open.h"
-#include "host/db/record.h"
-#include "host/db/record_groups.h"
 
 namespace cad {
 namespace {
@@ -16,48 +14,6 @@ bool turn(AcDbObjectId id, bool erasing) {
   const bool done = object->erase(erasing) == Acad::eOk;
   object->close();
   return done;
-}
-
-/// What an entity has whatever its kind: layer, linetype, colour, weight, scale, visibility.
-constexpr int kCommonCodes[] = {8, 6, 62, 370, 420, 430, 440, 48, 60};
-
-bool is_common(int code) {
-  for (const int common : kCommonCodes) {
-    if (code == common) return true;
-  }
-  return false;
-}
-
-/// Groups that say what an object is and where it belongs, not how it is drawn.
-bool is_frame(int code) {
-  return code == 0 || code == 5 || code == 100 || code == 102 || code == 330 || code == 360 ||
-         code == 67 || code == 410;
-}
-
-void add_group(GroupList& list, const RecordGroups& record, const Group& group) {
-  switch (group.type) {
-    case Group::Type::kInteger:
-      list.integer(group.code, group.integer);
-      break;
-    case Group::Type::kReal:
-      list.real(group.code, group.numbers[0]);
-      break;
-    case Group::Type::kPoint:
-      if (group.dimensions == 2) {
-        list.point2d(group.code, {group.numbers[0], group.numbers[1]});
-      } else {
-        list.point(group.code, {group.numbers[0], group.numbers[1], group.numbers[2]});
-      }
-      break;
-    case Group::Type::kObject:
-      list.object(group.code, group.object);
-      break;
-    case Group::Type::kText:
-    case Group::Type::kHandle:
-    case Group::Type::kChunk:
-      list.text(group.code, record.text(group));
-      break;
-  }
 }
 
 void tell_failed(CommandLine& line, std::size_t failed) {
@@ -122,29 +78,6 @@ std::vector<AcDbObjectId> copy_all(CommandLine& line, const std::vector<AcDbObje
 
 bool erase(AcDbObjectId object) { return turn(object, true); }
 bool bring_back(AcDbObjectId object) { return turn(object, false); }
-
-GroupList drawn_groups(AcDbObjectId object) {
-  GroupList list;
-  RecordGroups record;
-  record.read(object);
-  bool in_braces = false;
-  for (const Group& group : record.groups()) {
-    if (group.code == 102) in_braces = !group.bytes.empty() && group.bytes.front() == '{';
-    if (!in_braces && !is_frame(group.code)) add_group(list, record, group);
-  }
-  return list;
-}
-
-GroupList like(AcDbObjectId source, std::wstring_view kind) {
-  GroupList list(kind);
-  RecordGroups record;
-  record.read(source);
-  for (const Group& group : record.groups()) {
-    if (is_common(group.code)) add_group(list, record, group);
-  }
-  for (const Group& group : record.extended_data()) add_group(list, record, group);
-  return list;
-}
 
 AcDbObjectId draw_beside(CommandLine& line, AcDbObjectId beside, const GroupList& groups,
                          std::span<const GroupList> parts) {

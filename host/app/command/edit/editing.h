@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "host/app/command/command_line.h"
-#include "host/db/group_list.h"
+#include "host/db/object_groups.h"
 #include "host/db/transform.h"
 
 /// What the commands that change objects share.
@@ -30,11 +30,6 @@ std::vector<AcDbObjectId> copy_all(CommandLine& line, const std::vector<AcDbObje
 bool erase(AcDbObjectId object);
 bool bring_back(AcDbObjectId object);
 
-/// The groups of an object by which it is drawn, without class markers, handle, owner and extended
-/// data.
-GroupList drawn_groups(AcDbObjectId object);
-/// Groups of a new entity that has layer, colour and the like, and the extended data, of another.
-GroupList like(AcDbObjectId source, std::wstring_view kind);
 /// Draws an entity in the block or space that `beside` is in. Null when the command has refused.
 AcDbObjectId draw_beside(CommandLine& line, AcDbObjectId beside, const GroupList& groups,
                          std::span<const GroupList> parts = {});

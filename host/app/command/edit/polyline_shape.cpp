@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "host/app/command/edit/editing.h"
 #include "host/db/database.h"
 #include "host/db/make_object.h"
 #include "host/db/record.h"
@@ -97,8 +96,9 @@ void add_light(GroupList& groups, const PolylineShape& shape, bool has_width) {
   }
 }
 
-AcDbObjectId draw_heavy(CommandLine& line, AcDbObjectId source, const PolylineShape& shape) {
-  GroupList groups = like(source, L"POLYLINE");
+AcDbObjectId draw_heavy(CommandLine& line, AcDbObjectId source, const PolylineShape& shape,
+                        Data data) {
+  GroupList groups = like(source, L"POLYLINE", data);
   const double elevation = shape.flat ? shape.vertices.front().point.z : 0.0;
   const std::int64_t flags = (shape.closed ? kClosed : 0) | (shape.flat ? 0 : kInSpace) |
                              (shape.continuous_linetype ? kContinuous : 0);
@@ -187,7 +187,7 @@ void PolylineShape::reverse() {
     const Vertex& segment = vertices[(2 * count - 2 - i) % count];
     out[i].start_width = segment.end_width;
     out[i].end_width = segment.start_width;
-    out[i].bulge = -segment.bulge;
+    out[i].bulge = segment.bulge == 0.0 ? 0.0 : -segment.bulge;
   }
   vertices = std::move(out);
 }
@@ -210,7 +210,7 @@ std::optional<PolylineShape> polyline_shape(AcDbObjectId object) {
 AcDbObjectId set_polyline_shape(CommandLine& line, AcDbObjectId object,
                                 const PolylineShape& shape) {
   if (record_kind(object) == "POLYLINE") {
-    const AcDbObjectId made = draw_heavy(line, object, shape);
+    const AcDbObjectId made = draw_heavy(line, object, shape, Data::kTake);
     if (!made.isNull()) erase(object);
     return made;
   }
@@ -221,13 +221,13 @@ AcDbObjectId set_polyline_shape(CommandLine& line, AcDbObjectId object,
   return line.check(change_object(object, groups)) ? object : AcDbObjectId();
 }
 
-AcDbObjectId draw_polyline_like(CommandLine& line, AcDbObjectId source,
-                                const PolylineShape& shape) {
+AcDbObjectId draw_polyline_like(CommandLine& line, AcDbObjectId source, const PolylineShape& shape,
+                                Data data) {
   if (shape.vertices.size() < 2) return {};
   const bool heavy = record_kind(source) == "POLYLINE" || !shape.flat ||
                      !line.database().has_dictionaries();  // of R12
-  if (heavy) return draw_heavy(line, source, shape);
-  GroupList groups = like(source, L"LWPOLYLINE");
+  if (heavy) return draw_heavy(line, source, shape, data);
+  GroupList groups = like(source, L"LWPOLYLINE", data);
   add_light(groups, shape, false);
   groups.point(210, AcGePoint3d::kOrigin + shape.normal);
   return draw_beside(line, source, groups);

@@ -3,7 +3,7 @@
 #include <optional>
 #include <vector>
 
-#include "host/app/command/command_line.h"
+#include "host/app/command/edit/editing.h"
 #include "host/geometry/curve.h"
 
 namespace cad {
@@ -40,7 +40,8 @@ std::optional<PolylineShape> polyline_shape(AcDbObjectId object);
 AcDbObjectId set_polyline_shape(CommandLine& line, AcDbObjectId object, const PolylineShape& shape);
 
 /// Draws a polyline with the properties of `source`, in the form `source` has when it is one.
-AcDbObjectId draw_polyline_like(CommandLine& line, AcDbObjectId source, const PolylineShape& shape);
+AcDbObjectId draw_polyline_like(CommandLine& line, AcDbObjectId source, const PolylineShape& shape,
+                                Data data = Data::kLeave);
 
 /// A flat shape out of lines and arcs one behind the other.
 PolylineShape shape_of(std::span<const Segment> segments, bool closed, const AcGeVector3d& normal);

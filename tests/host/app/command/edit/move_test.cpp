@@ -76,7 +76,7 @@ TEST_F(MoveCommands, Rotate) {
   draw_line("1 0 0", "3 0 0");
   draw("(0 . \"TEXT\") (10 1 0 0) (40 . 2.5) (1 . \"A\")");
   run("\"_.ROTATE\" \"_ALL\" \"\" \"0,0\" 90");
-  expect_shapes("10 11 50", "(((0.0 1.0 0.0) (0.0 3.0 0.0)) ((0.0 1.0 0.0) 1.5708 (0.0 0.0 0.0)))");
+  expect_shapes("10 11 50", "(((0.0 1.0 0.0) (0.0 3.0 0.0)) ((0.0 1.0 0.0) 1.5708))");
   run("\"_.ROTATE\" (en 1) \"\" \"0,0\" \"_R\" 90 0");
   EXPECT_EQ(eval("(cdr (assoc 11 (entget (en 1))))"), "(3.0 0.0 0.0)");
   run("\"_.ROTATE\" (en 1) \"\" \"0,0\" \"_C\" 180");
@@ -100,10 +100,9 @@ TEST_F(MoveCommands, MirrorKeepsTextsReadable) {
   draw_polyline("(10 0 0) (42 . 0.5) (10 4 0)");
   run("\"_.MIRROR\" \"_ALL\" \"\" \"10,0\" \"10,5\" \"_N\"");
   expect_shapes("0 50 71 72 42",
-                "((\"TEXT\" 0.0 0 1) (\"LWPOLYLINE\" 0.5 0.0) (\"TEXT\" 0.0 0 1)"
-                " (\"LWPOLYLINE\" -0.5 0.0))");
-  EXPECT_EQ(eval("(cdr (assoc 11 (entget (en 3))))"), "(17.0 2.0 0.0)");
-  EXPECT_EQ(eval("(cdr (assoc 10 (entget (en 4))))"), "(20.0 0.0)");
+                "((\"TEXT\" 1) (\"LWPOLYLINE\" 0.5) (\"LWPOLYLINE\" -0.5) (\"TEXT\" 1))");
+  EXPECT_EQ(eval("(cdr (assoc 11 (entget (en 4))))"), "(17.0 2.0 0.0)");
+  EXPECT_EQ(eval("(cdr (assoc 10 (entget (en 3))))"), "(20.0 0.0)");
 }
 
 TEST_F(MoveCommands, MirrorMayEraseTheSource) {
@@ -125,7 +124,7 @@ TEST_F(MoveCommands, AlignTurnsFromTwoPointsToTwo) {
 TEST_F(MoveCommands, ObjectsWithANormalOfTheirOwn) {
   draw("(0 . \"ARC\") (10 -5 2 0) (40 . 1) (50 . 0.0) (51 . 1.5) (210 0 0 -1)");
   run("\"_.MOVE\" (en 1) \"\" \"0,0\" \"10,0\"");
-  expect_shapes("10 50 51 210", "(((-15.0 2.0 0.0) 0.0 1.5 (0.0 0.0 -1.0)))");
+  expect_shapes("10 50 51 210", "(((-15.0 2.0 0.0) (0.0 0.0 -1.0) 0.0 1.5))");
 }
 
 TEST_F(MoveCommands, AttributesGoWithTheirBlock) {
@@ -143,8 +142,8 @@ TEST_F(MoveCommands, AttributesGoWithTheirBlock) {
   run("\"_.ROTATE\" (en 1) \"\" \"5,5\" 90");
   expect_shapes("0 1 10 50",
                 "((\"INSERT\" (5.0 5.0 0.0) 1.5708) (\"ATTRIB\" (5.0 6.0 0.0) \"W7\" 1.5708)"
-                " (\"SEQEND\") (\"INSERT\" (15.0 5.0 0.0) 0.0)"
-                " (\"ATTRIB\" (16.0 5.0 0.0) \"W7\" 0.0) (\"SEQEND\"))");
+                " (\"SEQEND\") (\"INSERT\" (15.0 5.0 0.0))"
+                " (\"ATTRIB\" (16.0 5.0 0.0) \"W7\") (\"SEQEND\"))");
 }
 
 }  // namespace
