@@ -203,6 +203,8 @@ Result<lisp::Value> Host::run(AcApDocument* document, Run&& body) {
   undo_log(*document->database()).next_step();
   Result<lisp::Value> result = body(interp);
   running_ = outer;
+  // A program that failed will not give its command what it waits for.
+  if (!result) document->session().command_line->cancel();
   return result;
 }
 

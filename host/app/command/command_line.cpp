@@ -290,14 +290,12 @@ CommandLine::Taken CommandLine::take(const Value& typed) {
   if (reading == Question::Reading::kMore) return question.in_parts() ? Taken::kMore : Taken::kYes;
 
   answer_ = std::move(question.answer());
-  const Wanted wanted = question.wanted();
   top.question.reset();
   if (answer_.is_point()) {
     lisp::Interpreter& interp = session_.interpreter();
     session_.variables.set(interp, L"LASTPOINT", list_of(interp, answer_.point));
   }
-  if (answer_.is_point() || wanted == Wanted::kEntity || wanted == Wanted::kDistance)
-    answer_.point = top.to_world * answer_.point;
+  answer_.point = top.to_world * answer_.point;
   return run();
 }
 
@@ -338,10 +336,9 @@ CommandLine::Taken CommandLine::start(const Value& input) {
     return Taken::kRefused;
   }
   if (!active() && (running->flags & CommandRow::kNoStep) == 0) undo_log(database()).next_step();
-  Running& top = *running;
+  running->flow = row->run(*this);
+  running->flow.start(running->stack);
   running_.push_back(std::move(running));
-  top.flow = row->run(*this);
-  top.flow.start(top.stack);
   return run();
 }
 

@@ -140,13 +140,7 @@ Reading Question::read(const Value& input) {
 }
 
 Reading Question::read_enter() {
-  if (first_ || !snap_.empty()) return refuse_kind();
-  if (is_text_wanted(wanted_)) {
-    if ((bits_ & kNoEnter) != 0) return refuse_kind();
-    answer_.kind = Answer::Kind::kNone;
-    return Reading::kAnswered;
-  }
-  if ((bits_ & kNoEnter) != 0) return refuse_kind();
+  if (first_ || !snap_.empty() || (bits_ & kNoEnter) != 0) return refuse_kind();
   answer_.kind = Answer::Kind::kNone;
   return Reading::kAnswered;
 }

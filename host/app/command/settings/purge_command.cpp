@@ -27,6 +27,8 @@ constexpr Kind kKinds[] = {
     {L"LAyers", "LAYER", L"layer"},
     {L"LTypes", "LTYPE", L"linetype"},
     {L"textSTyles", "STYLE", L"text style"},
+    {L"Dimstyles", "DIMSTYLE", L"dimension style"},
+    {L"Regapps", "APPID", L"registered application"},
 };
 
 /// What the drawing's objects use.
@@ -50,6 +52,12 @@ void note_name(Uses& uses, const RecordGroups& record, const Group& group, std::
       break;
     case 2:
       if (kind != L"BLOCK_RECORD" && kind != L"BLOCK") note("BLOCK_RECORD");
+      break;
+    case 3:
+      note("DIMSTYLE");
+      break;
+    case 1001:
+      note("APPID");
       break;
     case 1003:
       note("LAYER");
@@ -90,6 +98,9 @@ Uses find_uses(CommandLine& line) {
   note("LTYPE", L"CELTYPE");
   note("STYLE", L"TEXTSTYLE");
   note("STYLE", L"DIMTXSTY");
+  note("DIMSTYLE", L"DIMSTYLE");
+  uses.names["DIMSTYLE"].insert(L"Standard");
+  uses.names["APPID"].insert(L"ACAD");
   for (const wchar_t* name : {L"0", L"Defpoints"}) uses.names["LAYER"].insert(name);
   for (const wchar_t* name : {L"ByLayer", L"ByBlock", L"Continuous"})
     uses.names["LTYPE"].insert(name);
@@ -131,7 +142,8 @@ Flow<> purge_kind(CommandLine& line, const Kind& kind, std::wstring names, bool 
 
 Flow<> purge_command(CommandLine& line) {
   const Answer type = co_await line.keyword(
-      {.text = L"Enter type of unused objects to purge [Blocks/LAyers/LTypes/textSTyles/All]: ",
+      {.text = L"Enter type of unused objects to purge [Blocks/Dimstyles/LAyers/LTypes/"
+               L"textSTyles/Regapps/All]: ",
        .keywords = L"Blocks Dimstyles Groups LAyers LTypes MAterials Plotstyles SHapes textSTyles "
                    L"Mlinestyles Tablestyles Visualstyles Regapps Zero-length All",
        .bits = kNoEnter});
@@ -152,8 +164,9 @@ Flow<> purge_command(CommandLine& line) {
 }
 
 constexpr CommandRow kRows[] = {
-    {"PURGE", "PU", purge_command, "[Blocks/LAyers/LTypes/textSTyles/All], names, verify",
-     "removes blocks, layers, linetypes and text styles that nothing uses"},
+    {"PURGE", "PU", purge_command,
+     "[Blocks/Dimstyles/LAyers/LTypes/textSTyles/Regapps/All], names, verify",
+     "removes blocks, layers, linetypes, styles and registered applications that nothing uses"},
 };
 
 }  // namespace
