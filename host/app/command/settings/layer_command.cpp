@@ -105,19 +105,6 @@ Flow<> new_layers(CommandLine& line) {
   for (const std::wstring& name : comma_parts(names.text)) layer_of_name(line, name);
 }
 
-Flow<> rename_layer(CommandLine& line) {
-  const Answer old_name = co_await line.text({.text = L"Enter old layer name: ", .bits = kNoEnter});
-  const Answer new_name = co_await line.text({.text = L"Enter new layer name: ", .bits = kNoEnter});
-  const AcDbObjectId layer = find_record(line.database(), "LAYER", old_name.text);
-  if (layer.isNull()) {
-    line.print(L"Cannot find layer \"" + old_name.text + L"\".");
-    co_return;
-  }
-  const bool was_current = is_current(line, layer);
-  const bool done = line.check(change_object(layer, GroupList().text(2, new_name.text)));
-  if (done && was_current) line.set_variable(L"CLAYER", new_name.text);
-}
-
 Flow<> turn_on(CommandLine& line) {
   const Answer names =
       co_await line.text({.text = L"Enter name list of layer(s) to turn on: ", .bits = kNoEnter});
@@ -234,7 +221,7 @@ constexpr Option kOptions[] = {
     {L"Make", make_layer},
     {L"Set", set_layer},
     {L"New", new_layers},
-    {L"Rename", rename_layer},
+    {L"Rename", nullptr},
     {L"ON", turn_on},
     {L"OFF", turn_off},
     {L"Color", color_layers},
@@ -256,7 +243,7 @@ Flow<> layer_command(CommandLine& line) {
   line.remark(L"Current layer:  \"" + current_layer(line) + L"\"");
   for (;;) {
     const Answer option = co_await line.keyword(
-        {.text = L"Enter an option [?/Make/Set/New/Rename/ON/OFF/Color/Ltype/LWeight/Plot/Freeze/"
+        {.text = L"Enter an option [?/Make/Set/New/ON/OFF/Color/Ltype/LWeight/Plot/Freeze/"
                  L"Thaw/LOck/Unlock/Description]: ",
          .keywords = L"? Make Set New Rename ON OFF Color Ltype LWeight TRansparency MATerial "
                      L"Plot Freeze Thaw LOck Unlock stAte Description rEconcile"});
@@ -274,7 +261,7 @@ Flow<> layer_command(CommandLine& line) {
 
 constexpr CommandRow kRows[] = {
     {"LAYER", "LA", layer_command,
-     "[?/Make/Set/New/Rename/ON/OFF/Color/Ltype/LWeight/Plot/Freeze/Thaw/LOck/Unlock/"
+     "[?/Make/Set/New/ON/OFF/Color/Ltype/LWeight/Plot/Freeze/Thaw/LOck/Unlock/"
      "Description] and what it asks for ..., Enter",
      "makes and changes layers; names are lists with commas and wildcards"},
 };

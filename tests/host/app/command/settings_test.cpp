@@ -43,11 +43,10 @@ TEST_F(Settings, ALayerThatIsNotThereIsTold) {
   EXPECT_EQ(eval("(getvar \"CMDACTIVE\")"), "0");
 }
 
-TEST_F(Settings, ALayerIsRenamedWithWhatIsOnIt) {
-  eval(R"((command "LAYER" "M" "OLD" "") (command "POINT" "0,0"))");
-  eval(R"((command "LAYER" "R" "OLD" "NEW" ""))");
-  EXPECT_EQ(last("(8)"), "(\"NEW\")");
-  EXPECT_EQ(eval("(getvar \"CLAYER\")"), "\"NEW\"");
+TEST_F(Settings, AnOptionThatIsNotOfferedEndsTheCommand) {
+  eval(R"((command "LAYER" "R" "0" "NEW" ""))");
+  EXPECT_TRUE(told("LAYER: Rename is not offered"));
+  EXPECT_EQ(eval("(getvar \"CMDACTIVE\")"), "0");
 }
 
 TEST_F(Settings, LinetypesAreLoadedAndUsed) {
