@@ -2,7 +2,14 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string>
+#include <utility>
 
+#include "host/db/entity.h"
+#include "host/db/lens.h"
+#include "host/db/object_access.h"
+#include "host/db/open.h"
+#include "host/db/record.h"
 #include "host/db/record_groups.h"
 
 namespace cad {
@@ -72,6 +79,24 @@ GroupList like(AcDbObjectId source, std::wstring_view kind, Data data) {
   if (data == Data::kLeave) return list;
   for (const Group& group : record.extended_data()) add_group(list, record, group);
   return list;
+}
+
+Status drop_groups(AcDbObjectId entity, std::span<const int> codes) {
+  AcDbEntity* opened = nullptr;
+  if (acdbOpenAcDbEntity(opened, entity, AcDb::kForWrite) != Acad::eOk) {
+    return fail(std::string(record_kind(entity)), "cannot be changed");
+  }
+  std::string text(ObjectAccess::content(*opened));
+  const dxf::Dialect& dialect = ObjectAccess::dialect(*opened);
+  const std::size_t before = text.size();
+  for (const int code : codes) {
+    if (const auto tag = Lens(text, dialect).find("AcDbEntity", code)) {
+      LensWriter(text, dialect).remove(tag->begin, tag->end);
+    }
+  }
+  if (text.size() != before) ObjectAccess::replace_content(*opened, std::move(text));
+  opened->close();
+  return {};
 }
 
 }  // namespace cad

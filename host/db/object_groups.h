@@ -1,7 +1,9 @@
 #pragma once
 
+#include <span>
 #include <string_view>
 
+#include "host/base/result.h"
 #include "host/db/group_list.h"
 
 namespace cad {
@@ -14,5 +16,9 @@ GroupList drawn_groups(AcDbObjectId object);
 /// when it takes its place.
 enum class Data { kLeave, kTake };
 GroupList like(AcDbObjectId source, std::wstring_view kind, Data data = Data::kLeave);
+
+/// Takes groups out of what all entities have (layer, colour ...): those that say the same in
+/// another way, such as the true colour beside a colour number. Not for entities on locked layers.
+Status drop_groups(AcDbObjectId entity, std::span<const int> codes);
 
 }  // namespace cad

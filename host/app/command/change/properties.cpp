@@ -6,6 +6,7 @@
 #include "host/app/command/settings/records.h"
 #include "host/base/fold.h"
 #include "host/db/make_object.h"
+#include "host/db/object_groups.h"
 #include "host/db/transform.h"
 
 namespace cad {
@@ -130,6 +131,9 @@ Flow<> change_properties(CommandLine& line, std::vector<AcDbObjectId> objects,
   for (const AcDbObjectId id : objects) {
     if (!properties.groups.groups().empty() && !line.check(change_object(id, properties.groups)))
       co_return;
+    // A true colour, and its name in a book, would go before the number.
+    constexpr int kTrueColor[] = {420, 430};
+    if (properties.groups.find(62) && !line.check(drop_groups(id, kTrueColor))) co_return;
     if (properties.elevation && !line.check(set_elevation(id, *properties.elevation))) co_return;
   }
 }

@@ -38,7 +38,11 @@ Flow<> match_command(CommandLine& line) {
   const std::vector<AcDbObjectId> objects = co_await select_changeable(line);
   for (const AcDbObjectId object : objects) {
     if (object == source.entity) continue;
-    if (!line.check(change_object(object, matched_groups(source.entity, object)))) co_return;
+    const GroupList groups = matched_groups(source.entity, object);
+    if (!line.check(change_object(object, groups))) co_return;
+    // A true colour, and its name in a book, would go before the number.
+    constexpr int kTrueColor[] = {420, 430};
+    if (!groups.find(420) && !line.check(drop_groups(object, kTrueColor))) co_return;
   }
 }
 

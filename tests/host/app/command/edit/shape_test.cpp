@@ -230,6 +230,10 @@ TEST_F(ShapeCommands, ChangeProperties) {
   draw_line("0 0 0", "10 0 0");
   run("\"_.CHANGE\" (en 1) \"\" \"_P\" \"_C\" 3 \"\"");
   expect_shapes("62", "((3))");
+  draw_line("0 0 0", "5 0 0", "(62 . 1) (420 . 255)");
+  run("\"_.CHANGE\" (en 2) \"\" \"_P\" \"_C\" 3 \"\"");
+  EXPECT_EQ(eval("(last (shapes '(62 420)))"), "(3)");
+  run("\"_.ERASE\" (en 2) \"\"");
   run("\"_.CHANGE\" (en 1) \"\" \"_P\" \"_E\" 7 \"\"");
   expect_shapes("10 11", "(((0.0 0.0 7.0) (10.0 0.0 7.0)))");
 }
@@ -240,6 +244,9 @@ TEST_F(ShapeCommands, MatchpropGivesProperties) {
   draw("(0 . \"CIRCLE\") (10 10 5 0) (40 . 1)");
   run("\"_.MATCHPROP\" (en 1) (en 2) \"\"");
   expect_shapes("0 8 62 48", "((\"LINE\" \"PIPES\" 4 2.0) (\"CIRCLE\" \"PIPES\" 4 2.0))");
+  draw_line("0 0 0", "5 0 0", "(62 . 1) (420 . 255)");
+  run("\"_.MATCHPROP\" (en 1) (en 3) \"\"");
+  EXPECT_EQ(eval("(last (shapes '(62 420)))"), "(4)");
 }
 
 }  // namespace
