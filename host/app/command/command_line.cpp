@@ -24,6 +24,7 @@ struct CommandLine::Running {
   std::wstring variable;  // the system variable it stands for
   unsigned flags = 0;
   bool has_asked = false;
+  bool has_refused = false;
   FlowStack stack;
   std::optional<Question> question;
   AcGeMatrix3d to_world;  // as it was when the question was put
@@ -177,6 +178,7 @@ void CommandLine::refuse(std::wstring_view why) {
   const std::wstring line = (active() ? names() + L": " : L"") + std::wstring(why);
   print(line);
   passing_over_ = true;
+  if (active()) running_.back()->has_refused = true;
   if (const auto& alert = acdbHostApplicationServices()->alert) alert(line);
 }
 
@@ -349,7 +351,7 @@ CommandLine::Taken CommandLine::run() {
     const Scope resuming(resuming_);
     top.stack.run();
   }
-  if (!top.stack.empty()) return Taken::kYes;
+  if (!top.stack.empty() && !top.has_refused) return Taken::kYes;
   const std::unique_ptr<Running> finished = std::move(running_.back());
   running_.pop_back();
   if (active())

@@ -80,8 +80,8 @@ class CommandLine {
   /// Prints a line unless CMDECHO is 0: what a person wants to know and a program does not.
   void remark(std::wstring_view text);
   /// The command cannot do what was asked: says so, tells the host's user, and has the rest of this
-  /// call of (command ...) passed over, since it was meant for what does not happen. co_return
-  /// next.
+  /// call of (command ...) passed over, since it was meant for what does not happen. The command
+  /// ends at its next prompt unless it ends by itself.
   void refuse(std::wstring_view why);
   /// True for success; otherwise refuses with the reason.
   bool check(const Status& status);

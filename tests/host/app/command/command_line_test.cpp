@@ -167,6 +167,13 @@ TEST_F(CommandLine, ACommandLeftWaitingIsFinishedByTheUserOrCancelled) {
   EXPECT_NE(alerts[0].find("CIRCLE waited for \"Specify radius of circle"), std::string::npos);
 }
 
+TEST_F(CommandLine, ACommandThatRefusesEndsWhateverItWouldAskNext) {
+  given_drawing(dxf("0 SECTION\n2 HEADER\n9 $ACADVER\n1 AC1009\n0 ENDSEC\n0 EOF\n"), "r12.dxf");
+  eval("(command \"RAY\" \"0,0\" \"1,1\" \"2,2\")");
+  EXPECT_TRUE(told("RAY: needs a drawing of release R13 or newer"));
+  EXPECT_EQ(eval("(getvar \"CMDACTIVE\")"), "0");
+}
+
 TEST_F(CommandLine, EachCommandIsAStep) {
   eval("(command \"LINE\" \"0,0\" \"1,0\" \"2,0\" \"\") (command \"POINT\" \"0,0\")");
   eval("(command \"U\") (command \"U\")");
