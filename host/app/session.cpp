@@ -40,9 +40,10 @@ DocumentSession::DocumentSession(AcApDocument& document)
   interpreter_ = std::make_unique<lisp::Interpreter>(std::move(services));
   for (const auto& table :
        {entity_functions(), selection_functions(), curve_functions(), coordinate_functions(),
-        dictionary_functions(), make_functions(), symbol_table_functions(), host_functions(),
-        blackboard_functions(), display_functions(), environment_functions(), loading_functions(),
-        menu_functions(), unsupported_functions(), prompt_functions(), command_functions()})
+        dictionary_functions(), make_functions(), ldata_functions(), property_functions(),
+        unit_functions(), symbol_table_functions(), host_functions(), blackboard_functions(),
+        display_functions(), environment_functions(), loading_functions(), menu_functions(),
+        unsupported_functions(), prompt_functions(), command_functions()})
     interpreter_->define(table);
   set_propagated(*interpreter_);
   entmake = std::make_unique<EntmakeSequence>();
