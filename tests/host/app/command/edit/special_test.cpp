@@ -113,6 +113,45 @@ TEST_F(SpecialEdits, ACircleHasNoOffsetPastItsCenter) {
   expect_shapes("40", "((5.0))");
 }
 
+TEST_F(SpecialEdits, ObjectsArePickedByPoints) {
+  draw_line("0 0 0", "10 0 0");
+  draw_line("4 -5 0", "4 5 0");
+  eval("(setvar \"VIEWSIZE\" 20.0)");
+  run("\"_.TRIM\" \"\" \"1,0\" \"\"");
+  run("\"_.OFFSET\" 2 '(6 0) '(6 9) \"\"");
+  expect_shapes("10 11",
+                "(((4.0 0.0 0.0) (10.0 0.0 0.0)) ((4.0 -5.0 0.0) (4.0 5.0 0.0))"
+                " ((4.0 2.0 0.0) (10.0 2.0 0.0)))");
+}
+
+TEST_F(SpecialEdits, ExplodeAsksOnWhenQaflagsSaysSo) {
+  draw_polyline("(10 0 0) (10 10 0)");
+  draw_polyline("(10 0 5) (10 10 5)");
+  eval("(setvar \"QAFLAGS\" 1)");
+  run("\"_.EXPLODE\" (en 1) (en 2) \"\"");
+  expect_shapes("0 10", "((\"LINE\" (0.0 0.0 0.0)) (\"LINE\" (0.0 5.0 0.0)))");
+}
+
+TEST_F(SpecialEdits, OneSetIsExplodedAtOnce) {
+  draw_polyline("(10 0 0) (10 10 0)");
+  draw_polyline("(10 0 5) (10 10 5)");
+  run("\"_.EXPLODE\" (ssget \"_X\")");
+  EXPECT_EQ(eval("(shapes '(0))"), "((\"LINE\") (\"LINE\"))");
+}
+
+TEST_F(SpecialEdits, ASingleCopyEndsTheCommand) {
+  draw_line("0 0 0", "1 0 0");
+  eval("(setvar \"COPYMODE\" 1)");
+  run("\"_.COPY\" (en 1) \"\" \"0,0\" \"5,0\"");
+  expect_shapes("10", "(((0.0 0.0 0.0)) ((5.0 0.0 0.0)))");
+}
+
+TEST_F(SpecialEdits, CommandSTakesACopyForComplete) {
+  draw_line("0 0 0", "1 0 0");
+  EXPECT_EQ(eval("(command-s \"_.COPY\" (en 1) \"\" \"0,0\" \"5,0\")"), "nil");
+  expect_shapes("10", "(((0.0 0.0 0.0)) ((5.0 0.0 0.0)))");
+}
+
 TEST_F(SpecialEdits, TrimLeavesTheRecordsOfAPipe) {
   eval("(regapp \"PN\")");
   draw_line("0 0 0", "10 0 0");
