@@ -287,8 +287,11 @@ std::optional<AcGeVector3d> Curve::plane_normal() const {
   }
   const double size = longest.length();
   constexpr double kFlat = 1e-9;
-  if (normal.length() <= kFlat * size * size)
-    return longest.isZeroLength() ? AcGeVector3d::kZAxis : longest.perpVector();
+  if (normal.length() <= kFlat * size * size) {
+    // Many planes hold a straight curve: the plan's, or one like it, where that does.
+    const bool level = std::fabs(longest.z) <= kFlat * size;
+    return level ? AcGeVector3d::kZAxis : longest.perpVector();
+  }
   normal /= normal.length();
   for (const AcGePoint3d& p : points)
     if (std::fabs((p - origin).dotProduct(normal)) > kFlat * size) return std::nullopt;

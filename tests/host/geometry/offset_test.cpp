@@ -65,6 +65,13 @@ TEST(Offset, PolylinesKeepTheirCorners) {
   EXPECT_EQ(shown(cad::offset_curve(square, -5)), "");
 }
 
+TEST(Offset, StraightPolylinesStayInThePlan) {
+  const Curve slanting = polyline({{{0, 0}}, {{-3, -4}}});
+  EXPECT_EQ(slanting.plane_normal(), kZ);
+  EXPECT_EQ(shown(cad::offset_curve(slanting, 5)), "-4,3 -7,-1");
+  EXPECT_EQ(shown(cad::offset_curve(slanting, -5)), "4,-3 1,-7");
+}
+
 TEST(Offset, ArcsStayArcs) {
   // A slot: two lines and two half circles.
   const Curve slot = polyline({{{0, 0}}, {{10, 0}, 1}, {{10, 4}}, {{0, 4}, 1}}, true);

@@ -1,0 +1,37 @@
+; AREATAB  areas of closed polylines: number in the middle of each, table at a picked point
+(DEFUN C:AREATAB (/ SS N E A TOT PT ROWS H CEN OLDECHO)
+  (SETQ OLDECHO (GETVAR "CMDECHO"))
+  (SETVAR "CMDECHO" 0)
+  (PROMPT "\nSelect closed polylines: ")
+  (SETQ SS (SSGET '((0 . "LWPOLYLINE") (-4 . "&") (70 . 1))))
+  (IF SS
+    (PROGN
+      (SETQ H (GETREAL "\nText height: "))
+      (SETQ PT (GETPOINT "\nTable corner: "))
+      (SETQ N 0 TOT 0)
+      (REPEAT (SSLENGTH SS)
+        (SETQ E (SSNAME SS N))
+        (SETQ N (+ N 1))
+        (COMMAND "_.AREA" "_O" E)
+        (SETQ A (GETVAR "AREA"))
+        (SETQ TOT (+ TOT A))
+        (SETQ ROWS (CONS (LIST N A (GETVAR "PERIMETER")) ROWS))
+        (SETQ CEN (CENTROID (VERTICES E)))
+        (COMMAND "_.TEXT" "_J" "_MC" CEN H 0 (ITOA N)))
+      (FOREACH R (REVERSE ROWS)
+        (COMMAND "_.TEXT" PT H 0
+                 (STRCAT (ITOA (CAR R)) "  " (RTOS (CADR R) 2 2) "  " (RTOS (CADDR R) 2 2)))
+        (SETQ PT (POLAR PT (* 1.5 PI) (* 1.6 H))))
+      (COMMAND "_.LINE" PT (POLAR PT 0 (* 10 H)) "")
+      (COMMAND "_.TEXT" (POLAR PT (* 1.5 PI) (* 1.6 H)) H 0 (STRCAT "SUM  " (RTOS TOT 2 2)))
+      (PRINC (STRCAT "\nTotal area " (RTOS TOT 2 4)))))
+  (SETVAR "CMDECHO" OLDECHO)
+  (PRINC))
+
+(DEFUN VERTICES (E / R)
+  (FOREACH G (ENTGET E) (IF (= (CAR G) 10) (SETQ R (CONS (CDR G) R))))
+  (REVERSE R))
+
+(DEFUN CENTROID (L / N)
+  (SETQ N (FLOAT (LENGTH L)))
+  (LIST (/ (APPLY '+ (MAPCAR 'CAR L)) N) (/ (APPLY '+ (MAPCAR 'CADR L)) N)))

@@ -1,0 +1,33 @@
+;;; FARROW  draws a filled flow arrow in the middle of every selected pipe, from its start to its end
+(defun arrow (p a s lay / tip l r)
+  (setq tip (polar p a (* 0.5 s))
+        l   (polar (polar p a (* -0.5 s)) (+ a (* 0.5 pi)) (/ s 6.0))
+        r   (polar (polar p a (* -0.5 s)) (- a (* 0.5 pi)) (/ s 6.0)))
+  (entmakex (list (cons 0 "SOLID") (cons 8 lay) (cons 62 1) (cons 10 l) (cons 11 r) (cons 12 tip)
+                  (cons 13 tip))))
+
+(defun ends (e / d k)
+  (setq d (entget e) k (cdr (assoc 0 d)))
+  (cond
+    ((= k "LINE") (list (cdr (assoc 10 d)) (cdr (assoc 11 d))))
+    ((= k "LWPOLYLINE")
+      ((lambda (v) (list (car v) (last v)))
+        (mapcar 'cdr (vl-remove-if-not '(lambda (g) (= (car g) 10)) d))))))
+
+(defun c:farrow (/ ss n size pts made short mid)
+  (prompt "\nSelect pipes: ")
+  (setq ss (ssget '((0 . "LINE,LWPOLYLINE"))))
+  (if (not ss) (progn (princ "nothing selected") (exit)))
+  (setq size (getdist "\nArrow size: ") n 0 made 0 short 0)
+  (command "_.undo" "_be")
+  (while (< n (sslength ss))
+    (setq pts (ends (ssname ss n)) n (1+ n))
+    (if (< (distance (car pts) (cadr pts)) (* 2 size))
+      (setq short (1+ short))
+      (progn
+        (setq mid (mapcar '(lambda (a b) (/ (+ a b) 2.0)) (car pts) (cadr pts)))
+        (arrow mid (angle (car pts) (cadr pts)) size "FLOW")
+        (setq made (1+ made)))))
+  (command "_.undo" "_e")
+  (princ (strcat "\n" (itoa made) " arrows, " (itoa short) " pipes too short"))
+  (princ))

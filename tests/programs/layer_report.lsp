@@ -1,0 +1,28 @@
+;; layer report: entities on every layer, what kind, and the state of the layer
+(defun c:layrep ( / l names ss i d k tally flags out )
+  (while (setq l (tblnext "LAYER" (null names)))
+    (setq names (cons (cdr (assoc 2 l)) names)))
+  (foreach name (acad_strlsort names)
+    (setq l     (entget (tblobjname "LAYER" name))
+          flags (strcat (if (= 1 (logand 1 (cdr (assoc 70 l)))) "F" "-")
+                        (if (= 4 (logand 4 (cdr (assoc 70 l)))) "L" "-")
+                        (if (minusp (cdr (assoc 62 l))) "O" "-"))
+          tally nil)
+    (if (setq ss (ssget "_X" (list (cons 8 (vl-string-translate "#@.*?~[],-" "??????????" name)))))
+      (progn
+        (setq i 0)
+        (while (< i (sslength ss))
+          (setq d (entget (ssname ss i))
+                i (1+ i))
+          (if (= (strcase (cdr (assoc 8 d))) (strcase name))
+            (progn
+              (setq k (cdr (assoc 0 d)))
+              (if (assoc k tally)
+                (setq tally (subst (cons k (1+ (cdr (assoc k tally)))) (assoc k tally) tally))
+                (setq tally (cons (cons k 1) tally))))))))
+    (setq tally (vl-sort tally '(lambda (a b) (< (car a) (car b))))
+          out   (strcat name " [" flags "] colour " (itoa (abs (cdr (assoc 62 l)))) ", "
+                        (cdr (assoc 6 l)) ":"))
+    (foreach item tally (setq out (strcat out " " (itoa (cdr item)) " " (car item))))
+    (print out))
+  (princ))

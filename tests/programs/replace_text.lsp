@@ -1,0 +1,46 @@
+; TR - find and replace in texts, attributes and block texts of the whole drawing
+(defun tr-all (new old str / pos from)
+  (setq from 0)
+  (if (/= old "")
+    (while (setq pos (vl-string-search old str from))
+      (setq str (vl-string-subst new old str pos)
+            from (+ pos (strlen new)))))
+  str)
+
+(defun tr-entity (e / d g s n)
+  (setq d (entget e) n 0)
+  (foreach g d
+    (if (and (member (car g) '(1 3)) (= (type (cdr g)) 'STR))
+      (progn
+        (setq s (tr-all tr-new tr-old (cdr g)))
+        (if (/= s (cdr g))
+          (setq d (subst (cons (car g) s) g d) n 1)))))
+  (if (= n 1)
+    (if (entmod d) (progn (entupd e) 1) (progn (setq tr-locked (1+ tr-locked)) 0))
+    0))
+
+(defun c:tr (/ tr-old tr-new tr-locked ss i e n b)
+  (setq tr-old (getstring T "\nText to find: ")
+        tr-new (getstring T "\nReplace with: ")
+        tr-locked 0 n 0)
+  (if (setq ss (ssget "X" '((-4 . "<OR") (0 . "TEXT") (0 . "MTEXT") (-4 . "<AND") (0 . "INSERT")
+                            (66 . 1) (-4 . "AND>") (-4 . "OR>"))))
+    (repeat (setq i (sslength ss))
+      (setq e (ssname ss (setq i (1- i))))
+      (if (= (cdr (assoc 0 (entget e))) "INSERT")
+        (while (= (cdr (assoc 0 (entget (setq e (entnext e))))) "ATTRIB")
+          (setq n (+ n (tr-entity e))))
+        (setq n (+ n (tr-entity e))))))
+  (setq b (tblnext "BLOCK" T))
+  (while b
+    (if (not (wcmatch (cdr (assoc 2 b)) "`**"))
+      (progn
+        (setq e (cdr (assoc -2 b)))
+        (while e
+          (if (member (cdr (assoc 0 (entget e))) '("TEXT" "MTEXT"))
+            (setq n (+ n (tr-entity e))))
+          (setq e (entnext e)))))
+    (setq b (tblnext "BLOCK")))
+  (princ "\n") (princ n) (princ " texts changed")
+  (if (> tr-locked 0) (progn (princ ", ") (princ tr-locked) (princ " on locked layers")))
+  (princ))
