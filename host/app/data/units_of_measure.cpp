@@ -150,6 +150,7 @@ std::optional<UnitOfMeasure> plain_unit(std::string_view text) {
     const bool by_name = text.size() > prefix.name.size() &&
                          equal_no_case(text.substr(0, prefix.name.size()), prefix.name);
     const bool by_symbol = text.starts_with(prefix.symbol) && text.size() > prefix.symbol.size();
+    if (!by_name && !by_symbol) continue;
     for (const Row& row : kRows) {
       if (!row.prefixed) continue;
       const std::string_view rest =
