@@ -162,7 +162,11 @@ AcGePoint3d CommandLine::point_variable(std::wstring_view name) const {
   return point_of(value).value_or(AcGePoint3d());
 }
 
-bool CommandLine::echoes() const { return integer_variable(L"CMDECHO") != 0; }
+bool CommandLine::spares_warning(int level) const { return integer_variable(L"EXPERT") >= level; }
+
+bool CommandLine::echoes() const {
+  return integer_variable(L"CMDECHO") != 0 && integer_variable(L"NOMUTT") == 0;
+}
 
 void CommandLine::print(std::wstring_view text) {
   std::wstring line = std::exchange(printed_in_call_, true) ? L"" : L"\n";

@@ -104,6 +104,9 @@ class CommandLine {
   int integer_variable(std::wstring_view name, int absent = 0) const;
   std::wstring text_variable(std::wstring_view name) const;
   AcGePoint3d point_variable(std::wstring_view name) const;
+  /// Whether EXPERT spares the user warnings of this level: 1 of the current layer going off, 2 of
+  /// blocks redefined, 3 of linetypes loaded again.
+  bool spares_warning(int level) const;
 
   /// What the command has found out: a variable programs cannot set (AREA, VIEWSIZE).
   void put_variable(std::wstring_view name, const lisp::Value& value);

@@ -77,7 +77,7 @@ Flow<> block_command(CommandLine& line) {
     line.refuse(L"\"" + name.text + L"\" is no name for a block");
     co_return;
   }
-  if (!find_block(line.database(), name.text).isNull()) {
+  if (!find_block(line.database(), name.text).isNull() && !line.spares_warning(2)) {
     const std::wstring text =
         L"Block \"" + name.text + L"\" already exists. Redefine it? [Yes/No] <N>: ";
     const Answer redefine = co_await line.keyword({.text = text, .keywords = L"Yes No"});

@@ -116,7 +116,7 @@ Flow<> turn_off(CommandLine& line) {
       co_await line.text({.text = L"Enter name list of layer(s) to turn off: ", .bits = kNoEnter});
   const std::vector<AcDbObjectId> layers = layers_of(line, names);
   for (const AcDbObjectId layer : layers) {
-    if (is_current(line, layer)) {
+    if (is_current(line, layer) && !line.spares_warning(1)) {
       const std::wstring text = L"Really want layer \"" + layer_name(layer) +
                                 L"\" (the CURRENT layer) off? [Yes/No] <N>: ";
       const Answer really = co_await line.keyword({.text = text, .keywords = L"Yes No"});

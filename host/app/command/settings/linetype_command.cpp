@@ -29,10 +29,13 @@ Flow<> load_one(CommandLine& line, LinetypePattern pattern) {
       line.remark(L"Linetype " + pattern.name + L" loaded.");
     co_return;
   }
-  const std::wstring text =
-      L"Linetype \"" + group_text(known, 2) + L"\" is already loaded. Reload it? [Yes/No] <Y>: ";
-  const Answer again = co_await line.keyword({.text = text, .keywords = L"Yes No"});
-  if (!again.is(L"No")) line.check(change_object(known, pattern.groups()));
+  if (!line.spares_warning(3)) {
+    const std::wstring text =
+        L"Linetype \"" + group_text(known, 2) + L"\" is already loaded. Reload it? [Yes/No] <Y>: ";
+    const Answer again = co_await line.keyword({.text = text, .keywords = L"Yes No"});
+    if (again.is(L"No")) co_return;
+  }
+  line.check(change_object(known, pattern.groups()));
 }
 
 Flow<> load_linetypes(CommandLine& line) {

@@ -37,6 +37,17 @@ TEST_F(Settings, TurningTheCurrentLayerOffAsks) {
   EXPECT_EQ(eval("(getvar \"CMDACTIVE\")"), "0");
 }
 
+TEST_F(Settings, ExpertsAreNotWarned) {
+  eval(R"((setvar "EXPERT" 3) (command "LAYER" "OFF" "*" ""))");
+  EXPECT_EQ(layer("0", "(62)"), "(-7)");
+  eval(
+      R"((command "LAYER" "ON" "*" "") (command "LINETYPE" "L" "DOT" "acad.lin" "L" "DOT" "acad.lin" ""))");
+  eval(R"((command "CIRCLE" "0,0" 1) (command "BLOCK" "B" "0,0" "L" ""))");
+  eval(R"((command "CIRCLE" "0,0" 2) (command "BLOCK" "B" "0,0" "L" ""))");
+  EXPECT_EQ(eval("(cdr (assoc 40 (entget (cdr (assoc -2 (tblsearch \"BLOCK\" \"B\"))))))"), "2.0");
+  EXPECT_EQ(eval("(getvar \"CMDACTIVE\")"), "0");
+}
+
 TEST_F(Settings, ALayerThatIsNotThereIsTold) {
   eval(R"((command "LAYER" "S" "NONE" "S" "0" ""))");
   EXPECT_TRUE(told("Cannot find layer \"NONE\"."));
