@@ -12,6 +12,7 @@
 #include "host/app/modules.h"
 #include "host/app/prompt/user_input.h"
 #include "host/app/session.h"
+#include "host/app/system/blackboard.h"
 #include "host/base/codepage.h"
 #include "host/base/numbers.h"
 #include "host/base/trace.h"
@@ -77,6 +78,7 @@ Host::~Host() {
   user_input() = {};
   set_alerts({});
   host_settings() = {};
+  blackboard() = {};
   current_host = nullptr;
 }
 

@@ -20,27 +20,39 @@ bool is_same_value(const Value& a, const Value& b) {
   return is_eq(a, b);
 }
 
+namespace {
+
+// Of two values that are not both lists with elements.
+bool equal_atoms(const Value& a, const Value& b, double fuzz) {
+  if (a.is_number() && b.is_number()) {
+    const double x = a.number(), y = b.number();
+    return x == y || std::fabs(x - y) <= fuzz;
+  }
+  return is_eq(a, b);
+}
+
+}  // namespace
+
 bool is_equal(Interpreter& interp, const Value& a, const Value& b, double fuzz) {
   struct Pair {
     const Value* a;
     const Value* b;
   };
-  std::vector<Pair> later;  // allocates for nested lists only
+  std::vector<Pair> later;  // allocates for lists in lists only
   Pair at{&a, &b};
   for (;;) {
-    if (at.a->is_cons() && at.b->is_cons()) {
-      if (!at.a->same(*at.b)) {
-        interp.step();
-        later.push_back({&at.a->cons()->cdr, &at.b->cons()->cdr});
-        at = {&at.a->cons()->car, &at.b->cons()->car};
-        continue;
+    while (at.a->is_cons() && at.b->is_cons() && !at.a->same(*at.b)) {
+      interp.step();
+      const Cons &x = *at.a->cons(), &y = *at.b->cons();
+      if (x.car.is_cons() && y.car.is_cons()) {
+        later.push_back({&x.cdr, &y.cdr});
+        at = {&x.car, &y.car};
+      } else {
+        if (!equal_atoms(x.car, y.car, fuzz)) return false;
+        at = {&x.cdr, &y.cdr};
       }
-    } else if (at.a->is_number() && at.b->is_number()) {
-      const double x = at.a->number(), y = at.b->number();
-      if (x != y && !(std::fabs(x - y) <= fuzz)) return false;
-    } else if (!is_eq(*at.a, *at.b)) {
-      return false;
     }
+    if (!equal_atoms(*at.a, *at.b, fuzz)) return false;
     if (later.empty()) return true;
     at = later.back();
     later.pop_back();

@@ -44,6 +44,37 @@ TEST_F(LispFiles, SourceFilesAreUtf8OrTheChineseCodePage) {
   EXPECT_EQ(value_of("(list a b)"), "(5 6)");
 }
 
+TEST_F(LispFiles, CharactersMayEndInABarOrABackslash) {
+  // 0x8A 0x7C is one character, and so is 0x81 0x5C.
+  (void)interp.load_file(write("bar.lsp",
+                               "(setq a \"\x8A\x7C\") ;| \x8A\x7C; still a comment |;\n"
+                               "(setq b \"\x81\x5C\" c 1)"));
+  EXPECT_EQ(value_of("(list (strlen a) (strlen b) c)"), "(1 1 1)") << output;
+}
+
+TEST_F(LispFiles, LinesMayEndInCarriageReturns) {
+  const Result<Value> result = interp.load_file(
+      write("mac.lsp", "(setq a \"one\rtwo\") ; comment\r(setq b 1)\r\r(car b)\r"));
+  ASSERT_FALSE(result);
+  EXPECT_EQ(result.error().where, (folder / "mac.lsp").string() + ":5");
+  EXPECT_EQ(value_of("(list a b)"), "(\"one\\ntwo\" 1)");
+  (void)interp.load_file(write("dos.lsp", "(setq a \"one\r\ntwo\")"));
+  EXPECT_EQ(value_of("a"), "\"one\\ntwo\"");
+}
+
+TEST_F(LispFiles, UnbalancedParenthesesNameTheirLine) {
+  const auto where = [&](const std::string& name, const std::string& text) {
+    const Result<Value> result = interp.load_file(write(name, text));
+    return result ? "read" : result.error().message();
+  };
+  EXPECT_EQ(where("open.lsp", "(setq a 1)\n\n(defun f (x)\n  (if x 1)\n"),
+            (folder / "open.lsp").string() + ":3: malformed list on input");
+  EXPECT_EQ(where("extra.lsp", "(setq a 1)\n(setq b 2))\n"),
+            (folder / "extra.lsp").string() + ":2: extra right paren on input");
+  EXPECT_EQ(where("text.lsp", "\n(princ \"never ended)\n"),
+            (folder / "text.lsp").string() + ":2: malformed string on input");
+}
+
 TEST_F(LispFiles, LoadGivesTheLastValueAndNamesTheLineOfAnError) {
   write("good.lsp", "(setq a 1)\n(+ a 1)");
   write("bad.lsp", "(setq a 1)\n\n(car a)");

@@ -11,7 +11,7 @@ namespace {
 #ifdef NDEBUG
 constexpr std::size_t kUsualStack = std::size_t{8} << 20;
 #else
-constexpr std::size_t kUsualStack = std::size_t{48} << 20;
+constexpr std::size_t kUsualStack = std::size_t{256} << 20;
 #endif
 
 class LispLimits : public Session {
@@ -29,6 +29,7 @@ class LispLimits : public Session {
       auto& asked = *static_cast<Job*>(data);
       std::string text;
       Interpreter own(collecting(text));
+      own.set_limits({.stack_bytes = kUsualStack});
       const Result<Value> value = own.eval_string(asked.source);
       asked.result = value ? shown(*value) : value.error().what;
       return nullptr;
