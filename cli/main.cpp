@@ -39,6 +39,8 @@ int main(int argc, char** argv) {
   cli::add_info_command(program, status);
   cli::add_records_command(program, status);
   cli::add_check_command(program, status);
+  cli::add_format_command(program, status);
+  cli::add_settings_command(program, status);
 
   try {
     program.parse(argc, argv);

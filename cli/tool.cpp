@@ -29,7 +29,7 @@ std::optional<std::wstring> read_input_line() {
 
 }  // namespace
 
-void add_tool_options(CLI::App& command, ToolOptions& options) {
+void add_folder_options(CLI::App& command, ToolOptions& options) {
   command
       .add_option("--install-dir", options.install_dir,
                   "folder of the installation's settings files")
@@ -38,6 +38,10 @@ void add_tool_options(CLI::App& command, ToolOptions& options) {
   command.add_option("--project-dir", options.project_dir, "folder of the current project")
       ->type_name("DIR")
       ->check(CLI::ExistingDirectory);
+}
+
+void add_tool_options(CLI::App& command, ToolOptions& options) {
+  add_folder_options(command, options);
   command.add_option("--load", options.modules, "load a further module; may be repeated")
       ->type_name("MODULE")
       ->allow_extra_args(false);
@@ -48,17 +52,21 @@ void add_tool_options(CLI::App& command, ToolOptions& options) {
   command.add_flag("--trace", options.trace, "write the diagnostic trace to stderr");
 }
 
+void use_folders(const ToolOptions& options) {
+  cad::HostSettings& settings = cad::host_settings();
+  settings.install_dir =
+      options.install_dir.empty() ? network::default_install_dir() : options.install_dir;
+  settings.project_dir = options.project_dir;
+}
+
 void complain(std::string_view line) {
   std::fflush(stdout);
   std::fprintf(stderr, "pipenote: %.*s\n", static_cast<int>(line.size()), line.data());
 }
 
 Tool::Tool(const ToolOptions& options) : options_(options) {
-  cad::HostSettings& settings = cad::host_settings();
-  settings.install_dir =
-      options.install_dir.empty() ? network::default_install_dir() : options.install_dir;
-  settings.project_dir = options.project_dir;
-  settings.module_folders.push_back(cad::Host::library_folder() + "/pipenote");
+  use_folders(options);
+  cad::host_settings().module_folders.push_back(cad::Host::library_folder() + "/pipenote");
   cad::set_console([this](std::string_view text) {
     std::fwrite(text.data(), 1, text.size(), stdout);
     if (!text.empty()) at_line_start_ = text.back() == '\n';

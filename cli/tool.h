@@ -23,8 +23,14 @@ struct ToolOptions {
   std::uint64_t step_limit = 0;
   bool trace = false;
 };
-/// --install-dir, --project-dir, --load, --step-limit, --trace
+/// --install-dir, --project-dir
+void add_folder_options(CLI::App& command, ToolOptions& options);
+/// These, --load, --step-limit and --trace.
 void add_tool_options(CLI::App& command, ToolOptions& options);
+
+/// Makes the folders known to the host. Without --install-dir: the settings installed with the
+/// program.
+void use_folders(const ToolOptions& options);
 
 /// One line on stderr: "pipenote: plan.dxf: the drawing is in use by another program".
 void complain(std::string_view line);

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "host/app/console.h"
+#include "host/base/codepage.h"
 #include "host/base/decimal_text.h"
 #include "host/base/fold.h"
 #include "host/base/numbers.h"
@@ -19,6 +20,7 @@ using cad::append_ascii;
 using cad::append_fixed;
 using cad::DecimalText;
 using cad::equal_no_case;  // A-Z and a-z alike, every other character as it is
+using cad::from_utf8;
 
 /// The text of a pointer that may be null, null-terminated.
 inline std::wstring_view text_of(const wchar_t* text) { return text ? text : L""; }

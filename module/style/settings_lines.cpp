@@ -1,5 +1,7 @@
 #include "module/style/settings_lines.h"
 
+#include <optional>
+
 namespace dim {
 
 CString in_install_dir(const wchar_t* file) {
@@ -15,8 +17,10 @@ void note_setting(const CString& name, const CString& value, const network::Sett
 }
 
 SettingsLines::SettingsLines(const wchar_t* below_install_dir)
-    : path_(in_install_dir(below_install_dir)),
-      exists_(network::find_settings_file(path_).has_value()) {
+    : path_(in_install_dir(below_install_dir)) {
+  const std::optional<std::string> found = network::find_settings_file(path_);
+  exists_ = found.has_value();
+  shown_path_ = found ? from_utf8(*found) : path_;
   // Asked for in any case: a file that is not there is told to the settings log, too.
   const bool read = KT::ReadTextFileToStringArray(path_, lines_, true, &numbers_, nullptr) == 0;
   if (!read) lines_.clear();
@@ -29,11 +33,11 @@ bool SettingsLines::read_or_complain(const wchar_t* missing, const wchar_t* unre
 
 void SettingsLines::note(const CString& name, const CString& value, std::size_t line,
                          const CString& place) const {
-  note_setting(name, value, {path_, numbers_[line], place});
+  note_setting(name, value, {shown_path_, numbers_[line], place});
 }
 
 void SettingsLines::note_default(const CString& name, const CString& value) const {
-  note_setting(name, value, {path_, 0, {}}, true);
+  note_setting(name, value, {shown_path_, 0, {}}, true);
 }
 
 }  // namespace dim

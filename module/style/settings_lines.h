@@ -41,6 +41,7 @@ class SettingsLines {
 
  private:
   CString path_;
+  CString shown_path_;  // as found on disk
   bool exists_;
   CStringArray lines_;
   std::vector<int> numbers_;  // of the lines, in the file
