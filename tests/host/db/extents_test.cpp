@@ -2,7 +2,10 @@
 
 #include <gmock/gmock.h>
 
+#include <random>
+
 #include "host/db/entity_shape.h"
+#include "host/geometry/plan_area.h"
 #include "tests/host/db/little.h"
 #include "tests/host/db/plan.h"
 #include "tests/host/geometry/near.h"
@@ -144,6 +147,48 @@ TEST_F(Extents, OfMeshesReachAllVertices) {
        {"10 0\n20 0\n30 0\n", "10 5\n20 0\n30 0\n", "10 0\n20 5\n30 1\n", "10 5\n20 6\n30 0\n"})
     mesh += entity("VERTEX", "AcDbPolygonMeshVertex", std::string(place) + "70 64\n");
   expect_box(box(mesh + "0 SEQEND\n100 AcDbEntity\n8 0\n"), {0, 0, 0}, {5, 6, 1});
+}
+
+TEST_F(Extents, OfDamagedEntitiesEnd) {
+  // Any groups with any numbers: whatever comes out, nothing crashes and everything ends.
+  constexpr const char* kKinds[] = {
+      "LINE",  "ARC",    "CIRCLE", "ELLIPSE",  "LWPOLYLINE", "SPLINE",  "LEADER", "TEXT",
+      "MTEXT", "ATTDEF", "HATCH",  "SOLID",    "3DFACE",     "INSERT",  "IMAGE",  "WIPEOUT",
+      "MLINE", "POINT",  "XLINE",  "VIEWPORT", "DIMENSION",  "POLYLINE"};
+  constexpr const char* kNumbers[] = {"0", "1",   "-1",  "1e308", "-1e308", "1e-320",
+                                      "3", "nan", "inf", "x",     "360",    "0.5"};
+  constexpr const char* kCounts[] = {"0", "1", "2", "3", "-5", "32767", "16", "64", "8"};
+  constexpr int kReals[] = {10, 20, 30, 11, 21, 31, 12, 22, 13,  23,  14,  24,
+                            40, 41, 42, 43, 44, 45, 50, 51, 210, 220, 230, 38};
+  constexpr int kIntegers[] = {70, 71, 72, 73, 74, 75, 91, 92, 93, 94, 95, 96, 97};
+  const cad::PlanArea window({{0, 0}, {2, 0}, {1, 3}});
+  std::mt19937 random(7);
+  const auto one_of = [&](const auto& choices) { return choices[random() % std::size(choices)]; };
+  for (int round = 0; round < 150; ++round) {
+    std::string note;
+    for (const char* kind : kKinds) {
+      note += std::string("0 ") + kind + "\n8 0\n1 a%%\\H1e9;{\n2 B\n";
+      for (int i = static_cast<int>(random() % 30); i > 0; --i)
+        note += random() % 4 ? std::to_string(one_of(kReals)) + " " + one_of(kNumbers) + "\n"
+                             : std::to_string(one_of(kIntegers)) + " " + one_of(kCounts) + "\n";
+    }
+    given(little_drawing(note, block("B", kCircle + insert("2 B\n"))));
+    cad::EntityShapes shapes;
+    for (AcDbObjectId entity = database().first_entity(); !entity.isNull();
+         entity = database().next_entity(entity)) {
+      AcDbExtents found;
+      shapes.extents(entity, found);
+      if (const auto curve = cad::curve_of(entity)) {
+        curve->nearest({1, 2, 3}, true);
+        curve->length();
+        curve->area();
+        curve->param_at_distance(5);
+        curve->plane_normal();
+        window.touches(*curve);
+        window.holds(*curve);
+      }
+    }
+  }
 }
 
 TEST_F(Extents, ArraysAreVisitedCellByCellWithTheirPath) {
