@@ -3,12 +3,12 @@
 
 #include "host/app/command/command_table.h"
 #include "host/app/command/settings/records.h"
-#include "host/db/extents.h"
 #include "host/app/command/view/view.h"
 #include "host/app/session.h"
 #include "host/base/codepage.h"
 #include "host/base/numbers.h"
 #include "host/base/trace.h"
+#include "host/db/extents.h"
 
 /// Commands that change what is on a screen. There is none, but picks depend on how large the view
 /// is, so the view's centre and height are kept; the rest only takes its answers.
