@@ -16,6 +16,7 @@
 #include "host/db/arxdbg_utils.h"
 #include "host/db/database.h"
 #include "host/db/record.h"
+#include "host/db/undo.h"
 #include "module/manager/dim_manager.h"
 #include "module/record/dim_item.h"
 
@@ -48,12 +49,15 @@ class Pipes {
     if (!opened) give_up(opened.error());
     document_ = *opened;
     AcDbDatabase& database = *document_->database();
+    cad::undo_log(database).set_recording(logged);
     for (AcDbObjectId id = database.first_entity(); !id.isNull(); id = database.next_entity(id)) {
       if (cad::record_kind(id) != "LINE") continue;
       pipes_.push_back({id, database.next_entity(id)});
     }
     next_ = 0;
   }
+  bool logged = true;  ///< whether what is recorded can be taken back
+
   bool used_up() const { return next_ >= pipes_.size(); }
   const Pipe& next() { return pipes_[next_++]; }
   std::size_t count() const { return pipes_.size(); }
@@ -110,6 +114,14 @@ void record(benchmark::State& state, const wchar_t* type, const wchar_t* name) {
 
 void new_record(benchmark::State& state) { record(state, L"xzgj", L"pipe_dia"); }
 BENCHMARK(new_record);
+
+/// The same without the log of steps: what taking back costs is the difference.
+void new_record_unlogged(benchmark::State& state) {
+  pipes().logged = false;
+  record(state, L"xzgj", L"pipe_dia");
+  pipes().logged = true;
+}
+BENCHMARK(new_record_unlogged);
 
 void merge_into_a_record_of_two(benchmark::State& state) { record(state, L"pcgb", L"pipe_dia"); }
 BENCHMARK(merge_into_a_record_of_two);
