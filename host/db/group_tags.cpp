@@ -197,7 +197,8 @@ bool same_value(const TagSpan& tags, const GroupView& group, std::string_view ki
     case ValueType::kText: {
       bool certain = false;
       if (same_plain(tag.value, group.text, certain)) return true;
-      std::wstring held;
+      static thread_local std::wstring held;  // keeps its memory: lists are compared text by text
+      held.clear();
       dxf::append_decoded(tag.value, dialect, held);
       return held == group.text;
     }

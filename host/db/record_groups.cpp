@@ -226,6 +226,11 @@ const Group* RecordGroups::find(int code) const {
 
 std::wstring RecordGroups::text(const Group& group) const {
   std::wstring text;
+  append_text(group, text);
+  return text;
+}
+
+void RecordGroups::append_text(const Group& group, std::wstring& text) const {
   if (group.type == Type::kChunk) {
     dxf::Tag tag;
     tag.code = group.code;
@@ -237,7 +242,6 @@ std::wstring RecordGroups::text(const Group& group) const {
   } else {
     dxf::append_decoded(group.bytes, *dialect_, text);
   }
-  return text;
 }
 
 bool is_sub_entity(AcDbObjectId id) {

@@ -49,6 +49,7 @@ class RecordGroups {
   const Group* find(int code) const;
 
   std::wstring text(const Group& group) const;
+  void append_text(const Group& group, std::wstring& text) const;
 
  private:
   class Reader;

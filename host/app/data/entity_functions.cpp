@@ -50,7 +50,12 @@ Value text_value(Interpreter& interp, const RecordGroups& record, const Group& g
   bool plain = group.type != Group::Type::kChunk;
   for (const char c : group.bytes)
     plain &= static_cast<signed char>(c) >= ' ' && c != '^' && c != '\\';
-  if (!plain || group.bytes.empty()) return interp.string(record.text(group));
+  if (!plain || group.bytes.empty()) {
+    static thread_local std::wstring text;
+    text.clear();
+    record.append_text(group, text);
+    return interp.string(text);
+  }
   lisp::String* string = interp.heap().blank_string(group.bytes.size());
   std::copy(group.bytes.begin(), group.bytes.end(), string->data());
   return Value::adopt(string);
