@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::span<const SettingsReader> (*kReaderLists[])() = {network_readers};
+constexpr std::span<const SettingsReader> (*kReaderLists[])() = {network_readers, style_readers};
 
 /// An installation and project whose files are all links to one file.
 class Folders {

@@ -12,3 +12,5 @@ struct SettingsReader {
 
 /// The readers of the pipe library: texts, profile files, variable files, store, materials.
 std::span<const SettingsReader> network_readers();
+/// The readers of the label style, and the labels made by what they found.
+std::span<const SettingsReader> style_readers();
