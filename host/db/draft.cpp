@@ -156,8 +156,11 @@ Status Draft::place(const GroupView& group, Part* named) {
   }
   Part* target = nullptr;
   if (named && (!named->row || named->row->find(group.code))) target = named;
-  for (Part& part : parts_)
-    if (!target && part.row && part.row->find(group.code)) target = &part;
+  // The kind's own parts before the one that all entities have.
+  for (std::size_t i = 1; i < parts_.size() && !target; ++i)
+    if (parts_[i].row && parts_[i].row->find(group.code)) target = &parts_[i];
+  if (!target && !parts_.empty() && parts_[0].row && parts_[0].row->find(group.code))
+    target = parts_.data();
   if (!target) target = named;
   if (!target) return wrong(group.code, "does not belong to this kind of object");
   const GroupRow* row = target->row ? target->row->find(group.code) : nullptr;

@@ -72,7 +72,7 @@ constexpr KindText kKinds[] = {
      0,
      {{"AcDbMText",
        "10! 40=$TEXTSIZE 41=0.0 46 71=1 72=5 3* 1!* 7 210 11 42 43 50 73 44 90 63 421 431 "
-       "45 441 75 76 78 79 48 49 74"}}},
+       "45 441 75 76 78 79 49 74"}}},
     {"LWPOLYLINE",
      kEntity,
      Release::kR14,
