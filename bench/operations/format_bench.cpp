@@ -62,8 +62,11 @@ std::string stake_by_snprintf(double stake) {
   return text;
 }
 
+/// The form of the label depends on the pipe's material, whoever makes it.
 std::string diameter_by_snprintf(double diameter) {
-  return printed("%s%d", "DN", static_cast<int>(diameter));
+  constexpr const char* kPrefixes[] = {"DN", "d", "de", "D"};
+  const int form = WDLGX::GetDimH(L"1");
+  return printed("%s%d", kPrefixes[form], static_cast<int>(diameter));
 }
 
 std::string composite_by_snprintf(double value) {

@@ -1,4 +1,7 @@
 // Labels of diameters and sections.
+#include <algorithm>
+#include <array>
+#include <charconv>
 #include <string_view>
 
 #include "module/style/label_pieces.h"
@@ -8,31 +11,43 @@ namespace {
 
 using dim::LabelText;
 
-struct Diameters {
-  int nominal;
-  double inner = Gx::kNoData;
-  double outer = Gx::kNoData;
-  double wall = Gx::kNoData;
+/// A material's number as text, "%d".
+class MaterialCode {
+ public:
+  explicit MaterialCode(int number) {
+    std::array<char, 12> digits;
+    const char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+    *std::copy(static_cast<const char*>(digits.data()), end, text_.begin()) = 0;
+  }
+  const wchar_t* c_str() const { return text_.data(); }
+
+ private:
+  std::array<wchar_t, 13> text_;
 };
 
-Diameters diameters_of(const wchar_t* material, int nominal) {
-  const auto known = [](double size) { return size == -1.0 ? Gx::kNoData : size; };
-  Diameters d{nominal};
-  d.inner = known(WDLGX::GetGCNL2(material, nominal));
-  d.wall = known(WDLGX::GetGCHBH(material, nominal));
-  if (Gx::IsValidData(d.inner) && Gx::IsValidData(d.wall)) d.outer = d.inner + 2 * d.wall;
-  return d;
+/// A circular pipe in the material tables, which are asked only for what a label shows.
+struct Circle {
+  const wchar_t* material;
+  int nominal;
+};
+
+double known(double size) { return size == -1.0 ? Gx::kNoData : size; }
+double inner_of(const Circle& c) { return known(WDLGX::GetGCNL2(c.material, c.nominal)); }
+double wall_of(const Circle& c) { return known(WDLGX::GetGCHBH(c.material, c.nominal)); }
+double outer_of(const Circle& c) {
+  const double inner = inner_of(c), wall = wall_of(c);
+  return Gx::IsValidData(inner) && Gx::IsValidData(wall) ? inner + 2 * wall : Gx::kNoData;
 }
 
 struct Kind {
   std::wstring_view word;
-  double Diameters::*size;  ///< null: the nominal diameter
+  double (*size)(const Circle&);  ///< null: the nominal diameter
 };
 constexpr Kind kKinds[] = {
     {L"STD", nullptr},
-    {L"OUT", &Diameters::outer},
-    {L"IN", &Diameters::inner},
-    {L"WALL", &Diameters::wall},
+    {L"OUT", outer_of},
+    {L"IN", inner_of},
+    {L"WALL", wall_of},
 };
 
 const Kind* find_kind(std::wstring_view word) {
@@ -42,13 +57,14 @@ const Kind* find_kind(std::wstring_view word) {
 }
 
 /// The number that a kind shows; the nominal diameter when that one is unknown.
-void append_size(LabelText& label, const Kind* kind, const Diameters& d) {
-  if (kind && kind->size && Gx::IsValidData(d.*kind->size)) {
+void append_size(LabelText& label, const Kind* kind, const Circle& circle) {
+  const double size = kind && kind->size ? kind->size(circle) : Gx::kNoData;
+  if (Gx::IsValidData(size)) {
     LabelText number;
-    number.fixed(d.*kind->size, 6).drop_zeros();
+    number.fixed(size, 6).drop_zeros();
     label.text(number.view());
   } else {
-    label.whole(d.nominal);
+    label.whole(circle.nominal);
   }
 }
 
@@ -57,15 +73,15 @@ void append_circle(LabelText& label, const wchar_t* material, int style, double 
   static const tdfDnDimTypeItem kNoStyle;
   const bool known = style >= 0 && static_cast<std::size_t>(style) < styles.size();
   const tdfDnDimTypeItem& form = known ? styles[static_cast<std::size_t>(style)] : kNoStyle;
-  const Diameters d = diameters_of(material, dim::whole_part(diameter));
+  const Circle circle{material, dim::whole_part(diameter)};
   label.text(form.prefix);
-  append_size(label, find_kind(form.firstKind), d);
+  append_size(label, find_kind(form.firstKind), circle);
   // Kept: the suffix belongs to the second number.
   // Test: DiameterStyle.WithoutASecondNumberThereIsNoSuffix
   const Kind* const second = find_kind(form.secondKind);
   if (!second) return;
   label.text(form.separator);
-  append_size(label, second, d);
+  append_size(label, second, circle);
   label.text(form.suffix);
 }
 
@@ -100,11 +116,9 @@ void dim::append_diameter(LabelText& label, double diameter, int material, const
     }
     append_section(label, s.width, diameter);
   } else if (forms.profile.diameterNotation != 1) {
-    LabelText code;
-    code.whole(material);
-    const wchar_t* const code_text = code.c_str();
-    const int style = WDLGX::GetDimH(code_text);
-    append_circle(label, code_text, style == -1 ? 0 : style, diameter, forms.styles);
+    const MaterialCode code(material);
+    const int style = WDLGX::GetDimH(code.c_str());
+    append_circle(label, code.c_str(), style == -1 ? 0 : style, diameter, forms.styles);
   } else {
     label.text(forms.profile.diameterPrefix).fixed(diameter, 0).text(forms.profile.diameterSuffix);
   }

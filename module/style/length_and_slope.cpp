@@ -38,9 +38,7 @@ void dim::append_slope(LabelText& label, double slope, const tdfGdcdpdbz& s) {
 }
 
 CString CDimStyle::RemoveZero(const CString& text) {
-  CString shorter = text;
-  dim::drop_zeros(shorter);
-  return shorter;
+  return text.substr(0, dim::size_without_zeros(text));
 }
 
 CString CDimStyle::GetPipeLongStr(double length) const {
