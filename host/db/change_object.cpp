@@ -12,13 +12,32 @@
 #include "host/db/merge_groups.h"
 #include "host/db/object_access.h"
 #include "host/db/record.h"
+#include "host/db/rename_record.h"
 #include "host/dxf/text.h"
 
 namespace cad {
 namespace {
 
-bool is_record_of_table(Drawing& drawing, const Stub& stub) {
-  return stub.section == dxf::Section::kTables && !drawing.is_frame(stub);
+/// A table record that is about to get another name.
+struct Renaming {
+  const Drawing::Table* table = nullptr;  // null: none
+  std::wstring from;
+  std::wstring_view to;
+};
+
+Renaming renaming_of(Drawing& drawing, const Stub& stub, std::span<const GroupView> fresh) {
+  if (stub.section != dxf::Section::kTables || drawing.is_frame(stub)) return {};
+  const auto name = std::find_if(fresh.begin(), fresh.end(),
+                                 [](const GroupView& group) { return group.code == 2; });
+  if (name == fresh.end()) return {};
+  Renaming renaming{drawing.table(drawing.kind_name(stub)), {}, name->text};
+  dxf::Tag tag;
+  for (dxf::TagReader tags(drawing.bytes_of(stub), drawing.dialect()); tags.next(tag);) {
+    if (tag.code != 2) continue;
+    renaming.from = dxf::text_value(tag, drawing.dialect());
+    break;
+  }
+  return renaming;
 }
 
 /// What stands in the way of changing the object at all.
@@ -55,8 +74,6 @@ Status check_change(Drawing& drawing, AcDbObjectId id, const GroupView& group) {
     return fail(kind, "group " + std::to_string(group.code) + " " + fault);
   if (kind == "DICTIONARY" && (group.code == 3 || group.code == 350 || group.code == 360))
     return fail(kind, "entries are changed by dictadd and dictremove");
-  if (group.code == 2 && is_record_of_table(drawing, *id.stub()))
-    return fail(kind, "a record keeps its name");
   return check_reference(drawing, kind, group);
 }
 
@@ -85,7 +102,15 @@ Status change_object(AcDbObjectId id, std::span<const GroupView> groups) {
         return layer.error();
     }
   }
+  const Renaming renaming = renaming_of(drawing, *id.stub(), fresh);
+  if (renaming.table) {
+    const Status status = check_rename(drawing, *renaming.table, renaming.from, renaming.to);
+    if (!status) return status.error();
+  }
   ObjectAccess::replace_content(drawing.object(*id.stub()), merge.result());
+  if (!renaming.table) return {};
+  rename_references(drawing, *renaming.table, renaming.from, renaming.to);
+  drawing.table_changed(renaming.table->name);
   return {};
 }
 

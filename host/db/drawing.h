@@ -129,6 +129,9 @@ class Drawing {
   Block* block_at(const Stub& begin);
   /// The live block of that name, in drawings without block records too.
   Block* block_named(std::wstring_view name);
+  const std::vector<Block>& blocks() const { return blocks_; }
+  /// First of the block's entities, or null.
+  Stub* first_in(const Block& block);
   /// Files a new block by its BLOCK and ENDBLK, which stand in the stubs one behind the other.
   void add_block(const Stub& begin, const Stub& end);
   std::uint64_t model_space();  ///< handle of its block record; 0 in drawings that have none

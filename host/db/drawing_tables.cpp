@@ -235,9 +235,13 @@ Stub* Drawing::first_in_block(std::uint64_t block_record) {
   }
   const Block* block = block_of(block_record);
   if (!block) return nullptr;
-  Stub* first = skip_to_entity(block->begin + 1, block->end);
-  if (!first) first = added_behind(block->added, 0);
+  Stub* first = first_in(*block);
   return first && is_sub_entity(*first) ? next_in_block(block_record, *first) : first;
+}
+
+Stub* Drawing::first_in(const Block& block) {
+  Stub* first = skip_to_entity(block.begin + 1, block.end);
+  return first ? first : added_behind(block.added, 0);
 }
 
 Stub* Drawing::next_in_block(std::uint64_t block_record, const Stub& stub) {

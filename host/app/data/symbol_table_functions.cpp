@@ -55,6 +55,21 @@ void append_groups(Interpreter& interp, const RecordGroups& record, lisp::ListBu
   }
 }
 
+/// A block by its record or, in drawings before R13, by its BLOCK.
+bool is_begin_of_block(Drawing& drawing, AcDbObjectId id) {
+  return drawing.kind_name(*id.stub()) == "BLOCK";
+}
+
+const Drawing::Block* block_of(Drawing& drawing, AcDbObjectId id) {
+  return is_begin_of_block(drawing, id) ? drawing.block_at(*id.stub())
+                                        : drawing.block_of(id.stub()->handle);
+}
+
+Stub* first_entity(Drawing& drawing, AcDbObjectId id, const Drawing::Block& block) {
+  return is_begin_of_block(drawing, id) ? drawing.first_in(block)
+                                        : drawing.first_in_block(id.stub()->handle);
+}
+
 /// ((0 . "LAYER") (2 . "0") (70 . 0) ...)
 Value record_list(Call& call, const TableRow& row, AcDbObjectId id) {
   Interpreter& interp = call.interp();
@@ -65,17 +80,18 @@ Value record_list(Call& call, const TableRow& row, AcDbObjectId id) {
     append_groups(interp, record, list);
     return list.finish();
   }
-  // The name is the record's; flags, base point and the like stand at the beginning of the block.
+  // The name is the record's; flags, base point and the like stand at the beginning of the block,
+  // in drawings before R13 the name too.
   Drawing& drawing = drawing_of(call);
   const Group* const name = record.find(2);
   list.append(interp.cons(Value::integer(0), interp.string(L"BLOCK")));
   if (name) list.append(group_pair(interp, record, *name));
-  if (const Drawing::Block* block = drawing.block_of(id.stub()->handle)) {
-    record.read(AcDbObjectId(&drawing.stub_at(block->begin)));
-    for (const int code : {70, 10, 1, 4})
-      if (const Group* group = record.find(code)) list.append(group_pair(interp, record, *group));
-  }
-  if (Stub* first = drawing.first_in_block(id.stub()->handle))
+  const Drawing::Block* const block = block_of(drawing, id);
+  if (!block) return list.finish();
+  record.read(AcDbObjectId(&drawing.stub_at(block->begin)));
+  for (const int code : {70, 10, 1, 4})
+    if (const Group* group = record.find(code)) list.append(group_pair(interp, record, *group));
+  if (Stub* first = first_entity(drawing, id, *block))
     list.append(interp.cons(Value::integer(-2), name_of(interp, AcDbObjectId(first))));
   return list.finish();
 }
@@ -83,6 +99,12 @@ Value record_list(Call& call, const TableRow& row, AcDbObjectId id) {
 std::vector<AcDbObjectId> records(Drawing& drawing, const TableRow& row) {
   std::vector<AcDbObjectId> ids;
   const Drawing::Table* const table = drawing.table(row.table);
+  if (!table && is_blocks(row)) {
+    for (const Drawing::Block& block : drawing.blocks()) {
+      Stub& begin = drawing.stub_at(block.begin);
+      if (!begin.erased()) ids.push_back(AcDbObjectId(&begin));
+    }
+  }
   if (!table) return ids;
   for (const std::size_t index : drawing.table_records(*table)) {
     Stub& stub = drawing.stub_at(index);
@@ -92,6 +114,11 @@ std::vector<AcDbObjectId> records(Drawing& drawing, const TableRow& row) {
 }
 
 AcDbObjectId find_record(Call& call, const TableRow& row) {
+  Drawing& drawing = drawing_of(call);
+  if (is_blocks(row) && !drawing.table(row.table)) {
+    const Drawing::Block* const block = drawing.block_named(call.string(1));
+    return block ? AcDbObjectId(&drawing.stub_at(block->begin)) : AcDbObjectId();
+  }
   return AcDbObjectId(drawing_of(call).table_record(row.table, call.string(1)));
 }
 
@@ -143,7 +170,7 @@ Value fn_tblobjname(Call& call) {
   const AcDbObjectId id = find_record(call, *row);
   if (id.isNull() || !is_blocks(*row)) return name_of(call.interp(), id);
   Drawing& drawing = drawing_of(call);
-  const Drawing::Block* const block = drawing.block_of(id.stub()->handle);
+  const Drawing::Block* const block = block_of(drawing, id);
   return block ? name_of(call.interp(), AcDbObjectId(&drawing.stub_at(block->begin))) : Value();
 }
 

@@ -330,6 +330,42 @@ TEST_F(ChangeObject, RecordsOfTablesChange) {
   EXPECT_EQ(changed(0x31, GroupList().integer(62, 1)), "+62 +1 ") << "no longer on a locked layer";
 }
 
+TEST_F(ChangeObject, ARenamedRecordIsFollowed) {
+  for (const Form form : {Form::kUtf8, Form::kBinary, Form::kR12}) {
+    SCOPED_TRACE(form_name(form));
+    given_plan(form);
+    const std::string bytes = database().save_bytes();
+    ASSERT_TRUE(cad::change_object(id(0x12), GroupList().text(2, L"冷")));
+    ASSERT_TRUE(cad::change_object(id(0x3D), GroupList().text(8, L"冷")));
+    ASSERT_TRUE(database().set_header_variable("$CLAYER", L"冷"));
+    ASSERT_TRUE(cad::change_object(id(0x12), GroupList().text(2, L"COLD")));
+    EXPECT_EQ(database().header_value("$CLAYER"), L"COLD");
+    AcDbEntity* entity = opened<AcDbEntity>(0x3D);
+    EXPECT_EQ(entity->layerId(), id(0x12));
+    entity->close();
+    cad::undo_log(database()).undo(9);
+    EXPECT_EQ(database().save_bytes(), bytes);
+  }
+}
+
+TEST_F(ChangeObject, ARenamedBlockIsFollowedByItsReferences) {
+  given_plan();
+  ASSERT_TRUE(cad::change_object(id(0x1A), GroupList().text(2, L"PIT")));
+  EXPECT_THAT(record(id(0x37)), HasSubstr("  2\nPIT\n"));
+  EXPECT_THAT(record(id(0x1F)), HasSubstr("  2\nPIT\n"));
+}
+
+TEST_F(ChangeObject, SomeNamesStay) {
+  given_plan();
+  EXPECT_EQ(refusal(0x10, GroupList().text(2, L"ZERO")), "LAYER: 0 keeps its name");
+  EXPECT_EQ(refusal(0x12, GroupList().text(2, L"off")),
+            "LAYER: the drawing has a record off already");
+  EXPECT_EQ(refusal(0x12, GroupList().text(2, L"a<b")),
+            "LAYER: \"a<b\" cannot be a name (group 2)");
+  EXPECT_EQ(refusal(0x18, GroupList().text(2, L"MODEL")),
+            "BLOCK_RECORD: *Model_Space keeps its name");
+}
+
 TEST_F(ChangeObject, UnknownKindsChangeByTheirOwnTags) {
   given_plan();
   EXPECT_EQ(changed(0x3B, GroupList().integer(90, 499)), "-498 +499 ");

@@ -224,6 +224,27 @@ TEST_F(Entmake, BlocksHoldPolylines) {
             "(\"POLYLINE\" \"VERTEX\" \"VERTEX\" \"SEQEND\" \"POINT\")");
 }
 
+TEST_F(Entmake, BlocksOfOldDrawingsHaveNoRecords) {
+  given_drawing(
+      dxf("0 SECTION\n2 HEADER\n9 $ACADVER\n1 AC1009\n0 ENDSEC\n"
+          "0 SECTION\n2 ENTITIES\n0 ENDSEC\n0 EOF\n"));
+  given_functions();
+  eval(
+      "(entmake '((0 . \"BLOCK\") (2 . \"A\") (70 . 0) (10 1 2 3)))"
+      "(entmake '((0 . \"POINT\") (10 0 0)))");
+  EXPECT_EQ(eval("(entmake '((0 . \"ENDBLK\")))"), "\"A\"");
+  eval("(entmake '((0 . \"INSERT\") (2 . \"a\") (10 5 5)))");
+  const std::string bytes = saved();
+  EXPECT_LT(bytes.find("BLOCKS"), bytes.find("ENTITIES"));
+  EXPECT_EQ(bytes.find("AcDb"), std::string::npos);
+  reopen();
+  given_functions();
+  EXPECT_EQ(eval("(kinds (entnext))"), "(\"INSERT\")");
+  EXPECT_EQ(eval("(cdr (assoc 10 (tblsearch \"BLOCK\" \"a\")))"), "(1.0 2.0 3.0)");
+  EXPECT_EQ(eval("(kinds (cdr (assoc -2 (tblnext \"BLOCK\" t))))"), "(\"POINT\")");
+  EXPECT_EQ(eval("(get (tblobjname \"BLOCK\" \"A\") 0)"), "\"BLOCK\"");
+}
+
 TEST_F(Entmake, RecordsOfTables) {
   EXPECT_THAT(eval("(entmake '((0 . \"LAYER\") (100 . \"AcDbSymbolTableRecord\")"
                    " (100 . \"AcDbLayerTableRecord\") (2 . \"PIPES\") (70 . 0) (62 . 5)))"),
