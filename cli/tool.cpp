@@ -49,6 +49,7 @@ void add_tool_options(CLI::App& command, ToolOptions& options) {
       .add_option("--step-limit", options.step_limit,
                   "stop LISP programs after this many evaluated lists (0: no limit)")
       ->type_name("N");
+  command.add_flag("--lisp-trace", options.lisp_trace, "print the calls that led to a LISP error");
   command.add_flag("--trace", options.trace, "write the diagnostic trace to stderr");
 }
 
@@ -74,6 +75,7 @@ Tool::Tool(const ToolOptions& options) : options_(options) {
   host_.set_alerts(complain);
   host_.set_input(read_input_line, /*echo=*/!::isatty(STDIN_FILENO));
   host_.set_step_limit(options.step_limit);
+  host_.set_call_trace(options.lisp_trace);
   if (options.trace)
     cad::set_trace_sink([](std::wstring_view line) {
       std::fflush(stdout);

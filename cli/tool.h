@@ -22,10 +22,11 @@ struct ToolOptions {
   std::vector<std::string> modules;
   std::uint64_t step_limit = 0;
   bool trace = false;
+  bool lisp_trace = false;
 };
 /// --install-dir, --project-dir
 void add_folder_options(CLI::App& command, ToolOptions& options);
-/// These, --load, --step-limit and --trace.
+/// These, --load, --step-limit, --lisp-trace and --trace.
 void add_tool_options(CLI::App& command, ToolOptions& options);
 
 /// Makes the folders known to the host. Without --install-dir: the settings installed with the

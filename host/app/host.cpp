@@ -120,6 +120,7 @@ AcApDocument* Host::adopt(std::unique_ptr<AcApDocument> document) {
   lisp::Limits limits = interp.limits();
   limits.steps = step_limit_;
   interp.set_limits(limits);
+  interp.set_call_trace(call_trace_);
   manager.documents_.push_back(made);
   manager.tell(&AcApDocManagerReactor::documentCreated, made);
   manager.setCurDocument(made);
@@ -235,6 +236,12 @@ void Host::set_step_limit(std::uint64_t steps) {
     limits.steps = steps;
     interp.set_limits(limits);
   }
+}
+
+void Host::set_call_trace(bool on) {
+  call_trace_ = on;
+  for (AcApDocument* document : acDocManager->documents())
+    document->session().interpreter().set_call_trace(on);
 }
 
 void Host::interrupt() noexcept {

@@ -87,6 +87,8 @@ class Host {
 
   /// Bounds every LISP evaluation from now on; 0 is no bound.
   void set_step_limit(std::uint64_t steps);
+  /// Whether every LISP error is followed by the calls that led to it.
+  void set_call_trace(bool on);
   /// Stops the running LISP program; may be called from a signal handler.
   void interrupt() noexcept;
 
@@ -113,6 +115,7 @@ class Host {
   Result<lisp::Value> run(AcApDocument* document, Run&& run);
 
   std::uint64_t step_limit_ = 0;
+  bool call_trace_ = false;
   std::uint32_t untitled_ = 0;
   std::atomic<lisp::Interpreter*> running_ = nullptr;
 };

@@ -195,6 +195,15 @@ class Run(CommandLine):
         self.assert_one_line()
         self.assert_untouched()
 
+    def test_the_calls_that_led_to_an_error_are_printed_on_request(self):
+        program = ["-e", "(defun half (n) (/ n 2))", "-e", "(defun twice (s) (half s))",
+                   "-e", '(twice "a")']
+        plain = self.call("run", self.plan, *program, status=PROGRAM_FAILED)
+        traced = self.call("run", self.plan, "--lisp-trace", *program, status=PROGRAM_FAILED)
+        self.assertTrue(traced.startswith(plain.rstrip("\n")), traced)
+        self.assertNotIn("(HALF ", plain)
+        self.assertLess(traced.index('(HALF "a")'), traced.index('(TWICE "a")'))
+
     def test_ctrl_c_ends_the_program_being_run(self):
         run = subprocess.Popen([PROGRAM, "run", self.plan, "-e", '(progn (princ "go\\n") (while T))',
                                 "--in-place"], stdout=subprocess.PIPE, stderr=subprocess.PIPE,
