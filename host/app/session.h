@@ -49,9 +49,9 @@ class DocumentSession {
   EntityIndex& entity_index();
 
   SystemVariables variables;
-  Initget initget;                            // for the next prompt
-  std::vector<AcGeMatrix3d> former_ucs;       // what UCS Previous goes back to, the latest last
-  std::vector<AcDbObjectId> erased_last;      // what OOPS brings back
+  Initget initget;                        // for the next prompt
+  std::vector<AcGeMatrix3d> former_ucs;   // what UCS Previous goes back to, the latest last
+  std::vector<AcDbObjectId> erased_last;  // what OOPS brings back
   SelectionSets selection_sets;
   std::vector<AcDbObjectId> selection_answer;  // to the next selection by the user
   std::vector<AcDbObjectId> previous_selection;
@@ -63,7 +63,7 @@ class DocumentSession {
   /// Where tblnext stands, by table name, and dictnext, by dictionary.
   std::map<std::wstring, std::size_t> table_walks;
   std::map<AcDbObjectId, std::optional<std::wstring>> dictionary_walks;
-  std::unique_ptr<EntmakeSequence> entmake;    // made by successive calls of entmake
+  std::unique_ptr<EntmakeSequence> entmake;   // made by successive calls of entmake
   std::unique_ptr<CommandLine> command_line;  // last: its commands use all of the above
 };
 
