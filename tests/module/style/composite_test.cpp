@@ -1,4 +1,5 @@
 // Composite labels, the order of their items, and templates.
+#include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
 #include "tests/module/style/style_fixture.h"

@@ -1,4 +1,5 @@
 // Labels of lengths, slopes, elevations, depths and wells.
+#include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
 #include <bit>

@@ -1,4 +1,5 @@
 // Stakes: their labels, style and layout.
+#include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
 #include <cmath>
