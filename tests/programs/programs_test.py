@@ -317,12 +317,15 @@ class Programs(unittest.TestCase):
             self.assertEqual(text.dxf.layer, "STATION")
         self.assertEqual(document.header["$CLAYER"], "0")
 
-    def test_a_program_that_is_broken_off_leaves_nothing_behind(self):
+    def test_a_program_that_is_broken_off_is_cancelled_and_nothing_is_written(self):
         drawing = self.sample("r2007_empty_acad2013")
         output = self.folder / "broken.dxf"
         output.unlink(missing_ok=True)
-        self.run_program(drawing, "sheet_frame.lsp", "(progn (c:frame) (princ))",
-                         ["A4", "2"], output, status=1)
+        printed = self.run_program(drawing, "sheet_frame.lsp", "(c:frame)", ["A4", "2"], output,
+                                   status=1)
+        self.assertRegex(printed, 'no answer left for "Lower left corner: " '
+                                  r'\(line 2 of .*answers\.txt was the last\)')
+        self.assertNotIn("Error:", printed)  # the program's own handler took it for a cancellation
         self.assertFalse(output.exists())
 
     def test_flow_arrows_point_from_start_to_end(self):
