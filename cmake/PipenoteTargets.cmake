@@ -2,7 +2,7 @@
 #
 # The layers are small static libraries pn_<name>, gathered into shared libraries of which every
 # process holds one copy:
-#   libcadhost.so      base geometry dxf db gi lisp app
+#   libcadhost.so      base geometry dxf font dwg db gi picture lisp app
 #   libpipenetwork.so  network
 #   pipenote.arx.so    platform registry record style draw manager module_app   (host/ loads it)
 # A user outside a gathered library links the gathered one. Two exceptions keep a test small: a test that
@@ -11,7 +11,7 @@
 
 include(GoogleTest)
 
-set(PN_HOST_PARTS base geometry dxf db gi lisp app)
+set(PN_HOST_PARTS base geometry dxf font dwg db gi picture lisp app)
 set(PN_MODULE_PARTS platform registry record style draw manager module_app)
 
 # pn_add_folder(<folder>): add_subdirectory when it has a CMakeLists.txt; looks again at every build.
