@@ -1,7 +1,10 @@
 #pragma once
 
+#include "host/base/adesk.h"
 #include "host/db/object.h"
 #include "host/geometry/ge.h"
+
+class AcGiWorldDraw;
 
 /// A graphical object. Lengths are drawing units, angles radians (DXF tags hold degrees).
 /// Setters answer eNotOpenForWrite on an object that is not open for write, and eInvalidInput to
@@ -25,6 +28,12 @@ class AcDbEntity : public AcDbObject {
 
   /// See host/db/transform.h; texts are mirrored by a mirroring map.
   Acad::ErrorStatus transformBy(const AcGeMatrix3d& map);
+
+  /// Draws what is seen of the entity, with the traits that are set: its own layer and colour are
+  /// its caller's concern, those of a block's contents are set on the way. An entity of no drawing
+  /// finds styles and blocks in the working database; a text of no drawing starts at its position,
+  /// however it is aligned. kFalse for a kind that is not drawn. Defined in host/gi.
+  Adesk::Boolean worldDraw(AcGiWorldDraw* draw);
 
  protected:
   explicit AcDbEntity(std::string_view record) : AcDbObject(record) {}
