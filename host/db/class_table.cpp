@@ -2,6 +2,7 @@
 
 #include "host/db/arc.h"
 #include "host/db/block.h"
+#include "host/db/block_reference.h"
 #include "host/db/circle.h"
 #include "host/db/dictionary.h"
 #include "host/db/ellipse.h"
@@ -64,6 +65,7 @@ constexpr ClassRow kEntities[] = {
     row<AcDbLine>("LINE", true),
     row<AcDbText>("TEXT", true),
     row<AcDbMText>("MTEXT", true),
+    row<AcDbBlockReference>("INSERT", true),
     row<AcDbPolyline>("LWPOLYLINE", true),
     row<AcDbArc>("ARC", true),
     row<AcDbCircle>("CIRCLE", true),
