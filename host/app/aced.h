@@ -60,8 +60,10 @@ int acedPutSym(const ACHAR* name, const resbuf* value);
 ///
 /// `how` is "X" or "_X" for the whole drawing; null, "I" and the other modes ask the user, whose
 /// answer is given beforehand (cad::Host::set_selection). `filter` is a chain of groups as ssget
-/// knows it, or null. RTNORM; RTERROR and a null set when nothing was selected; RTREJ for a filter
-/// that makes no sense.
+/// knows it, or null. With ":$" in `how` the user is asked with two prompts of the caller, an array
+/// `const ACHAR* [2]` given as `point1`: for selecting and for removing, null for the usual one.
+/// RTNORM; RTERROR and a null set when nothing was selected; RTCAN when the user broke off or
+/// cannot be asked; RTREJ for a filter or mode that makes no sense.
 int acedSSGet(const ACHAR* how, const void* point1, const void* point2, const resbuf* filter,
               ads_name set);
 int acedSSFree(const ads_name set);

@@ -49,6 +49,20 @@ std::vector<AcGePoint3d> points_of(DocumentSession& session, std::wstring_view m
   return points;
 }
 
+/// Whether the first point is a pair of prompts instead.
+bool has_prompts(std::wstring_view mode) { return mode.find(L":$") != std::wstring_view::npos; }
+
+std::wstring_view prompt_of(const void* prompts, std::size_t which) {
+  const ACHAR* const text = prompts ? static_cast<const ACHAR* const*>(prompts)[which] : nullptr;
+  return text ? text : std::wstring_view();
+}
+
+/// What a selection that ended in a LISP error answers.
+int failure(const lisp::LispError& error) {
+  const bool cancelled = !error.catchable || error.message == L"Function cancelled";
+  return cancelled ? RTCAN : RTREJ;
+}
+
 }  // namespace
 }  // namespace cad
 
@@ -64,12 +78,20 @@ int acedSSGet(const ACHAR* how, const void* point1, const void* point2, const re
   if (!compiled) return RTREJ;
   try {
     const std::wstring_view mode = how ? how : L"";
-    const std::vector<AcGePoint3d> points = cad::points_of(*session, mode, point1, point2);
-    cad::Selection found = cad::select(*session, cad::SelectionRequest{mode, points}, *compiled);
+    cad::SelectionRequest request{mode, {}};
+    std::vector<AcGePoint3d> points;
+    if (cad::has_prompts(mode)) {
+      request.prompt = cad::prompt_of(point1, 0);
+      request.remove_prompt = cad::prompt_of(point1, 1);
+    } else {
+      points = cad::points_of(*session, mode, point1, point2);
+      request.points = points;
+    }
+    cad::Selection found = cad::select(*session, request, *compiled);
     if (found.empty()) return RTERROR;
     return cad::give_set(*session, std::move(found), set) ? RTNORM : RTERROR;
-  } catch (const cad::lisp::LispError&) {
-    return RTREJ;
+  } catch (const cad::lisp::LispError& error) {
+    return cad::failure(error);
   }
 }
 

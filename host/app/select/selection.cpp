@@ -286,7 +286,9 @@ bool takes_point_list(std::wstring_view mode) {
 
 Selection select(DocumentSession& session, const SelectionRequest& request,
                  const SelectionFilter& filter) {
-  const Mode mode = read_mode(request.mode);
+  Mode mode = read_mode(request.mode);
+  if (!request.prompt.empty()) mode.options.prompt = request.prompt;
+  if (!request.remove_prompt.empty()) mode.options.remove_prompt = request.remove_prompt;
   const ModeRow* const row = find_mode(mode.word);
   if (!row) lisp::raise(L"bad ssget mode string: " + std::wstring(request.mode));
   const bool asks = row->points > 0 && request.points.empty();

@@ -67,6 +67,9 @@ class Selection {
 struct SelectionRequest {
   std::wstring_view mode;
   std::span<const AcGePoint3d> points;
+  // What the user is asked with; empty for the usual prompts.
+  std::wstring_view prompt = {};
+  std::wstring_view remove_prompt = {};
 };
 
 /// What the request selects in the document, filter applied; where the host itself searches, the

@@ -82,7 +82,7 @@ SelectionDialog::SelectionDialog(DocumentSession& session, SelectionOptions opti
 void SelectionDialog::ask_again() {
   stage_ = Stage::kObjects;
   points_.clear();
-  prompt_ = removing_ ? std::wstring(L"Remove objects: ") : std::wstring(options_.prompt);
+  prompt_ = removing_ ? options_.remove_prompt : options_.prompt;
 }
 
 Selection SelectionDialog::take() {

@@ -18,6 +18,7 @@ struct SelectionOptions {
   const SelectionFilter* filter = nullptr;
   std::wstring_view first_word = {};  ///< begins as if this had been typed, and ends with it
   std::wstring_view prompt = L"Select objects: ";
+  std::wstring_view remove_prompt = L"Remove objects: ";
 };
 
 /// The dialogue of "Select objects:", one input after the other, so that it can stand in a

@@ -1,6 +1,8 @@
 #include <string>
 
 #include "host/app/aced.h"
+#include "host/app/prompt/user_input.h"
+#include "host/app/select/arxdbg_sel_set.h"
 #include "tests/host/app/host_test.h"
 #include "tests/host/app/small_drawing.h"
 
@@ -16,6 +18,18 @@ class Selection : public WithHost {
   }
   std::string all(const std::string& filter) {
     return eval("(handles (ssget \"_X\" '" + filter + "))");
+  }
+  ~Selection() override { cad::user_input() = {}; }
+  /// In one line each.
+  static void given_answers(const std::string& lines) {
+    cad::user_input() = cad::scripted_input(lines, "answers.txt");
+  }
+  static std::vector<std::uint64_t> handles_of(const ArxDbgSelSet& set) {
+    AcDbObjectIdArray ids;
+    set.asArray(ids);
+    std::vector<std::uint64_t> handles;
+    for (int i = 0; i < ids.length(); ++i) handles.push_back(ids[i].handle());
+    return handles;
   }
   AcApDocument* drawing = nullptr;
 };
@@ -137,6 +151,44 @@ TEST_F(Selection, ModulesSelectToo) {
   EXPECT_EQ(acedSSGet(nullptr, nullptr, nullptr, nullptr, set), RTERROR);
   EXPECT_EQ(set[0], 0);
   EXPECT_EQ(acedSSGet(L"ZZ", nullptr, nullptr, nullptr, set), RTREJ);
+}
+
+TEST_F(Selection, ModulesAskWithPromptsOfTheirOwn) {
+  given_answers("handle:2A\nhandle:2D\nr\nhandle:2A\n\n");
+  ArxDbgSelSet set;
+  EXPECT_EQ(set.userSelect(L"Pipes: ", L"Not these: "), ArxDbgSelSet::kSelected);
+  EXPECT_EQ(handles_of(set), (std::vector<std::uint64_t>{0x2D}));
+  EXPECT_EQ(printed,
+            "Pipes: handle:2A\n1 found\nPipes: handle:2D\n1 found, 2 total\nPipes: r\n"
+            "Not these: handle:2A\n1 found, 1 removed, 1 total\nNot these: \n");
+}
+
+TEST_F(Selection, ModulesAskWithTheUsualPromptsWhenTheyHaveNone) {
+  given_answers("\n");
+  ArxDbgSelSet set;
+  EXPECT_EQ(set.userSelect(), ArxDbgSelSet::kNone);
+  EXPECT_EQ(printed, "Select objects: \n");
+}
+
+TEST_F(Selection, AnAnswerGivenBeforehandSparesModulesTheQuestion) {
+  ASSERT_TRUE(host.set_selection(drawing, {"2C", "2A"}));
+  const cad::ResbufChain filter(acutBuildList(RTDXF0, L"LINE", 0));
+  ArxDbgSelSet set;
+  EXPECT_EQ(set.userSelect(L"Pipes: ", L"Not these: ", filter.get()), ArxDbgSelSet::kSelected);
+  EXPECT_EQ(handles_of(set), (std::vector<std::uint64_t>{0x2A}));
+  EXPECT_EQ(printed, "");
+}
+
+TEST_F(Selection, ASelectionOfAModuleThatComesToNothingIsEmpty) {
+  ArxDbgSelSet set;
+  EXPECT_EQ(set.userSelect(L"Pipes: "), ArxDbgSelSet::kNone);  // nobody is there
+  const cad::ResbufChain filter(acutBuildList(-4, L"<OR", RTDXF0, L"LINE", 0));
+  EXPECT_EQ(set.userSelect(L"Pipes: ", nullptr, filter.get()), ArxDbgSelSet::kRejected);
+  given_answers("");
+  EXPECT_EQ(set.userSelect(L"Pipes: "), ArxDbgSelSet::kCanceled);
+  EXPECT_EQ(set.lastStatus(), ArxDbgSelSet::kCanceled);
+  EXPECT_EQ(set.length(), 0);
+  EXPECT_EQ(handles_of(set), std::vector<std::uint64_t>{});
 }
 
 }  // namespace
