@@ -1,0 +1,199 @@
+"""`pipenote import` on real networks: what it draws, what it tells, and what it does with bad files."""
+
+import json
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+import independent_reader
+
+PROGRAM = ""
+NETWORKS = pathlib.Path(__file__).resolve().parents[1] / "fixtures" / "networks"
+APPLICATION = "PIPENOTE"
+
+# Pipes, nodes, and links that are no pipes, counted by hand-written rules in model_rows().
+SUPPLY = ("Net1.inp", "Net3.inp", "ky4.inp")
+SEWERS = ("sewer_state_plane.inp", "sewer_user2.inp")
+NODE_SECTIONS = ("JUNCTIONS", "RESERVOIRS", "TANKS", "OUTFALLS", "STORAGE", "DIVIDERS")
+OTHER_LINKS = ("PUMPS", "VALVES", "ORIFICES", "WEIRS", "OUTLETS")
+
+
+def model_rows(path):
+    """Section -> rows of fields, by a reader of its own."""
+    rows, section = {}, None
+    for line in path.read_text(encoding="utf-8").splitlines():
+        line = line.split(";")[0].strip()
+        if line.startswith("["):
+            section = line.strip("[]").upper()
+            rows.setdefault(section, [])
+        elif line and section:
+            rows[section].append(line.split())
+    return rows
+
+
+def pairs(entity):
+    """The extended data as a dictionary; empty when there is none."""
+    if not entity.has_xdata(APPLICATION):
+        return {}
+    values = [tag.value for tag in entity.get_xdata(APPLICATION) if tag.code != 1001]
+    return dict(zip(values[::2], values[1::2]))
+
+
+class Import(unittest.TestCase):
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+        self.output = self.folder / "out.dxf"
+
+    def call(self, model, *options, status=(0, 1)):
+        self.result = subprocess.run(
+            [PROGRAM, "import", str(model), "-o", str(self.output), *options],
+            capture_output=True, text=True, timeout=120)
+        self.assertIn(self.result.returncode, status, self.result.stdout + self.result.stderr)
+        return self.result.stdout
+
+    def given(self, text, name="model.inp"):
+        path = self.folder / name
+        path.write_bytes(text if isinstance(text, bytes) else text.encode())
+        return path
+
+    def drawing(self):
+        document = independent_reader.read(self.output)
+        self.assertEqual(independent_reader.complaints(document), [])
+        return document
+
+    def elements(self, document):
+        """Extended data of all pipes and nodes by their entity."""
+        return [(entity, pairs(entity)) for entity in document.modelspace() if pairs(entity)]
+
+    def test_every_pipe_and_node_of_the_sample_networks_is_drawn(self):
+        for name in SUPPLY + SEWERS:
+            with self.subTest(name):
+                rows = model_rows(NETWORKS / name)
+                report = json.loads(self.call(NETWORKS / name, "--json"))
+                elements = self.elements(self.drawing())
+                codes = sorted(data["code"] for _, data in elements if "code" in data)
+                numbers = sorted(data["number"] for _, data in elements if "number" in data)
+                pipes = rows.get("PIPES", []) + rows.get("CONDUITS", [])
+                nodes = sum((rows.get(section, []) for section in NODE_SECTIONS), [])
+                self.assertEqual(codes, sorted(row[0] for row in pipes))
+                self.assertEqual(numbers, sorted(row[0] for row in nodes))
+                others = sum(len(rows.get(section, [])) for section in OTHER_LINKS)
+                made = report["made"]
+                self.assertEqual(sum(made.get(kind.lower(), 0) for kind in OTHER_LINKS), others)
+
+    def test_pipes_run_from_node_to_node_through_their_bends(self):
+        for name in SUPPLY + SEWERS:
+            with self.subTest(name):
+                rows = model_rows(NETWORKS / name)
+                unit = json.loads(self.call(NETWORKS / name, "--json"))["map_unit"]["metres"]
+                places = {row[0]: [float(row[1]) * unit, float(row[2]) * unit]
+                          for row in rows["COORDINATES"]}
+                bends = {}
+                for row in rows.get("VERTICES", []):
+                    bends.setdefault(row[0], []).append([float(row[1]) * unit, float(row[2]) * unit])
+                ends = {row[0]: row[1:3] for row in rows.get("PIPES", []) + rows.get("CONDUITS", [])}
+                document = self.drawing()
+                drawn = 0
+                for entity, data in self.elements(document):
+                    if "code" not in data:
+                        continue
+                    drawn += 1
+                    start, end = ends[data["code"]]
+                    wanted = [places[start], *bends.get(data["code"], []), places[end]]
+                    if entity.dxftype() == "LINE":
+                        points = [entity.dxf.start, entity.dxf.end]
+                    else:
+                        points = entity.get_points("xy")
+                    self.assertEqual(len(points), len(wanted))
+                    for point, place in zip(points, wanted):
+                        self.assertAlmostEqual(point[0], place[0], places=6)
+                        self.assertAlmostEqual(point[1], place[1], places=6)
+                    for key, node in (("start_node", start), ("end_node", end)):
+                        well = document.entitydb[data[key]]
+                        self.assertEqual(pairs(well)["number"], node)
+                self.assertEqual(drawn, len(ends))
+
+    def test_values_of_supply_pipes_are_metres_and_millimetres(self):
+        rows = model_rows(NETWORKS / "Net3.inp")
+        self.call(NETWORKS / "Net3.inp")
+        sizes = {row[0]: (float(row[3]) * 0.3048, float(row[4]) * 25.4) for row in rows["PIPES"]}
+        elevations = {row[0]: float(row[1]) * 0.3048 for row in rows["JUNCTIONS"]}
+        for _, data in self.elements(self.drawing()):
+            if data["kind"] == "water-pipe":
+                self.assertAlmostEqual(data["length"], sizes[data["code"]][0])
+                self.assertAlmostEqual(data["diameter"], sizes[data["code"]][1])
+            elif data["number"] in elevations:
+                self.assertAlmostEqual(data["ground"], elevations[data["number"]])
+
+    def test_values_of_conduits_are_metres_and_millimetres(self):
+        rows = model_rows(NETWORKS / "sewer_state_plane.inp")
+        self.call(NETWORKS / "sewer_state_plane.inp", "--system", "drainage", status=(0,))
+        bottoms = {row[0]: float(row[1]) for section in NODE_SECTIONS for row in rows.get(section, [])}
+        conduits = {row[0]: row for row in rows["CONDUITS"]}
+        sections = {row[0]: float(row[2]) * 304.8 for row in rows["XSECTIONS"]}
+        for _, data in self.elements(self.drawing()):
+            if data["kind"] != "drainage-pipe":
+                self.assertEqual(data["kind"], "drainage-well")
+                continue
+            row = conduits[data["code"]]
+            self.assertAlmostEqual(data["diameter"], sections[data["code"]])
+            self.assertAlmostEqual(data["start_invert"], (bottoms[row[1]] + float(row[5])) * 0.3048)
+            self.assertAlmostEqual(data["end_invert"], (bottoms[row[2]] + float(row[6])) * 0.3048)
+
+    def test_every_section_that_is_not_used_is_named(self):
+        for name in SUPPLY + SEWERS:
+            with self.subTest(name):
+                unused = json.loads(self.call(NETWORKS / name, "--json"))["unused"]
+                rows = model_rows(NETWORKS / name)
+                for entry in unused:
+                    self.assertEqual(entry["rows"], len(rows.pop(entry["section"].upper())))
+                used = {"TITLE", "END", "OPTIONS", "PIPES", "CONDUITS", "XSECTIONS", "COORDINATES",
+                        "VERTICES", "LABELS", "BACKDROP", "MAP", "SUBCATCHMENTS", "DEMANDS",
+                        *NODE_SECTIONS, *OTHER_LINKS}
+                self.assertLessEqual(set(rows), used)
+
+    def test_lines_that_cannot_be_used_are_told_with_their_numbers(self):
+        model = self.given("[JUNCTIONS]\nA 1\nB 2\n[PIPES]\nP A X 1 2\nQ A B 10 -5\n"
+                           "[COORDINATES]\nA 0 0\nB 9 0\n[OPTIONS]\nUNITS LPS\n")
+        self.call(model, status=(1,))
+        lines = self.result.stderr.splitlines()
+        self.assertEqual(len(lines), 2, lines)
+        self.assertTrue(lines[0].startswith(f'pipenote: {model}:5: "P" ends at the node "X"'), lines)
+        self.assertTrue(lines[1].startswith(f'pipenote: {model}:6: the diameter of "Q" is -5'), lines)
+        self.assertEqual(len(self.elements(self.drawing())), 3)
+
+    def test_a_file_that_is_no_model_leaves_no_drawing(self):
+        for text in ("", "[PIPES]\n", "[JUNCTIONS]\nA 1\n[PIPES]\n", b"\0\1\2" * 100, "0\nEOF\n"):
+            with self.subTest(text):
+                self.call(self.given(text), status=(3,))
+                self.assertEqual(self.result.stderr.count("\n"), 1, self.result.stderr)
+                self.assertIn("model.inp: ", self.result.stderr)
+                self.assertFalse(self.output.exists())
+
+    def test_a_drawing_that_cannot_be_written_is_named(self):
+        self.output = self.folder / "no" / "out.dxf"
+        self.call(NETWORKS / "Net1.inp", status=(4,))
+        self.assertIn("out.dxf", self.result.stderr)
+
+    def test_wrong_options_are_refused(self):
+        for options in (("--system", "gas"), ("--map-unit", "0"), ("--scale", "-1")):
+            with self.subTest(options):
+                self.call(NETWORKS / "Net1.inp", *options, status=(2,))
+                self.assertFalse(self.output.exists())
+
+    def test_the_report_reads_well(self):
+        text = self.call(NETWORKS / "Net1.inp", status=(0,))
+        for part in ("a water supply network of EPANET", "GPM: feet and inches, converted",
+                     "pipes                    12", "[PATTERNS], line 56: 2 lines",
+                     "without lines: [TAGS], [STATUS]"):
+            self.assertIn(part, text)
+
+
+if __name__ == "__main__":
+    PROGRAM = sys.argv.pop(1)
+    unittest.main(verbosity=2)
