@@ -1,70 +1,73 @@
 #include "network/wells.h"
 
-#include <string_view>
-
-#include "host/db/entity.h"
-#include "host/db/open.h"
-#include "host/db/resbuf.h"
+#include "host/db/entity_fields.h"
+#include "host/db/record.h"
+#include "host/geometry/ocs.h"
 #include "network/gx_data.h"
+
+using network::Key;
+using network::Kind;
 
 namespace {
 
-constexpr wchar_t kApplication[] = L"PIPENOTE";
-constexpr short kXdText = 1000;
-constexpr short kXdApplication = 1001;
-constexpr short kXdBrace = 1002;
-
 constexpr CRuntimeClass kJdClass{"CGxJd", nullptr};
-constexpr CRuntimeClass kXhsClass{"CGxXhs", &kJdClass};
+constexpr CRuntimeClass kJsJdClass{"CGxJsJd", &kJdClass};
+constexpr CRuntimeClass kXhsClass{"CGxXhs", &kJsJdClass};
+constexpr CRuntimeClass kPsJdClass{"CGxPsJd", &kJdClass};
+constexpr CRuntimeClass kYsJdClass{"CGxYsJd", &kJdClass};
 constexpr CRuntimeClass kWellType1Class{"CKtGxWellType1", nullptr};
 constexpr CRuntimeClass kGsWellXhsClass{"CKtGxGsWellXHS", &kWellType1Class};
-
-bool is_derived(const CRuntimeClass* one, const CRuntimeClass* from) {
-  while (one && one != from) one = one->m_pBaseClass;
-  return one != nullptr && from != nullptr;
-}
 
 }  // namespace
 
 const CRuntimeClass* CGxJd::GetThisClass() { return &kJdClass; }
+const CRuntimeClass* CGxJsJd::GetThisClass() { return &kJsJdClass; }
 const CRuntimeClass* CGxXhs::GetThisClass() { return &kXhsClass; }
+const CRuntimeClass* CGxPsJd::GetThisClass() { return &kPsJdClass; }
+const CRuntimeClass* CGxYsJd::GetThisClass() { return &kYsJdClass; }
 const CRuntimeClass* CKtGxWellType1::GetThisClass() { return &kWellType1Class; }
 const CRuntimeClass* CKtGxGsWellXHS::GetThisClass() { return &kGsWellXhsClass; }
 
-bool CGxJd::IsKindOf(const CRuntimeClass* kind) const {
-  return is_derived(GetRuntimeClass(), kind);
-}
 bool CKtGxWellType1::IsKindOf(const CRuntimeClass* kind) const {
-  return is_derived(GetRuntimeClass(), kind);
+  return kind && GetRuntimeClass()->IsDerivedFrom(kind);
 }
 
-namespace {
+std::optional<AcGePoint3d> CGxJd::position() const { return network::position_of(objectId()); }
 
-/// The text paired with the name; empty when there is none.
-CString named_text(const resbuf* chain, std::wstring_view name) {
-  while (chain && chain->rbnext) {
-    if (chain->restype == kXdApplication || chain->restype == kXdBrace) {
-      chain = chain->rbnext;
-      continue;
-    }
-    const resbuf* const value = chain->rbnext;
-    if (chain->restype == kXdText && name == chain->resval.rstring && value->restype == kXdText)
-      return value->resval.rstring;
-    chain = value->rbnext;
+std::unique_ptr<CGxJd> network::open_node(AcDbObjectId id) {
+  if (id.isNull() || id.isErased()) return nullptr;
+  std::optional<ObjectData> data = ObjectData::read(id);
+  if (!data) return nullptr;
+  switch (data->kind()) {
+    case Kind::kWaterNode:
+      return std::make_unique<CGxJsJd>(id, *std::move(data));
+    case Kind::kHydrant:
+      return std::make_unique<CGxXhs>(id, *std::move(data));
+    case Kind::kDrainageWell:
+      return std::make_unique<CGxPsJd>(id, *std::move(data));
+    case Kind::kStormWell:
+      return std::make_unique<CGxYsJd>(id, *std::move(data));
+    default:
+      return nullptr;
   }
-  return {};
 }
 
-}  // namespace
+std::optional<AcGePoint3d> network::position_of(AcDbObjectId id) {
+  const std::string_view kind = cad::record_kind(id);
+  const bool is_point = kind == "POINT";  // in world coordinates, unlike the others
+  if (!is_point && kind != "INSERT" && kind != "CIRCLE") return std::nullopt;
+  const cad::RecordTags record = cad::record_tags(id);
+  const cad::EntityFields fields(record.bytes, *record.dialect);
+  const AcGePoint3d at = fields.point(10);
+  return is_point ? at : cad::ocs_to_wcs(fields.normal()) * at;
+}
 
 CString DimUtility::getJdbhDimStr(const AcDbObjectId& id) {
-  AcDbEntity* well = nullptr;
-  if (acdbOpenAcDbEntity(well, id, AcDb::kForRead) != Acad::eOk) return {};
-  const cad::ResbufChain data(well->xData(kApplication));
-  well->close();
-  const CString number = named_text(data.get(), L"number");
-  if (number.empty()) return {};
-  const CString prefix = named_text(data.get(), L"prefix");
-  if (prefix.empty()) return number;
+  if (id.isNull() || id.isErased()) return {};
+  const std::optional<network::ObjectData> data = network::ObjectData::read(id);
+  if (!data) return {};
+  const CString number = data->text(Key::kNumber);
+  const CString prefix = data->text(Key::kPrefix);
+  if (number.empty() || prefix.empty()) return number;
   return prefix + CGxData::Instance()->getGcGpBzSz()->wellNumberSeparator + number;
 }

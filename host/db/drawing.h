@@ -8,7 +8,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <typeindex>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "host/base/file.h"
@@ -22,6 +24,14 @@
 #include "host/dxf/tag_reader.h"
 
 namespace cad {
+
+/// Told of every object that was made, changed, erased or brought back, each time it is: for those
+/// who keep something they computed from objects.
+class DrawingListener {
+ public:
+  virtual ~DrawingListener() = default;
+  virtual void object_changed(const Stub& stub) = 0;
+};
 
 /// The document behind an AcDbDatabase: the bytes that were read, the index of their objects, and
 /// what has been changed since. Untouched bytes are never copied or decoded.
@@ -72,9 +82,20 @@ class Drawing {
   Stub& add_record(std::string_view kind, std::uint64_t owner, dxf::Section section,
                    std::uint64_t anchor, const std::function<std::string(std::uint64_t)>& spell);
   void note_edit(Stub& stub);
-  /// Told of every object that was made, changed, erased or brought back, each time it is; by those
-  /// who keep something they computed from objects.
-  std::function<void(const Stub&)> on_change;
+  void add_listener(DrawingListener& listener) { listeners_.push_back(&listener); }
+  void remove_listener(DrawingListener& listener) { std::erase(listeners_, &listener); }
+  /// A listener that belongs to the drawing: one of each type, made by the first call with the
+  /// drawing for its constructor, gone with the drawing.
+  template <class T>
+  T& companion() {
+    for (const auto& [type, held] : companions_)
+      if (type == typeid(T)) return static_cast<T&>(*held);
+    auto made = std::make_unique<T>(*this);
+    T& companion = *made;
+    companions_.emplace_back(typeid(T), std::move(made));
+    add_listener(companion);
+    return companion;
+  }
 
   // Header variables.
   /// The tag of a variable's first value. Its offsets count from the start of the file, unless the
@@ -194,6 +215,9 @@ class Drawing {
     std::string_view bytes;
   };
 
+  void tell_listeners(const Stub& stub) {
+    for (DrawingListener* listener : listeners_) listener->object_changed(stub);
+  }
   Status index();
   std::uint16_t kind_of(std::string_view name, dxf::Section section);
   SectionSpan* section(dxf::Section section);
@@ -249,6 +273,8 @@ class Drawing {
   std::size_t open_count_ = 0;
   DrawingFacts facts_;
   UndoLog undo_{*this};
+  std::vector<DrawingListener*> listeners_;
+  std::vector<std::pair<std::type_index, std::unique_ptr<DrawingListener>>> companions_;
 };
 
 }  // namespace cad

@@ -105,7 +105,7 @@ std::uint64_t Drawing::allocate_handle() {
 
 void Drawing::note_edit(Stub& stub) {
   ++version_;
-  if (on_change) on_change(stub);
+  tell_listeners(stub);
   if (kinds_[stub.kind].name == "LAYER") locked_layers_.reset();
   if (stub.has(Stub::kEdited)) return;
   if (!stub.has(Stub::kListed)) edits_.push_back(&stub);
@@ -120,7 +120,7 @@ void Drawing::restored(Stub& stub) {
   const bool as_in_file = stub.has(Stub::kNew) ? stub.erased() : !stub.erased() && !has_own;
   if (!as_in_file) return note_edit(stub);
   ++version_;
-  if (on_change) on_change(stub);
+  tell_listeners(stub);
   if (!stub.has(Stub::kEdited)) return;
   stub.flags = static_cast<std::uint8_t>(stub.flags & ~Stub::kEdited);
   --edited_;

@@ -1,5 +1,7 @@
 // Extended data of objects: the part of a record behind its first group 1001.
 
+#include "host/db/extended_data.h"
+
 #include <vector>
 
 #include "host/base/fold.h"
@@ -32,6 +34,19 @@ std::vector<Run> runs_of(std::string_view bytes, const cad::dxf::Dialect& dialec
     }
   }
   return runs;
+}
+
+bool names(const cad::dxf::Tag& tag, const cad::dxf::Dialect& dialect,
+           std::wstring_view application) {
+  // Nearly always plain letters: these are compared without making a text.
+  if (tag.value.size() == application.size()) {
+    std::size_t same = 0;
+    while (same < application.size() &&
+           static_cast<wchar_t>(static_cast<unsigned char>(tag.value[same])) == application[same])
+      ++same;
+    if (same == application.size()) return true;
+  }
+  return cad::equal_no_case(cad::dxf::text_value(tag, dialect), application);
 }
 
 bool is_extended_code(int code) { return code >= 1000 && code <= 1071; }
@@ -77,3 +92,40 @@ Acad::ErrorStatus AcDbObject::setXData(const resbuf* chain) {
   content_changed();
   return Acad::eOk;
 }
+
+namespace cad {
+
+ExtendedTags::ExtendedTags(std::string_view record, const dxf::Dialect& dialect,
+                           std::wstring_view application)
+    : tags_(record, dialect, Lens(record, dialect).extended_data()),
+      dialect_(dialect),
+      application_(application) {}
+
+bool ExtendedTags::next(dxf::Tag& tag) {
+  while (tags_.next(tag)) {
+    if (tag.code == kApplication) {
+      inside_ = names(tag, dialect_, application_);
+      found_ = found_ || inside_;
+      if (inside_) end_ = tag.end;
+    } else if (inside_) {
+      end_ = tag.end;
+      return true;
+    }
+  }
+  return false;
+}
+
+Acad::ErrorStatus replace_extended_tags(AcDbObject& object, std::size_t begin, std::size_t end,
+                                        std::string_view tags) {
+  if (!object.isWriteEnabled()) return Acad::eNotOpenForWrite;
+  const std::string_view record = ObjectAccess::content(object);
+  if (begin > end || end > record.size() ||
+      begin < Lens(record, ObjectAccess::dialect(object)).extended_data()) {
+    return Acad::eInvalidInput;
+  }
+  ObjectAccess::writable(object).replace(begin, end - begin, tags);
+  ObjectAccess::changed(object);
+  return Acad::eOk;
+}
+
+}  // namespace cad

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <limits>
 
-#include "host/db/drawing.h"
 #include "host/db/entity_fields.h"
 #include "host/db/record_groups.h"
 
@@ -29,12 +28,12 @@ bool is_invisible(const Drawing& drawing, const Stub& stub) {
 }  // namespace
 
 EntityIndex::EntityIndex(AcDbDatabase& database) : database_(database), layers_(database) {
-  database.drawing().on_change = [this](const Stub& stub) { note(stub); };
+  database.drawing().add_listener(*this);
 }
 
-EntityIndex::~EntityIndex() { database_.drawing().on_change = nullptr; }
+EntityIndex::~EntityIndex() { database_.drawing().remove_listener(*this); }
 
-void EntityIndex::note(const Stub& stub) {
+void EntityIndex::object_changed(const Stub& stub) {
   if (!built_) return;
   // So much was changed that measuring everything again is no more work.
   if (changed_.size() > std::max<std::size_t>(1024, entries_.size() / 2)) {

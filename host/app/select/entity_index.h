@@ -6,20 +6,19 @@
 #include <vector>
 
 #include "host/app/select/layer_states.h"
+#include "host/db/drawing.h"
 #include "host/db/entity_shape.h"
 
 namespace cad {
-
-struct Stub;
 
 /// The boxes of all entities of the current space, seen in the plan. Made when first asked for;
 /// afterwards a change of the drawing costs as much as what was changed: entities that were
 /// written to are measured again, block references when blocks were. Boxes are looked through one
 /// by one, which for a hundred thousand takes a fraction of a millisecond.
-class EntityIndex {
+class EntityIndex : private DrawingListener {
  public:
   explicit EntityIndex(AcDbDatabase& database);
-  ~EntityIndex();
+  ~EntityIndex() override;
   EntityIndex(const EntityIndex&) = delete;
   EntityIndex& operator=(const EntityIndex&) = delete;
 
@@ -57,7 +56,7 @@ class EntityIndex {
   LayerStates& layers() { return layers_; }
 
  private:
-  void note(const Stub& stub);
+  void object_changed(const Stub& stub) override;
   void rebuild();
   void update();
   void append(AcDbObjectId id);

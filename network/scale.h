@@ -1,0 +1,10 @@
+#pragma once
+
+namespace WDLGX {
+
+/// The scale ratio of the current drawing: 500 means 1:500, which is also the answer when the
+/// drawing does not say or none is open. The drawing keeps it in its variable USERI5; numbers below
+/// 1 say nothing.
+int GetCTBL();
+
+}  // namespace WDLGX
