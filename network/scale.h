@@ -8,3 +8,10 @@ namespace WDLGX {
 int GetCTBL();
 
 }  // namespace WDLGX
+
+namespace network {
+
+/// Where a drawing's header keeps it.
+inline constexpr char kScaleVariable[] = "$USERI5";
+
+}  // namespace network

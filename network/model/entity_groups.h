@@ -1,11 +1,15 @@
 #pragma once
 
+#include <array>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
+#include "host/base/codepage.h"
 #include "host/db/group_list.h"
+#include "network/object_data.h"
 
 namespace network {
 
@@ -42,17 +46,17 @@ class EntityGroups {
   /// Extended data in pairs of a key and a value, behind everything else.
   EntityGroups& data_of(std::wstring_view application) { return text(1001, application); }
   EntityGroups& pair(std::wstring_view key, std::wstring_view value) {
-    return text(1000, key).text(1000, value);
+    return text(kTextGroup, key).text(kTextGroup, value);
   }
-  EntityGroups& handle_pair(std::wstring_view key, std::wstring_view handle) {
-    return text(1000, key).text(1005, handle);
+  EntityGroups& pair(Key key, std::wstring_view value) {
+    return text(kTextGroup, wide_name(key)).text(row_of(key).group, value);
   }
-  EntityGroups& integer_pair(std::wstring_view key, int value) {
-    return text(1000, key).integer(1070, value);
+  EntityGroups& pair(Key key, int value) {
+    return text(kTextGroup, wide_name(key)).integer(row_of(key).group, value);
   }
   /// Nothing for a value that is absent.
-  EntityGroups& real_pair(std::wstring_view key, const std::optional<double>& value) {
-    return value ? text(1000, key).real(1040, *value) : *this;
+  EntityGroups& pair(Key key, const std::optional<double>& value) {
+    return value ? text(kTextGroup, wide_name(key)).real(row_of(key).group, *value) : *this;
   }
 
   std::span<const cad::GroupView> views() const { return groups_; }
@@ -64,6 +68,17 @@ class EntityGroups {
     group.type = type;
     return group;
   }
+  /// Lives as long as the program.
+  static std::wstring_view wide_name(Key key) {
+    static const auto names = [] {
+      std::array<std::wstring, kKeyCount> made;
+      for (int i = 0; i < kKeyCount; ++i)
+        made[static_cast<std::size_t>(i)] = cad::from_utf8(row_of(static_cast<Key>(i)).name);
+      return made;
+    }();
+    return names[static_cast<std::size_t>(key)];
+  }
+
   std::vector<cad::GroupView> groups_;
 };
 

@@ -12,23 +12,24 @@
 #include "host/db/make_object.h"
 #include "network/model/entity_groups.h"
 #include "network/model/model_symbols.h"
+#include "network/object_data.h"
+#include "network/scale.h"
 
 namespace network {
 namespace {
 
-constexpr wchar_t kApplication[] = L"PIPENOTE";
 constexpr wchar_t kModelApplication[] = L"PIPENOTE_MODEL";
 
 struct SystemRow {
   const wchar_t* layer_prefix;
   int color;
-  const wchar_t* pipe_kind;
-  const wchar_t* node_kind;
+  Kind pipe_kind;
+  Kind node_kind;
 };
 /// By PipeSystem.
-constexpr SystemRow kSystems[] = {{L"给水-", 5, L"water-pipe", L"water-node"},
-                                  {L"污水-", 30, L"drainage-pipe", L"drainage-well"},
-                                  {L"雨水-", 3, L"storm-pipe", L"storm-well"}};
+constexpr SystemRow kSystems[] = {{L"给水-", 5, Kind::kWaterPipe, Kind::kWaterNode},
+                                  {L"污水-", 30, Kind::kDrainagePipe, Kind::kDrainageWell},
+                                  {L"雨水-", 3, Kind::kStormPipe, Kind::kStormWell}};
 const SystemRow& row_of(PipeSystem system) { return kSystems[static_cast<std::size_t>(system)]; }
 
 struct ElementRow {
@@ -131,6 +132,8 @@ class ModelDrawer {
   ModelDrawer(NetworkModel& model, AcDbDatabase& database, const ModelDrawingOptions& options)
       : model_(model), database_(database), scale_(options.scale) {
     report_.system = system_of(model, options);
+    pipe_kind_ = cad::from_utf8(kind_name(system().pipe_kind));
+    node_kind_ = cad::from_utf8(kind_name(system().node_kind));
     choose_map_unit(model, options, report_);
   }
 
@@ -207,12 +210,12 @@ class ModelDrawer {
       const std::wstring number = cad::from_utf8(node.name);
       symbol(row_of(node.kind), plan(*node.place), 0.0)
           .data_of(kApplication)
-          .pair(L"kind", system().node_kind)
-          .pair(L"number", number)
-          .real_pair(L"ground", node.ground)
-          .real_pair(L"bottom", node.bottom)
-          .real_pair(L"flow", node.flow)
-          .real_pair(L"head", node.head);
+          .pair(Key::kKind, node_kind_)
+          .pair(Key::kNumber, number)
+          .pair(Key::kGround, node.ground)
+          .pair(Key::kBottom, node.bottom)
+          .pair(Key::kFlow, node.flow)
+          .pair(Key::kHead, node.head);
       const cad::Result<AcDbObjectId> made = make();
       if (!made) return made.error();
       handles_[i] = cad::handle_text(made->handle());
@@ -234,26 +237,26 @@ class ModelDrawer {
 
   void add_pipe_data(const ModelLink& link, const std::wstring& name) {
     groups_.data_of(kApplication)
-        .pair(L"kind", system().pipe_kind)
-        .handle_pair(L"start_node", handles_[link.from])
-        .handle_pair(L"end_node", handles_[link.to])
-        .pair(L"code", name)
-        .real_pair(L"diameter", link.diameter)
-        .real_pair(L"width", link.width)
-        .real_pair(L"height", link.height)
-        .real_pair(L"length", link.length)
-        .real_pair(L"start_invert", link.start_invert)
-        .real_pair(L"end_invert", link.end_invert);
-    if (link.parallel > 1) groups_.integer_pair(L"parallel", link.parallel);
+        .pair(Key::kKind, pipe_kind_)
+        .pair(Key::kStartNode, handles_[link.from])
+        .pair(Key::kEndNode, handles_[link.to])
+        .pair(Key::kCode, name)
+        .pair(Key::kDiameter, link.diameter)
+        .pair(Key::kWidth, link.width)
+        .pair(Key::kHeight, link.height)
+        .pair(Key::kLength, link.length)
+        .pair(Key::kStartInvert, link.start_invert)
+        .pair(Key::kEndInvert, link.end_invert);
+    if (link.parallel > 1) groups_.pair(Key::kParallel, link.parallel);
   }
 
   void add_model_data(const ModelLink& link, const std::wstring& name) {
     groups_.data_of(kModelApplication)
         .pair(L"element", row_of(link.kind).name)
         .pair(L"name", name)
-        .handle_pair(L"start_node", handles_[link.from])
-        .handle_pair(L"end_node", handles_[link.to])
-        .real_pair(L"diameter", link.diameter);
+        .pair(Key::kStartNode, handles_[link.from])
+        .pair(Key::kEndNode, handles_[link.to])
+        .pair(Key::kDiameter, link.diameter);
   }
 
   cad::Status draw_links() {
@@ -312,6 +315,8 @@ class ModelDrawer {
   cad::Status set_header() {
     constexpr std::int64_t kMetres = 6;
     if (cad::Status set = database_.set_header_variable("$INSUNITS", kMetres); !set) return set;
+    if (cad::Status set = database_.set_header_variable(kScaleVariable, std::int64_t{scale_}); !set)
+      return set;
     AcDbExtents extents;
     for (const ModelNode& node : model_.nodes)
       if (node.place) extents.addPoint(plan(*node.place));
@@ -327,8 +332,10 @@ class ModelDrawer {
 
   NetworkModel& model_;
   AcDbDatabase& database_;
-  double scale_;
+  int scale_;
   ModelDrawingReport report_;
+  std::wstring pipe_kind_;
+  std::wstring node_kind_;
   std::map<std::wstring_view, std::wstring> layers_;  // full names
   EntityGroups groups_;
   std::vector<std::wstring> handles_;  // of the nodes drawn

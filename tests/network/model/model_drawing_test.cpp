@@ -204,11 +204,12 @@ TEST(ModelDrawing, APipeWithoutLengthInPlanIsDrawnAndTold) {
   EXPECT_THAT(entities_of(database), Contains(entity("LINE", "给水-管线", "code P1")));
 }
 
-TEST(ModelDrawing, TheHeaderTellsTheUnitAndTheExtents) {
+TEST(ModelDrawing, TheHeaderTellsUnitScaleAndExtents) {
   NetworkModel model = read(kSupply);
   AcDbDatabase database;
   draw(model, database);
   EXPECT_EQ(database.header_value("$INSUNITS"), L"6");
+  EXPECT_EQ(database.header_value("$USERI5"), L"500");
   EXPECT_EQ(database.header_point("$EXTMAX"), AcGePoint3d(150, 30, 0));
 }
 
