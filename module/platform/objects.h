@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/db/arxdbg_utils.h"
+#include "host/db/block_reference.h"
 #include "host/db/database.h"
 #include "host/db/dictionary.h"
 #include "host/db/entity.h"
