@@ -2,11 +2,9 @@
 
 #include <sys/stat.h>
 
-#include <cstdlib>
-#include <memory>
-
 #include "host/app/host.h"
 #include "host/base/codepage.h"
+#include "host/base/install_folder.h"
 
 namespace {
 
@@ -53,14 +51,6 @@ std::optional<std::string> place_settings_file(const CString& path) {
   return place;
 }
 
-std::string default_install_dir() {
-  for (const char* below : {"/../share/pipenote/install", "/../../share/pipenote/install"}) {
-    const std::string folder = cad::Host::library_folder() + below;
-    const std::unique_ptr<char, void (*)(void*)> real(::realpath(folder.c_str(), nullptr),
-                                                      std::free);
-    if (real && is_kind(real.get(), S_IFDIR)) return real.get();
-  }
-  return {};
-}
+std::string default_install_dir() { return cad::installed_folder("install"); }
 
 }  // namespace network

@@ -1,6 +1,5 @@
 #include "host/app/host.h"
 
-#include <dlfcn.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -14,6 +13,7 @@
 #include "host/app/session.h"
 #include "host/app/system/blackboard.h"
 #include "host/base/codepage.h"
+#include "host/base/install_folder.h"
 #include "host/base/numbers.h"
 #include "host/base/trace.h"
 #include "host/db/drawing.h"
@@ -84,14 +84,7 @@ Host::~Host() {
 
 Host* Host::current() { return current_host; }
 
-std::string Host::library_folder() {
-  Dl_info facts;
-  if (!::dladdr(reinterpret_cast<const void*>(&acDocManagerPtr), &facts) || !facts.dli_fname)
-    return ".";
-  const std::string file = facts.dli_fname;
-  const std::size_t slash = file.rfind('/');
-  return slash == std::string::npos ? "." : file.substr(0, slash);
-}
+std::string Host::library_folder() { return cad::library_folder(); }
 
 Result<AcApDocument*> Host::open(const std::string& name,
                                  const std::function<Status(AcApDocument&)>& read) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -35,8 +34,9 @@ struct MTextFormat {
   Level level = Level::kBottom;
   Colour colour;
   bool under = false, over = false, through = false;
-  /// \f and \F; empty: the style's own font. A name with an extension is a file, else a typeface.
+  /// \f, a typeface, or \F, a file ("txt,gbcbig": with a big font); null: the style's own font.
   std::shared_ptr<const std::wstring> font;
+  bool font_is_file = false;
   bool bold = false, italic = false;
   bool operator==(const MTextFormat&) const = default;
 };
@@ -74,8 +74,9 @@ struct MTextPiece {
   std::wstring upper, lower;
 };
 
-/// Total: every text reads to its end. Groups nest to any depth. A code that nobody knows shows
-/// nothing and is counted; a backslash at the end is shown.
+/// Total: every text reads to its end. A code that nobody knows shows nothing and is counted; a
+/// backslash at the end is shown. Groups within more than 256 others share the format of the last
+/// of these.
 class MTextReader {
  public:
   /// `keep_percent`: %%c and the like come as they are written, as TEXT holds them too; otherwise
@@ -84,30 +85,47 @@ class MTextReader {
 
   bool next(MTextPiece& piece);
   /// For the piece given last.
-  const MTextFormat& format() const { return formats_.back(); }
+  const MTextFormat& format() const { return levels_.back().format; }
   const MTextParagraph& paragraph() const { return paragraph_; }
-  /// Counts changes of the format: equal numbers mean equal formats.
-  std::uint64_t format_version() const { return version_; }
+  /// Equal numbers mean equal formats; a number is never used for another one.
+  std::uint64_t format_version() const { return levels_.back().version; }
   /// The codes that nobody knows, and how often they came.
   const std::map<wchar_t, std::size_t>& unknown() const { return unknown_; }
 
  private:
-  bool read_code(MTextPiece& piece);
+  struct Level {
+    MTextFormat format;
+    std::uint64_t version;
+  };
+  struct Code;
+  static const Code kCodes[];
+
+  bool read_backslash(MTextPiece& piece);
   bool read_percent(MTextPiece& piece);
-  std::wstring_view value();
-  void read_font(std::wstring_view value);
-  void read_paragraph(std::wstring_view value);
-  void read_fraction(std::wstring_view value, MTextPiece& piece);
-  void change(wchar_t code, std::wstring_view value);
+  bool show(wchar_t character, std::size_t length, MTextPiece& piece);
+  void open_group();
+  void close_group();
+  MTextFormat& changed_format();
+  std::wstring_view value_to_semicolon();
+  std::wstring_view number_value();
+
+  // The codes that change what follows; `code` as it is written.
+  void set_line(wchar_t code, std::wstring_view value);
+  void set_size(wchar_t code, std::wstring_view value);
+  void set_level(wchar_t code, std::wstring_view value);
+  void set_colour(wchar_t code, std::wstring_view value);
+  void set_font(wchar_t code, std::wstring_view value);
+  void set_paragraph(wchar_t code, std::wstring_view value);
+  void read_fraction(MTextPiece& piece);
 
   std::wstring_view text_;
   std::size_t at_ = 0;
   double base_height_;
   bool keep_percent_;
-  std::vector<MTextFormat> formats_;
+  std::vector<Level> levels_;
   std::size_t too_deep_ = 0;
   MTextParagraph paragraph_;
-  std::uint64_t version_ = 0;
+  std::uint64_t versions_ = 0;
   std::map<wchar_t, std::size_t> unknown_;
 };
 

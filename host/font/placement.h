@@ -15,8 +15,8 @@ enum class Up { kBase = 0, kBottom = 1, kMiddle = 2, kTop = 3 };
 
 /// What a TEXT stores, in the plane of its own coordinates. Angles are radians.
 struct LinePlace {
-  Point first;   ///< group 10
-  Point second;  ///< group 11; counts unless the text is left on the base line
+  Point first{};   ///< group 10
+  Point second{};  ///< group 11; counts unless the text is left on the base line
   Across across = Across::kLeft;
   Up up = Up::kBase;
   double rotation = 0.0;

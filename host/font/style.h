@@ -8,9 +8,9 @@ namespace cad::font {
 /// How texts of a style look: what a STYLE record and its extended data say, nothing resolved yet.
 /// Angles are radians.
 struct FontStyle {
-  std::wstring file;      ///< group 3: "simplex.shx", "simsun.ttf", perhaps with a folder
-  std::wstring big_file;  ///< group 4, the font of Chinese and the like: "gbcbig.shx"
-  std::wstring typeface;  ///< of extended data (1000): "SimSun"; goes before `file`
+  std::wstring file{};      ///< group 3: "simplex.shx", "simsun.ttf", perhaps with a folder
+  std::wstring big_file{};  ///< group 4, the font of Chinese and the like: "gbcbig.shx"
+  std::wstring typeface{};  ///< of extended data (1000): "SimSun"; goes before `file`
   bool bold = false;
   bool italic = false;
   double width_factor = 1.0;  ///< what MTEXT takes; TEXT has its own
