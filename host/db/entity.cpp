@@ -97,7 +97,10 @@ ACHAR* AcDbText::textString() const {
 }
 
 Acad::ErrorStatus AcDbText::setTextString(const ACHAR* text) {
-  return patch([&](LensWriter& tags) { tags.set_text(kTextPart, 1, text ? text : L""); });
+  if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
+  const std::wstring_view wanted = text ? text : L"";
+  if (Lens(content(), dialect()).text(kTextPart, 1) == wanted) return Acad::eOk;
+  return patch([&](LensWriter& tags) { tags.set_text(kTextPart, 1, wanted); });
 }
 
 AcGePoint3d AcDbText::position() const { return Lens(content(), dialect()).point(kTextPart, 10); }
@@ -131,7 +134,10 @@ ACHAR* AcDbMText::contents() const {
 }
 
 Acad::ErrorStatus AcDbMText::setContents(const ACHAR* text) {
-  return patch([&](LensWriter& tags) { tags.set_chunked_text(kMTextPart, text ? text : L""); });
+  if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
+  const std::wstring_view wanted = text ? text : L"";
+  if (Lens(content(), dialect()).chunked_text(kMTextPart) == wanted) return Acad::eOk;
+  return patch([&](LensWriter& tags) { tags.set_chunked_text(kMTextPart, wanted); });
 }
 
 AcGePoint3d AcDbMText::location() const { return Lens(content(), dialect()).point(kMTextPart, 10); }

@@ -12,6 +12,7 @@ class AcDbText : public AcDbEntity {
 
   /// The text as stored, %% codes included, newly made: free it with acutDelString().
   ACHAR* textString() const;
+  /// A text that it has already changes nothing.
   Acad::ErrorStatus setTextString(const ACHAR* text);
   AcGePoint3d position() const;
   Acad::ErrorStatus setPosition(const AcGePoint3d& position);
@@ -35,7 +36,8 @@ class AcDbMText : public AcDbEntity {
 
   /// The whole text, formatting codes included, newly made: free it with acutDelString().
   ACHAR* contents() const;
-  /// Replaces everything. Stored in chunks of 250 characters.
+  /// Replaces everything; contents it has already change nothing. Stored in chunks of 250
+  /// characters.
   Acad::ErrorStatus setContents(const ACHAR* text);
   AcGePoint3d location() const;
   Acad::ErrorStatus setLocation(const AcGePoint3d& location);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "module/platform/geometry.h"
 #include "module/platform/objects.h"
 #include "module/record/dim_item.h"
@@ -7,8 +9,8 @@
 class CDimRecord;
 class CDimRecordTable;
 
-/// Records and reads the annotations of one entity. A short-lived value: make one for the entity,
-/// call it, drop it. Between calls it holds nothing open.
+/// Records, reads, updates and deletes the annotations of one entity. A short-lived value: make one
+/// for the entity, call it, drop it. Between calls it holds nothing open.
 ///     CDimManager pipe(pipe_id);
 ///     if (pipe.openStatus() == Acad::eOk) pipe.dimTxtRec(L"pcgb", L"pipe_len", text_id, L"36.5",
 ///                                                        L"m", L"L=", L"");
@@ -71,11 +73,52 @@ class CDimManager {
   /// prints a line, answers 1 and leaves `entities` alone.
   Acad::ErrorStatus getDimEnt(AcDbObjectIdArray& entities);
 
+  /// Gives the item a new value wherever the entity has one of that name, in every type, and writes
+  /// its texts anew. First the handlers of the pipe or well types redraw (updatePipeDim(),
+  /// updateWellDim(): by the first four letters of the name) and the items of its family follow;
+  /// the value is then rounded as the settings ask for that name. The handle stored stays; prefix,
+  /// suffix and separator too, unless `replaceAll` is nonzero: then the item's replace them.
+  /// Information items get the value as it is. 20022 for an item name that is not known; 1 when the
+  /// family cannot be updated (a "pipe_len" of 0), and then nothing was stored; 1 for a record that
+  /// cannot be written, and then the records before it are updated already. 0 also when no record
+  /// has the item.
+  Acad::ErrorStatus updateDim(StuDim item, int replaceAll);
+  Acad::ErrorStatus updateDim(const wchar_t* dimName, const wchar_t* value);
+  /// Has the handler of the type redraw the entity's labels of that type. 22 when the type has no
+  /// handler; 1 when the entity has no such record or the handler answers 0; 0, and the handler is
+  /// not called, when the user has erased every label of the type.
+  Acad::ErrorStatus updateDim(const wchar_t* dimTypeName);
+  /// The same for each type of a pipe, or of a well, that may have a handler. Always 0; the flags
+  /// are not used.
+  Acad::ErrorStatus updatePipeDim(unsigned long flags);
+  Acad::ErrorStatus updateWellDim(unsigned long flags);
+  /// Updates the items that follow another: the pipe's length in metres (1, and nothing is done,
+  /// for 0), its slope as a fraction, the well's ground elevation in metres. 1 at the first member
+  /// that fails.
+  Acad::ErrorStatus updatePipeLenFamily(double length);
+  Acad::ErrorStatus updateGradientFamily(double slope);
+  Acad::ErrorStatus updateDmBgFamily(double elevation);
+
+  /// Erases the labels of the type, letter case ignored, and its record. 0 also without such a
+  /// record, and when one cannot be opened: that prints a line and stays. 1 for a null name.
+  Acad::ErrorStatus deleteDim(const wchar_t* dimTypeName);
+  /// The same for every type but "GroupDim", "JCDim" and "OnLine_PipeDim", whose labels several
+  /// entities share.
+  Acad::ErrorStatus deleteAllDim();
+  /// Erases every record and leaves the labels drawn.
+  Acad::ErrorStatus deleteAllDimInfo();
+
  private:
   void adopt(AcDbEntity& entity);
   Acad::ErrorStatus open_table(CDimRecordTable& table, AcDb::OpenMode mode) const;
   Acad::ErrorStatus open_record(const wchar_t* type, CDimRecordTable& table,
                                 CDimRecord& record) const;
+  Acad::ErrorStatus update_in(CDimRecord& record, StuDim& item, int replaceAll);
+  Acad::ErrorStatus dispatchDimFamily(const StuDim& item);
+  Acad::ErrorStatus updateDimFamily(const std::vector<StuDim>& members);
+  Acad::ErrorStatus updateDimPrecision(StuDim& item) const;
+  template <class IsConcerned>
+  Acad::ErrorStatus for_records(IsConcerned is_concerned, Acad::ErrorStatus (CDimRecord::*act)());
   template <class T, class Decode>
   Acad::ErrorStatus read_value(const wchar_t* type, const wchar_t* key, T& value, Decode decode);
 

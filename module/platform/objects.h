@@ -6,6 +6,7 @@
 #include "host/db/dictionary.h"
 #include "host/db/entity.h"
 #include "host/db/open.h"
+#include "host/db/text.h"
 #include "host/db/xrecord.h"
 #include "module/platform/foundation.h"
 #include "module/platform/status.h"

@@ -6,11 +6,61 @@
 #include "module/record/record_cursor.h"
 #include "module/record/record_factory.h"
 #include "module/record/stale_items.h"
+#include "module/record/text_marks.h"
 #include "module/registry/update_service.h"
 
-CDimRecord::~CDimRecord() {
+namespace {
+
+/// Whether the text of that handle can be written now; the trace tells when not.
+bool is_there_to_write(const CString& handle) {
+  const AcDbObjectId id = dim::object_of_handle(handle.c_str());
+  if (dim::Opened<AcDbEntity>(id, AcDb::kForWrite)) return true;
+  dim::trace(L"文本实体没有打开，可能已经被删除!");
+  return false;
+}
+
+void set_text(AcDbEntity& entity, const CString& text) {
+  if (auto* lines = AcDbMText::cast(&entity)) {
+    lines->setContents(text.c_str());
+  } else if (auto* line = AcDbText::cast(&entity)) {
+    line->setTextString(text.c_str());
+  }
+}
+
+void write_text(const dim::TextMark& mark) {
+  const AcDbObjectId id = dim::object_of_handle(mark.first.c_str());
+  if (id.isNull()) {
+    dim::trace(L"句柄转换失败,更新操作已经被忽略!");
+    return;
+  }
+  if (const dim::Opened<AcDbEntity> entity{id, AcDb::kForWrite}) {
+    set_text(*entity, mark.second);
+  } else {
+    dim::trace(L"打开实体失败!");
+  }
+}
+
+/// Erases what the current item stands for.
+void erase_entity(const CDimRecordIterator& cursor) {
+  if (dim::equal_no_case(cursor.field(CDimRecordIterator::posKind), dim::kNoEntityKind)) return;
+  const std::wstring_view handle = cursor.field(CDimRecordIterator::posHandle);
+  const AcDbObjectId id = dim::object_of_handle(handle.data());
+  if (const dim::Opened<AcDbEntity> entity{id, AcDb::kForWrite}) entity->erase();
+}
+
+}  // namespace
+
+CDimRecord::~CDimRecord() { release_record(); }
+
+void CDimRecord::release_record() {
   if (!record_object_) return;
   if (record_object_->close() == dim::kNotInDrawing) delete record_object_;
+  record_object_ = nullptr;
+}
+
+void CDimRecord::erase_record() {
+  record_object_->erase(true);
+  release_record();
 }
 
 Acad::ErrorStatus CDimRecord::open(const AcDbObjectId& id, AcDb::OpenMode mode, bool openErased) {
@@ -89,10 +139,60 @@ Acad::ErrorStatus CDimRecord::insertAfter(const StuDim& item, const wchar_t* aft
 void CDimRecord::setDimTypeName(const wchar_t* name) { type_name_ = dim::text_of(name); }
 
 Acad::ErrorStatus CDimRecord::clearInvalid() {
+  CDimRecordIterator cursor;
+  return clear_invalid(cursor);
+}
+
+/// On success the cursor holds what is stored.
+Acad::ErrorStatus CDimRecord::clear_invalid(CDimRecordIterator& cursor) {
+  if (!isValid()) return dim::kNotOpen;
+  if (newIterator(cursor) != Acad::eOk) return dim::kFailed;
+  const std::optional<int> dropped = dim::drop_stale_items(cursor);
+  if (!dropped) return dim::kFailed;
+  const bool is_stored = *dropped == 0 && record_object_->isWriteEnabled();
+  return is_stored ? Acad::eOk : cursor.commit();
+}
+
+Acad::ErrorStatus CDimRecord::extractTxtMark(std::vector<std::pair<CString, CString>>& marks) {
   if (!isValid()) return dim::kNotOpen;
   CDimRecordIterator cursor;
-  if (newIterator(cursor) != Acad::eOk || !dim::drop_stale_items(cursor)) return dim::kFailed;
-  return cursor.commit();
+  if (clear_invalid(cursor) != Acad::eOk) {
+    dim::trace(L"清除垃圾数据失败!");
+    return dim::kFailed;
+  }
+  std::vector<dim::TextMark> made;
+  if (!dim::make_text_marks(cursor, made)) return dim::kFailed;
+  for (dim::TextMark& mark : made) {
+    if (is_there_to_write(mark.first)) marks.push_back(std::move(mark));
+  }
+  return Acad::eOk;
+}
+
+Acad::ErrorStatus CDimRecord::updateDim() {
+  std::vector<dim::TextMark> marks;
+  if (extractTxtMark(marks) != Acad::eOk) {
+    dim::trace(L"提取标注文字失败!");
+    return dim::kFailed;
+  }
+  for (const dim::TextMark& mark : marks) write_text(mark);
+  return Acad::eOk;
+}
+
+Acad::ErrorStatus CDimRecord::deleteDim() {
+  CDimRecordIterator cursor;
+  if (newIterator(cursor) != Acad::eOk) return dim::kNotOpen;
+  for (cursor.start(); !cursor.done(); cursor.step()) {
+    if (cursor.stands_on_item()) erase_entity(cursor);
+  }
+  erase_record();
+  return Acad::eOk;
+}
+
+Acad::ErrorStatus CDimRecord::deleteDimInfo() {
+  if (!isValid()) return dim::kNotOpen;
+  erase_record();
+  record_id_.setNull();
+  return Acad::eOk;
 }
 
 Acad::ErrorStatus CDimRecord::find(const wchar_t* name, CDimRecordIterator& cursor) {

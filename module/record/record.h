@@ -1,5 +1,8 @@
 #pragma once
 
+#include <utility>
+#include <vector>
+
 #include "module/platform/objects.h"
 #include "module/record/dim_item.h"
 
@@ -45,6 +48,19 @@ class CDimRecord : public CObject {
   /// An item of the same name elsewhere stays; look-ups find the first.
   Acad::ErrorStatus insertAfter(const StuDim& item, const wchar_t* afterName);
 
+  /// Writes the texts of the record's items into their TEXT and MTEXT entities, whole; entities of
+  /// other kinds stay as they are. Drops stale items before. An entity that is erased, on a locked
+  /// layer or open elsewhere is left out and nothing fails for it. Needs the record open for write,
+  /// else 1; 1 also for an item that cannot be read, and then no text is written.
+  Acad::ErrorStatus updateDim();
+  /// Erases the annotation entities of all items, then the record, which is no longer valid. Left
+  /// drawn are entities that cannot be opened for write (a locked layer, open elsewhere) and what
+  /// items of the kind without entity name. 374 when not valid.
+  Acad::ErrorStatus deleteDim();
+  /// Erases the record, which is no longer valid; the annotation entities stay drawn and nothing
+  /// knows of them any more. 374 when not valid.
+  Acad::ErrorStatus deleteDimInfo();
+
   /// Annotation type under which the record is, or is to be, filed. Setting it changes no drawing.
   const wchar_t* getDimTypeName() const { return type_name_.c_str(); }
   void setDimTypeName(const wchar_t* name);
@@ -57,10 +73,18 @@ class CDimRecord : public CObject {
   /// present, and stores what is left. The item behind a dropped one is looked at the next time.
   /// 374 when not valid; 1 for an item that cannot be read; else the status of the commit.
   Acad::ErrorStatus clearInvalid();
+  /// Drops stale items, then appends what each text entity of the record is to show: its handle and
+  /// the text, in the order of the handles. Entities that cannot be opened for write are left out.
+  /// 374 when not valid; 1 when the clean-up fails.
+  Acad::ErrorStatus extractTxtMark(std::vector<std::pair<CString, CString>>& marks);
   /// Hands the cursor a fresh copy and stands it on the named item; 22 when there is none.
   Acad::ErrorStatus find(const wchar_t* name, CDimRecordIterator& cursor);
 
  private:
+  Acad::ErrorStatus clear_invalid(CDimRecordIterator& cursor);
+  void erase_record();
+  void release_record();
+
   AcDbXrecord* record_object_ = nullptr;
   CString type_name_;
   AcDbObjectId record_id_;

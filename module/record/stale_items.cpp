@@ -24,17 +24,19 @@ const wchar_t* reason_to_drop(const Cursor& cursor) {
 
 }  // namespace
 
-bool drop_stale_items(Cursor& cursor) {
+std::optional<int> drop_stale_items(Cursor& cursor) {
+  int dropped = 0;
   // Kept: after a deletion the cursor stands on the next item and steps all the same, so that one
   // waits for the next pass. Test: StaleItems.TheItemBehindADroppedOneWaitsForTheNextPass
   for (cursor.start(); !cursor.done(); cursor.step()) {
-    if (!cursor.stands_on_item()) return false;
+    if (!cursor.stands_on_item()) return std::nullopt;
     if (const wchar_t* reason = reason_to_drop(cursor)) {
       trace_format(reason, cursor.getDimName());
+      ++dropped;
       cursor.deleteThis();  // finds the item it stands on, or one of the same name before it
     }
   }
-  return true;
+  return dropped;
 }
 
 }  // namespace dim

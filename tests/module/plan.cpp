@@ -169,20 +169,35 @@ std::string Plan::bytes() {
   return text;
 }
 
-Plan::Plan() {
-  const cad::Status read = database_.read_bytes(bytes(), "plan");
+namespace {
+
+/// The drawing of these bytes, as the working drawing.
+std::unique_ptr<AcDbDatabase> opened(std::string bytes) {
+  auto database = std::make_unique<AcDbDatabase>(false);
+  const cad::Status read = database->read_bytes(std::move(bytes), "plan");
   EXPECT_TRUE(read) << (read ? "" : read.error().message());
-  acdbHostApplicationServices()->setWorkingDatabase(&database_);
+  acdbHostApplicationServices()->setWorkingDatabase(database.get());
+  return database;
 }
 
+}  // namespace
+
+Plan::Plan() : database_(opened(bytes())) {}
+
 Plan::~Plan() {
-  EXPECT_TRUE(database_.open_objects().empty());
+  EXPECT_TRUE(database_->open_objects().empty());
   acdbHostApplicationServices()->setWorkingDatabase(nullptr);
+}
+
+void Plan::reopen() {
+  EXPECT_TRUE(database_->open_objects().empty());
+  auto again = opened(database_->save_bytes());
+  database_ = std::move(again);
 }
 
 AcDbObjectId Plan::id(const wchar_t* handle) {
   AcDbObjectId found;
-  EXPECT_EQ(database_.getAcDbObjectId(found, false, AcDbHandle(handle)), Acad::eOk);
+  EXPECT_EQ(database_->getAcDbObjectId(found, false, AcDbHandle(handle)), Acad::eOk);
   return found;
 }
 
@@ -190,6 +205,23 @@ void Plan::erase(const wchar_t* handle) {
   dim::Opened<AcDbEntity> entity(id(handle), AcDb::kForWrite);
   ASSERT_TRUE(entity);
   EXPECT_EQ(entity->erase(), Acad::eOk);
+}
+
+void Plan::bring_back(const wchar_t* handle) {
+  dim::Opened<AcDbEntity> entity(id(handle), AcDb::kForWrite, /*open_erased=*/true);
+  ASSERT_TRUE(entity);
+  EXPECT_EQ(entity->erase(false), Acad::eOk);
+}
+
+std::wstring Plan::text(const wchar_t* handle) {
+  const dim::Opened<AcDbEntity> entity(id(handle), AcDb::kForRead, /*open_erased=*/true);
+  if (!entity) return L"(does not open)";
+  const auto* line = AcDbText::cast(&*entity);
+  const auto* lines = AcDbMText::cast(&*entity);
+  ACHAR* shown = line ? line->textString() : lines ? lines->contents() : nullptr;
+  const std::wstring text = shown ? shown : L"(no text)";
+  acutDelString(shown);
+  return text;
 }
 
 AcDbObjectId Plan::extension_dictionary(const wchar_t* owner) {

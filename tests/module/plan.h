@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -23,9 +24,15 @@ class Plan {
   Plan(const Plan&) = delete;
   static std::string bytes();
 
-  AcDbDatabase& database() { return database_; }
+  AcDbDatabase& database() { return *database_; }
   AcDbObjectId id(const wchar_t* handle);
   void erase(const wchar_t* handle);
+  void bring_back(const wchar_t* handle);
+  bool is_erased(const wchar_t* handle) { return id(handle).isErased(); }
+  /// What a TEXT or MTEXT shows.
+  std::wstring text(const wchar_t* handle);
+  /// Saves the drawing and opens what was saved; everything must be closed.
+  void reopen();
 
   /// The entity's extension dictionary, made when it has none.
   AcDbObjectId extension_dictionary(const wchar_t* owner);
@@ -42,7 +49,7 @@ class Plan {
   std::vector<StuDim> items(AcDbObjectId xrecord);
 
  private:
-  AcDbDatabase database_{false};
+  std::unique_ptr<AcDbDatabase> database_;
 };
 
 class PlanTest : public ::testing::Test {

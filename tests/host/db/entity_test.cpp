@@ -53,6 +53,14 @@ TEST_F(Entities, ChangingATextChangesItsLineOnly) {
   expect_only_change("  1\nDN300\n", "  1\nDN400\n");
 }
 
+TEST_F(Entities, ATextSetToWhatItShowsKeepsItsBytes) {
+  auto* text = opened<AcDbText>(0x30, AcDb::kForWrite);
+  EXPECT_EQ(text->setTextString(L"DN300"), Acad::eOk);
+  EXPECT_FALSE(text->isModified());
+  text->close();
+  EXPECT_FALSE(database().is_modified());
+}
+
 TEST_F(Entities, ChangedNumbersTakeThePlaceOfTheOldOnes) {
   auto* line = opened<AcDbLine>(0x2F, AcDb::kForWrite);
   EXPECT_EQ(line->setEndPoint({4, 7.5, 0.5}), Acad::eOk);
@@ -157,6 +165,14 @@ TEST_F(Entities, MTextComesInPiecesOf250Characters) {
   EXPECT_EQ(text->setContents(L"short"), Acad::eOk);
   text->close();
   expect_only_change("  1\nL=36.5\\P{\\H2;m}\n", "  1\nshort\n");
+}
+
+TEST_F(Entities, MTextSetToWhatItShowsKeepsItsBytes) {
+  auto* text = opened<AcDbMText>(0x32, AcDb::kForWrite);
+  EXPECT_EQ(text->setContents(L"L=36.5\\P{\\H2;m}"), Acad::eOk);
+  EXPECT_FALSE(text->isModified());
+  text->close();
+  EXPECT_FALSE(database().is_modified());
 }
 
 TEST_F(Entities, MTextReadsBackWhateverStandsAtTheEndOfAPiece) {
