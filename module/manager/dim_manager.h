@@ -99,6 +99,10 @@ class CDimManager {
   Acad::ErrorStatus updateGradientFamily(double slope);
   Acad::ErrorStatus updateDmBgFamily(double elevation);
 
+  /// Turns the pipe's flow arrows to the direction of flow: dim::turn_flow_arrows(). 1 when that
+  /// fails.
+  Acad::ErrorStatus updateJtDirection();
+
   /// Erases the labels of the type, letter case ignored, and its record. 0 also without such a
   /// record, and when one cannot be opened: that prints a line and stays. 1 for a null name.
   Acad::ErrorStatus deleteDim(const wchar_t* dimTypeName);

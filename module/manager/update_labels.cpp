@@ -1,5 +1,6 @@
 #include "module/manager/dim_manager.h"
 #include "module/manager/families.h"
+#include "module/manager/flow_arrows.h"
 #include "module/manager/precision.h"
 #include "module/platform/lisp.h"
 #include "module/platform/text.h"
@@ -108,6 +109,10 @@ Acad::ErrorStatus CDimManager::updatePipeDim(unsigned long) {
 Acad::ErrorStatus CDimManager::updateWellDim(unsigned long) {
   for (const wchar_t* type : kWellTypes) updateDim(type);
   return Acad::eOk;
+}
+
+Acad::ErrorStatus CDimManager::updateJtDirection() {
+  return dim::turn_flow_arrows(entity_id_) == RTNORM ? Acad::eOk : dim::kFailed;
 }
 
 Acad::ErrorStatus CDimManager::dispatchDimFamily(const StuDim& item) {

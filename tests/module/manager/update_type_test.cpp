@@ -130,6 +130,19 @@ TEST_F(UpdateType, OneTypeThatFailsKeepsNoOtherFromBeingRedrawn) {
   EXPECT_EQ(handlers.calls(), (Names{L"xzgj", L"xdgj"}));
 }
 
+TEST_F(UpdateType, ArrowsOfAPipeWithoutAnyAreTurned) {
+  given(L"pcgb", {item_of(L"gdh", L"1", L"40")});
+  EXPECT_EQ(pipe().updateJtDirection(), Acad::eOk);
+}
+
+TEST_F(UpdateType, AnArrowThatIsNoBlockReferenceFailsTheTurning) {
+  given(L"pcgb", {item_of(L"jt", L"1", L"40")});
+  EXPECT_EQ(pipe().updateJtDirection(), 1);
+  given(L"pcgb", {item_of(L"jt", L"1", L"FFF")});
+  EXPECT_EQ(pipe().updateJtDirection(), 1);
+  EXPECT_EQ(CDimManager(AcDbObjectId()).updateJtDirection(), 1);
+}
+
 TEST_F(UpdateType, AManagerThatCouldNotOpenAnswersOneAndCallsNobody) {
   handlers.regist(L"bjbh");
   CDimManager manager((AcDbObjectId()));
