@@ -4,11 +4,28 @@
 #include "module/platform/objects.h"
 #include "module/record/dim_item.h"
 
-/// Arguments of the recording functions, read off the chain that LISP hands over:
-///     (dimRec (list pipe "pcgb") label "pipe_len" "36.5" "L=" "m" nil)
-/// The parsers answer RTNORM, or RTERROR and a line of trace at the first fault. What follows the
-/// last argument expected is ignored.
+/// Arguments of LISP calls, read off the chain that LISP hands over. What follows the last argument
+/// expected is ignored.
 namespace dim {
+
+// Single buffers.
+
+/// Whether there is a buffer, and of that type.
+inline bool has_type(const resbuf* buffer, short type) { return buffer && buffer->restype == type; }
+/// Of a buffer RTSTR.
+CString string_of(const resbuf& buffer);
+/// Of a buffer RTENAME; null when the name is of no object.
+AcDbObjectId entity_of(const resbuf& buffer);
+
+/// A text argument: where it goes, and what is traced when it is not what it must be.
+struct TextArgument {
+  CString StuDim::*field;
+  const wchar_t* fault;
+};
+
+// The recording functions:
+//     (dimRec (list pipe "pcgb") label "pipe_len" "36.5" "L=" "m" nil)
+// The parsers answer RTNORM, or RTERROR and a line of trace at the first fault.
 
 /// The annotation environment of a call: what is annotated, and under which type.
 struct DimEnvironment {

@@ -1,20 +1,17 @@
 #include "module/app/lisp_functions.h"
 
-#include <cstddef>
 #include <iterator>
 
+#include "module/app/deleting.h"
+#include "module/app/label_placement.h"
+#include "module/app/local_style.h"
 #include "module/app/recording.h"
+#include "module/app/trial.h"
+#include "module/app/updating.h"
 #include "module/platform/lisp.h"
 
 namespace dim {
 namespace {
-
-/// Stands in a row whose function does not exist yet: says so and fails.
-template <std::size_t kCode>
-int not_built() {
-  acutPrintf(L"\n%s: not built yet", lisp_functions()[kCode].name);
-  return RTERROR;
-}
 
 // The row is the code: grep for numbers before moving one.
 // `dimupdate` (items of one name) and `updatedim` (all of one type) are two functions.
@@ -22,18 +19,18 @@ constexpr LispFunction kLispFunctions[] = {
     {L"", nullptr, 0},
     {L"dimRec", dimRec, 0},
     {L"dimGeRec", dimGeRec, 0},
-    {L"dimupdate", not_built<3>, 0},
-    {L"updatedim", not_built<4>, 0},
-    {L"dimDel", not_built<5>, 0},
-    {L"t1", not_built<6>, 0},
-    {L"jgbzUpInfo", not_built<7>, 0},
-    {L"updateJtDirection", not_built<8>, 0},
-    {L"dimDelAll", not_built<9>, 0},
+    {L"dimupdate", dimupdate, 0},
+    {L"updatedim", updatedim, 0},
+    {L"dimDel", dimDel, 0},
+    {L"t1", t1, 0},
+    {L"jgbzUpInfo", jgbzUpInfo, 0},
+    {L"updateJtDirection", updateJtDirection, 0},
+    {L"dimDelAll", dimDelAll, 0},
     {L"dimUserRec", dimUserRec, 0},
-    {L"dimDelAllInfo", not_built<11>, 0},
-    {L"getDimLocalStyle", not_built<12>, 0},
-    {L"updatePipeInfo", not_built<13>, 0},
-    {L"updateWellInfo", not_built<14>, 0},
+    {L"dimDelAllInfo", dimDelAllInfo, 0},
+    {L"getDimLocalStyle", getDimLocalStyle, 0},
+    {L"updatePipeInfo", updatePipeInfo, 0},
+    {L"updateWellInfo", updateWellInfo, 0},
 };
 static_assert(std::size(kLispFunctions) == 15);
 

@@ -2,67 +2,18 @@
 
 #include <string>
 
-#include "host/app/host.h"
 #include "module/app/entry.h"
 #include "module/app/lisp_functions.h"
-#include "module/platform/lisp.h"
-#include "module/platform/opened.h"
-#include "module/platform/pipe_library.h"
-#include "module/record/item_chain.h"
-#include "tests/module/plan.h"
+#include "tests/module/app/lisp_host.h"
 
 namespace {
 
-/// The module loaded into a host with one plan open, driven from LISP.
-class LispCalls : public ::testing::Test {
+class LispCalls : public LispHost {
  protected:
-  void SetUp() override {
-    cad::host_settings().install_dir = network::default_install_dir();
-    const cad::Status loaded = host.load_module("pipenote.arx");
-    ASSERT_TRUE(loaded) << loaded.error().message();
-    document = open_plan();
-    ASSERT_NE(document, nullptr);
-  }
-  void TearDown() override {
-    cad::host_settings().install_dir.clear();
-    for (AcApDocument* open : acDocManagerPtr()->documents()) {
-      EXPECT_TRUE(open->database()->open_objects().empty());
-    }
-  }
-  AcApDocument* open_plan() {
-    auto opened = host.open_bytes(Plan::bytes(), "plan");
-    EXPECT_TRUE(opened) << (opened ? "" : opened.error().message());
-    return opened ? *opened : nullptr;
-  }
-  /// The value as prin1 writes it, or "error".
-  std::string eval(const std::string& program) { return eval_in(document, program); }
   std::string eval_in(AcApDocument* where, const std::string& program) {
     const auto value = host.eval_string(where, program);
     return value ? cad::Host::printed(*value) : "error";
   }
-  /// The items under the type on pipe 2F.
-  Items items(const wchar_t* type = L"pcgb") {
-    Items found;
-    AcDbObjectId owner, record;
-    document->database()->getAcDbObjectId(owner, false, AcDbHandle(L"2F"));
-    const AcDbObjectId dictionary_id =
-        dim::Opened<AcDbEntity>(owner, AcDb::kForRead)->extensionDictionary();
-    const dim::Opened<AcDbDictionary> dictionary(dictionary_id, AcDb::kForRead);
-    if (!dictionary || dictionary->getAt(type, record) != Acad::eOk) return found;
-    const dim::Opened<AcDbXrecord> xrecord(record, AcDb::kForRead);
-    resbuf* chain = nullptr;
-    xrecord->rbChain(&chain);
-    const dim::ResbufChain owned(chain);
-    StuDim item;
-    for (resbuf* at = chain; dim::read_item(at, item); at = dim::link_to(at, 8)) {
-      found.push_back(item);
-    }
-    return found;
-  }
-
-  cad::Host host;
-  Printed printed;
-  AcApDocument* document = nullptr;
 };
 
 constexpr char kPipe[] = "(list (handent \"2F\") \"pcgb\")";
@@ -153,18 +104,11 @@ TEST_F(LispCalls, AFailureCanBeCaught) {
   EXPECT_EQ(eval("(vl-catch-all-error-p (vl-catch-all-apply 'dimRec nil))"), "T");
 }
 
-TEST_F(LispCalls, FunctionsThatAreNotBuiltYetSaySoAndFail) {
-  for (const int code : {3, 4, 5, 6, 7, 8, 9, 11, 12, 13, 14}) {
-    const std::wstring wide = dim::lisp_functions()[code].name;
-    const std::string name(wide.begin(), wide.end());
-    printed.take();
-    EXPECT_EQ(eval("(" + name + ")"), "error");
-    EXPECT_TRUE(printed.take().starts_with("\n" + name + ": not built yet")) << name;
-  }
-}
-
 TEST_F(LispCalls, EachDrawingHasItsOwnDefinitions) {
-  AcApDocument* second = open_plan();
+  AcApDocument* const first = document;
+  given(Plan::bytes());
+  AcApDocument* const second = document;
+  document = first;
   EXPECT_EQ(eval_in(second, "(setq dimRec nil)"), "nil");
   EXPECT_EQ(eval_in(second, call("dimRec", "(handent \"40\") \"a\" \"1\" nil nil nil")), "error");
   EXPECT_EQ(eval(call("dimRec", "(handent \"40\") \"a\" \"1\" nil nil nil")), "");
@@ -180,10 +124,7 @@ TEST_F(LispCalls, UnloadingTheModuleTakesTheFunctionsAway) {
 TEST_F(LispCalls, WhatIsRecordedIsSavedAndReadAgain) {
   ASSERT_EQ(eval(call("dimRec", "(handent \"40\") \"pipe_len\" \"36.5\" \"长=\" \"m\" nil")), "");
   const Items before = items();
-  const std::string saved = document->database()->save_bytes();
-  auto reopened = host.open_bytes(saved, "saved");
-  ASSERT_TRUE(reopened) << reopened.error().message();
-  document = *reopened;
+  reopen();
   EXPECT_EQ(items(), before);
 }
 

@@ -1,0 +1,3 @@
+#pragma once
+
+#include "host/app/select/arxdbg_sel_set.h"

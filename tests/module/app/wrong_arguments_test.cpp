@@ -1,0 +1,150 @@
+// Every function, given what it does not take at each position, ends in an error that programs can
+// catch, and changes nothing.
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/module/app/lisp_host.h"
+
+namespace {
+
+struct Function {
+  const char* name;
+  std::vector<std::string> arguments;  ///< a call that succeeds
+  std::vector<std::string> kinds;      ///< what each position takes: entity text nil list any
+};
+
+const std::vector<Function> kFunctions = {
+    {"dimRec",
+     {"(list pipe \"pcgb\")", "label", "\"pipe_dia\"", "\"300\"", "\"DN\"", "nil", "\"/\""},
+     {"list", "entity", "text nil", "text nil", "text nil", "text nil", "text nil"}},
+    {"dimGeRec", {"(list pipe \"pcgb\")", "label"}, {"list", "entity"}},
+    {"dimUserRec", {"(list pipe \"pcgb\")", "\"xfdh\"", "\"3\""}, {"list", "text", "text"}},
+    {"dimupdate",
+     {"pipe", "\"pipe_dia\"", "\"400\"", "T", "\"D\"", "nil", "\"/\""},
+     {"entity", "text", "text", "any", "text nil", "text nil", "text nil"}},
+    {"dimDel", {"pipe", "\"pcgb\""}, {"entity", "text"}},
+    {"dimDelAll", {"pipe"}, {"entity"}},
+    {"dimDelAllInfo", {"pipe"}, {"entity"}},
+    {"jgbzUpInfo", {"pipe"}, {"entity"}},
+    {"updateJtDirection", {"pipe"}, {"entity"}},
+    {"updatePipeInfo", {"pipe"}, {"entity"}},
+    {"updateWellInfo", {"pipe"}, {"entity"}},
+};
+
+struct Wrong {
+  std::string kind;
+  std::string value;
+};
+const std::vector<Wrong> kValues = {
+    {"nil", "nil"},          {"T", "T"},
+    {"integer", "7"},        {"real", "7.5"},
+    {"text", "\"7\""},       {"entity", "label"},
+    {"point", "'(1.0 2.0)"}, {"set", "(ssadd label)"},
+    {"pair", "'(1 . 2)"},    {"other list", "(list \"pcgb\" pipe)"},
+};
+
+std::string call(const Function& function, const std::vector<std::string>& arguments) {
+  std::string text = std::string("(") + function.name;
+  for (const std::string& argument : arguments) text += " " + argument;
+  return text + ")";
+}
+
+class WrongArguments : public LispHost {
+ protected:
+  void SetUp() override {
+    LispHost::SetUp();
+    eval(
+        "(setq pipe (e \"2F\") label (e \"40\"))"
+        "(dimRec (list pipe \"pcgb\") label \"pipe_dia\" \"300\" \"DN\" \"\" \"\")");
+    before = document->database()->save_bytes();
+  }
+  void expect_refused(const std::string& program) {
+    EXPECT_EQ(eval("(vl-catch-all-error-p (vl-catch-all-apply '(lambda () " + program + ") nil))"),
+              "T")
+        << program;
+    EXPECT_EQ(document->database()->save_bytes(), before) << program;
+  }
+  std::string before;
+};
+
+TEST_F(WrongArguments, AtEveryPositionAreRefused) {
+  for (const Function& function : kFunctions) {
+    for (std::size_t position = 0; position < function.arguments.size(); ++position) {
+      for (const Wrong& wrong : kValues) {
+        const std::string& kinds = function.kinds[position];
+        if (kinds == "any" || kinds.find(wrong.kind) != std::string::npos) continue;
+        std::vector<std::string> arguments = function.arguments;
+        arguments[position] = wrong.value;
+        expect_refused(call(function, arguments));
+      }
+    }
+  }
+}
+
+TEST_F(WrongArguments, LeftOutAreRefused) {
+  for (const Function& function : kFunctions) {
+    const std::size_t required =
+        std::string(function.name) == "dimupdate" ? 3 : function.arguments.size();
+    for (std::size_t given = 0; given < required; ++given) {
+      expect_refused(call(function, {function.arguments.begin(),
+                                     function.arguments.begin() + static_cast<long>(given)}));
+    }
+  }
+}
+
+TEST_F(WrongArguments, OfDimupdateAreTracedByPosition) {
+  struct Row {
+    const char* arguments;
+    const wchar_t* traced;
+  };
+  for (const Row& row : {
+           Row{"nil", L"没有指定被标注实体名!"},
+           Row{"\"2F\" \"pipe_dia\" \"400\"", L"没有指定被标注实体名!"},
+           Row{"(list pipe)", L"没有指定被标注实体名!"},
+           Row{"pipe", L"没有指定标注名!"},
+           Row{"pipe nil \"400\"", L"没有指定标注名!"},
+           Row{"pipe \"pipe_dia\"", L"没有指定标注值!"},
+           Row{"pipe \"pipe_dia\" nil", L"没有指定标注值!"},
+           Row{"pipe \"pipe_dia\" 400", L"没有指定标注值!"},
+           Row{"pipe \"pipe_dia\" \"400\" T 1", L"前缀值无效!"},
+           Row{"pipe \"pipe_dia\" \"400\" nil T", L"前缀值无效!"},
+           Row{"pipe \"pipe_dia\" \"400\" T nil 1.5", L"后缀值无效!"},
+           Row{"pipe \"pipe_dia\" \"400\" T nil nil pipe", L"分隔符无效!"},
+       }) {
+    const TraceLines trace;
+    EXPECT_EQ(failure(std::string("(dimupdate ") + row.arguments + ")"), "") << row.arguments;
+    EXPECT_EQ(trace.lines(), Texts{row.traced}) << row.arguments;
+  }
+  EXPECT_EQ(document->database()->save_bytes(), before);
+}
+
+TEST_F(WrongArguments, KindsOfEntitiesThatAreNoPipesAreFine) {
+  // Any entity can be annotated: a text, a multiline text.
+  for (const char* owner : {"41", "4A"}) {
+    const std::string list = std::string("(list (e \"") + owner + "\") \"pcgb\")";
+    EXPECT_EQ(eval("(dimRec " + list + " label \"pipe_flow\" \"3\" nil nil nil)"), "");
+    EXPECT_EQ(eval(std::string("(dimupdate (e \"") + owner + "\") \"pipe_flow\" \"4\")"), "");
+    EXPECT_EQ(text("40"), "\"4.00\"");
+    EXPECT_EQ(eval(std::string("(dimDelAllInfo (e \"") + owner + "\"))"), "");
+  }
+}
+
+TEST_F(WrongArguments, AnObjectThatIsNoEntityIsRefused) {
+  eval("(setq book (namedobjdict))");
+  for (const Function& function : kFunctions) {
+    if (function.kinds[0] == "entity") {
+      std::vector<std::string> arguments = function.arguments;
+      arguments[0] = "book";
+      expect_refused(call(function, arguments));
+    } else {
+      std::vector<std::string> arguments = function.arguments;
+      arguments[0] = "(list book \"pcgb\")";
+      expect_refused(call(function, arguments));
+    }
+  }
+}
+
+}  // namespace
