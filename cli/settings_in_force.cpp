@@ -85,6 +85,7 @@ void SettingsInForce::read_the_rest() {
   stuStakeDimMode layout;
   labels.ReadZhMode(layout);
   WDLGX::GetDimH(L"1");  // names the table of pipe materials
+  CGxData::Instance()->getPcBzSz();
 }
 
 std::vector<network::SettingNote> in_force(const network::SettingsLog& log) {

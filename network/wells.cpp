@@ -69,5 +69,6 @@ CString DimUtility::getJdbhDimStr(const AcDbObjectId& id) {
   const CString number = data->text(Key::kNumber);
   const CString prefix = data->text(Key::kPrefix);
   if (number.empty() || prefix.empty()) return number;
-  return prefix + CGxData::Instance()->getGcGpBzSz()->wellNumberSeparator + number;
+  const DimUtility::tdfGdcdpdbz* const labels = CGxData::Instance()->getGcGpBzSz();
+  return prefix + (labels ? *labels : DimUtility::tdfGdcdpdbz()).wellNumberSeparator + number;
 }

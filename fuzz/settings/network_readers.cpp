@@ -3,6 +3,7 @@
 #include <string>
 
 #include "fuzz/settings/settings_readers.h"
+#include "network/gx_data.h"
 #include "network/list_text.h"
 #include "network/pipe_materials.h"
 #include "network/places.h"
@@ -81,11 +82,19 @@ void read_materials(std::string_view) {
   WDLGX::GetGCHBH(L"1", 300);
 }
 
+void read_labels(std::string_view) {
+  CGxData& data = *CGxData::Instance();
+  data.Update();
+  const DimUtility::tagPcBzSz* const labels = data.getPcBzSz();
+  demand((labels == nullptr) == (data.getGcGpBzSz() == nullptr), "the files are one file");
+  demand((labels == nullptr) == (data.getZdmGdBzSz() == nullptr), "the files are one file");
+  if (!labels) return;
+  for (const int decimals : labels->decimals) demand(decimals >= -1, "-1 is no setting");
+}
+
 constexpr SettingsReader kReaders[] = {
-    {"lists", read_lists},
-    {"profile", read_profile},
-    {"variables", read_variables},
-    {"materials", read_materials},
+    {"lists", read_lists},         {"profile", read_profile}, {"variables", read_variables},
+    {"materials", read_materials}, {"labels", read_labels},
 };
 
 }  // namespace

@@ -27,8 +27,8 @@ class Folders {
     for (const char* file :
          {"install/sys/DimStyle.ini", "install/sys/QrmvPz.ini", "install/User/KtGxBz.ini",
           "install/User/zdm_bzsz.dat", "install/Is/gdcdpdbz.dat", "install/Is/gdbzfsk.dat",
-          "install/Is/bgbzfsk.dat", "install/using/ktsysvar.ksv", "install/using/PipeMaterials.dat",
-          "project/ktsysvar.ksv", "project/QrmvPz.ini"}) {
+          "install/Is/bgbzfsk.dat", "install/Is/pcbzsz.dat", "install/using/ktsysvar.ksv",
+          "install/using/PipeMaterials.dat", "project/ktsysvar.ksv", "project/QrmvPz.ini"}) {
       fs::create_directories((folder_ / file).parent_path());
       fs::create_symlink(folder_ / "bytes", folder_ / file);
     }

@@ -1,9 +1,10 @@
 // Is\gdbzfsk.dat: forms of diameter labels.
-#include "module/style/settings_lines.h"
+#include "module/platform/pipe_library.h"
+#include "module/platform/text.h"
 #include "module/style/style.h"
 
 int CDimStyle::ReadGdbzfsk(std::vector<tdfDnDimTypeItem>& styles) {
-  const dim::SettingsLines file(L"Is\\gdbzfsk.dat");
+  const network::SettingsLines file(L"Is\\gdbzfsk.dat");
   if (!file.read_or_complain(L"管径标注设置文件:%s不能找到", L"读管径标注设置文件:%s失败!")) {
     file.note_default(L"diameter style", L"");
     return 0;

@@ -1,7 +1,8 @@
 // Is\bgbzfsk.dat: elevation labels.
 #include <algorithm>
 
-#include "module/style/settings_lines.h"
+#include "module/platform/pipe_library.h"
+#include "module/platform/text.h"
 #include "module/style/style.h"
 
 namespace {
@@ -26,7 +27,7 @@ CString setting_name(const wchar_t* keyword, const wchar_t* what) {
 }
 
 /// Tells where the settings of each type come from: its first row counts.
-void note_all(const dim::SettingsLines& file, const std::vector<StuElevDimSet>& rows,
+void note_all(const network::SettingsLines& file, const std::vector<StuElevDimSet>& rows,
               const std::vector<std::size_t>& lines) {
   if (!network::settings_log()) return;
   for (const Keyword& keyword : kKeywords) {
@@ -49,7 +50,7 @@ void note_all(const dim::SettingsLines& file, const std::vector<StuElevDimSet>& 
 }  // namespace
 
 int CDimStyle::ReadElevDimSet(std::vector<StuElevDimSet>& settings) {
-  const dim::SettingsLines file(L"Is\\bgbzfsk.dat");
+  const network::SettingsLines file(L"Is\\bgbzfsk.dat");
   if (!file.read()) {
     note_all(file, settings, {});
     return 0;

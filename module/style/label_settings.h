@@ -4,20 +4,11 @@
 #include "module/platform/pipe_library.h"
 
 /// What the settings files say about labels. Labels in plan and in the profile are described by
-/// DimUtility::tdfGdcdpdbz and DimUtility::tdfZdm_bzsz of the pipe library.
+/// DimUtility::tdfGdcdpdbz and DimUtility::tdfZdm_bzsz of the pipe library, the drawing standard by
+/// its LocalStyle.
 
 using DimUtility::tdfGdcdpdbz;
 using DimUtility::tdfZdm_bzsz;
-
-/// Drawing standards. The numbers are stored by callers.
-enum LocalStyle : int {
-  CD = 0,
-  GB = 1,  ///< also for every unknown text
-  TJ = 2,
-  BJ = 3,
-  kLocalStyleNotRead = 4,
-  LY = 6,
-};
 
 /// Kinds of elevations; the file's keywords are the names.
 enum ElevType : int {

@@ -3,8 +3,8 @@
 #include <array>
 #include <optional>
 
+#include "module/platform/text.h"
 #include "module/style/project_variable.h"
-#include "module/style/settings_lines.h"
 #include "module/style/style.h"
 
 namespace {
@@ -21,20 +21,20 @@ void copy_value(const CString& value, wchar_t* buffer) {
 
 }  // namespace
 
-const wchar_t* const CDimStyle::kBzParamSetFileName = L"sys\\DimStyle.ini";
+const wchar_t* const CDimStyle::kBzParamSetFileName = network::kStyleFile;
 
 CString CDimStyle::GetProfileStringW(const wchar_t* section, const wchar_t* key,
                                      const wchar_t* defaultValue) const {
   std::array<wchar_t, kProfileRoom> buffer{};
   GetPrivateProfileStringW(section, key, defaultValue, buffer.data(), kProfileRoom,
-                           dim::in_install_dir(kBzParamSetFileName).c_str());
+                           network::in_install_dir(kBzParamSetFileName).c_str());
   return buffer.data();
 }
 
 int CDimStyle::WriteProfileStringW(const wchar_t* section, const wchar_t* key,
                                    const wchar_t* value) const {
   return WritePrivateProfileStringW(section, key, value,
-                                    dim::in_install_dir(kBzParamSetFileName).c_str());
+                                    network::in_install_dir(kBzParamSetFileName).c_str());
 }
 
 bool CDimStyle::GetVal(const wchar_t* path, const wchar_t* name, CString& value) const {
@@ -46,7 +46,7 @@ bool CDimStyle::GetVal(const wchar_t* path, const wchar_t* name, CString& value)
 }
 
 bool CDimStyle::GetPrjVal(const wchar_t* name, CString& value) const {
-  const CString path = dim::in_install_dir(L"using\\") + kVariableFile;
+  const CString path = network::in_install_dir(L"using\\") + kVariableFile;
   return GetVal(path.c_str(), name, value);
 }
 

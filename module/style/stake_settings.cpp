@@ -1,14 +1,15 @@
 // The stake style of the project and the stake label layout of the installation.
 #include <array>
 
+#include "module/platform/pipe_library.h"
+#include "module/platform/text.h"
 #include "module/style/project_variable.h"
-#include "module/style/settings_lines.h"
 #include "module/style/style.h"
 
 namespace {
 
-using dim::NumberRule;
-using Field = dim::SettingField<tdfPln_Stk_Set>;
+using network::NumberRule;
+using Field = network::SettingField<tdfPln_Stk_Set>;
 
 constexpr wchar_t kStyleVariable[] = L"PLN_STK_SET";
 constexpr wchar_t kDefaultStyle[] = L"1000 50 1 0 1 0 1 1 K 0 0 0 0 0";
@@ -23,16 +24,16 @@ struct Row {
 // In the order of the tokens.
 using S = tdfPln_Stk_Set;
 constexpr Row kRows[] = {
-    {L"stake unit", &S::stakeUnit, dim::number_rule},
-    {L"stake step", &S::stakeStep, dim::number_rule},
-    {L"stake unit part of whole units only", &S::wholeOnlyPrefix, dim::number_rule},
-    {L"stake unit padded", &S::padUnit, dim::number_rule},
-    {L"stake metres padded", &S::padMetre, dim::number_rule},
-    {L"stake with trailing zeros", &S::keepZeros, dim::number_rule},
-    {L"stake without zero fraction", &S::omitZeroFraction, dim::number_rule},
-    {L"stake with letter", &S::letterFlag, dim::number_rule},
+    {L"stake unit", &S::stakeUnit, network::number_rule},
+    {L"stake step", &S::stakeStep, network::number_rule},
+    {L"stake unit part of whole units only", &S::wholeOnlyPrefix, network::number_rule},
+    {L"stake unit padded", &S::padUnit, network::number_rule},
+    {L"stake metres padded", &S::padMetre, network::number_rule},
+    {L"stake with trailing zeros", &S::keepZeros, network::number_rule},
+    {L"stake without zero fraction", &S::omitZeroFraction, network::number_rule},
+    {L"stake with letter", &S::letterFlag, network::number_rule},
     {L"stake letter", &S::letter},
-    {L"stake with tail of a name", &S::nameTail, dim::number_rule},
+    {L"stake with tail of a name", &S::nameTail, network::number_rule},
 };
 
 // The words behind the code of a layout, by mode.
@@ -64,11 +65,11 @@ int CDimStyle::ReadZhSytle(tdfPln_Stk_Set& settings) const {
   for (std::size_t i = 0; i < std::size(kRows); ++i) {
     const Row& row = kRows[i];
     const bool there = i < tokens.size();
-    if (there) dim::fill(settings, row.field, row.rule, tokens[i]);
+    if (there) network::fill(settings, row.field, row.rule, tokens[i]);
     if (!network::settings_log()) continue;
     network::SettingOrigin place = origin.value_or(network::SettingOrigin{L"PLN_STK_SET", 0, {}});
     if (there) place.place += dim::format_text(L", token %d", static_cast<int>(i));
-    dim::note_setting(row.name, dim::shown(settings, row.field), place, !there);
+    network::note_setting(row.name, network::shown(settings, row.field), place, !there);
   }
   return origin ? 1 : 0;
 }

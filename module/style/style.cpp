@@ -3,7 +3,6 @@
 #include "module/platform/lisp.h"
 #include "module/platform/resbuf.h"
 #include "module/style/label_text.h"
-#include "module/style/settings_lines.h"
 
 CDimStyle CDimStyle::s_instance;
 
@@ -12,6 +11,8 @@ namespace {
 constexpr wchar_t kSection[] = L"GxBz";
 constexpr wchar_t kItemOrder[] = L"SwBzGd";
 constexpr int kHintIcon = 3;
+constexpr wchar_t kMissing[] = L"管线标注设置文件:%s不能找到";
+constexpr wchar_t kUnreadable[] = L"读管线标注设置文件:%s失败!";
 
 /// Shows what the reader put into the error object.
 void report() { CGxData::Instance()->GetErr()->Report2Pp(kHintIcon, L""); }
@@ -24,8 +25,8 @@ void replace_all(CString& text, std::wstring_view old, const CString& by) {
 int read_user_integer_4() {
   int value = 3;
   const bool read = KT::GetCADVar(L"useri4", value);
-  dim::note_setting(L"useri4", dim::format_text(L"%d", value),
-                    {L"useri4", 0, read ? L"variable of the drawing" : L""}, !read);
+  network::note_setting(L"useri4", dim::format_text(L"%d", value),
+                        {L"useri4", 0, read ? L"variable of the drawing" : L""}, !read);
   return value;
 }
 
@@ -34,7 +35,22 @@ int read_user_integer_4() {
 CDimStyle::CDimStyle()
     : m_lineSpace(Gx::kNoData), m_textSpace(Gx::kNoData), m_localStyle(kLocalStyleNotRead) {}
 
+int CDimStyle::ReadGdcdpdbz(tdfGdcdpdbz& settings, LocalStyle style) {
+  const network::SettingsLines file(network::kPlanLabelFile);
+  const bool read = file.read_or_complain(kMissing, kUnreadable);
+  network::fill_plan_labels(file, style, settings);
+  return read ? 1 : 0;
+}
+
+int CDimStyle::ReadZdm_bzsz(tdfZdm_bzsz& settings) {
+  const network::SettingsLines file(network::kProfileLabelFile);
+  const bool read = file.read_or_complain(kMissing, kUnreadable);
+  network::fill_profile_labels(file, settings);
+  return read ? 1 : 0;
+}
+
 int CDimStyle::UpdateData() {
+  CGxData::Instance()->Update();
   m_lineSpace = m_textSpace = Gx::kNoData;
   m_localStyle = kLocalStyleNotRead;
   const LocalStyle style = GetLocalStyle();
@@ -44,7 +60,7 @@ int CDimStyle::UpdateData() {
   ReadZhSytle(m_stakeStyle);  // its text stays in the error object: a project need not set stakes
   if (ReadElevDimSet(m_elevations) == 0) report();
   m_userI4 = read_user_integer_4();
-  m_gxBzPath = dim::in_install_dir(L"User\\KtGxBz.ini");
+  m_gxBzPath = network::in_install_dir(L"User\\KtGxBz.ini");
   m_cnjUnit = Gx::getQrmvPz(L"Unit_Jcjsd", L"m", L"Swjcj");
   m_cnjHeight = _wtof(Gx::getQrmvPz(L"High-CnjDown", L"0.5", L"Swjcj").c_str());
   if (dim::equal_no_case(m_cnjUnit, L"mm")) m_cnjHeight /= 1000.0;
@@ -59,16 +75,7 @@ int CDimStyle::UpdateData() {
 
 LocalStyle CDimStyle::GetLocalStyle() const {
   if (m_localStyle != kLocalStyleNotRead) return m_localStyle;
-  struct Row {
-    const wchar_t* text;
-    LocalStyle style;
-  };
-  static constexpr Row kRows[] = {{L"GB", GB}, {L"CD", CD}, {L"TJ", TJ}, {L"BJ", BJ}, {L"LY", LY}};
-  CString text = GetProfileStringW(kSection, L"LocalStyle", L"GB");
-  dim::make_upper_case(text);
-  m_localStyle = GB;
-  for (const Row& row : kRows)
-    if (text == row.text) m_localStyle = row.style;
+  m_localStyle = network::read_local_style();
   return m_localStyle;
 }
 

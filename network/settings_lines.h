@@ -4,16 +4,18 @@
 #include <variant>
 #include <vector>
 
-#include "module/platform/pipe_library.h"
-#include "module/platform/text.h"
+#include "host/base/numbers.h"
+#include "network/settings_log.h"
+#include "network/strings.h"
+#include "network/values.h"
 
-namespace dim {
+namespace network {
 
 /// The path of a file below the installation directory, relative when there is none.
 CString in_install_dir(const wchar_t* file);
 
 /// Tells the settings log, if one is kept, what a setting is and where it comes from.
-void note_setting(const CString& name, const CString& value, const network::SettingOrigin& origin,
+void note_setting(const CString& name, const CString& value, const SettingOrigin& origin,
                   bool is_default = false);
 
 /// A settings file of lines. Lines that are empty or comments are left out.
@@ -53,7 +55,7 @@ template <class Settings>
 using SettingField = std::variant<CString Settings::*, int Settings::*, double Settings::*>;
 using NumberRule = int (*)(const CString& text, int before);
 
-inline int number_rule(const CString& text, int) { return _wtoi(text.c_str()); }
+inline int number_rule(const CString& text, int) { return cad::wtoi(text); }
 inline int one_if_one(const CString& text, int) { return text == L"1" ? 1 : 0; }
 inline int zero_if_n(const CString& text, int) { return text == L"N" ? 0 : 1; }
 
@@ -63,7 +65,7 @@ void fill(Settings& settings, const SettingField<Settings>& field, NumberRule ru
   if (const auto* number = std::get_if<int Settings::*>(&field)) {
     settings.** number = rule(text, settings.**number);
   } else if (const auto* real = std::get_if<double Settings::*>(&field)) {
-    settings.** real = _wtof(text.c_str());
+    settings.** real = cad::wtof(text);
   } else {
     settings.*std::get<CString Settings::*>(field) = text;
   }
@@ -73,10 +75,10 @@ void fill(Settings& settings, const SettingField<Settings>& field, NumberRule ru
 template <class Settings>
 CString shown(const Settings& settings, const SettingField<Settings>& field) {
   if (const auto* number = std::get_if<int Settings::*>(&field))
-    return format_text(L"%d", settings.**number);
+    return Gx::Format(L"%d", settings.**number);
   if (const auto* real = std::get_if<double Settings::*>(&field))
-    return format_text(L"%g", settings.**real);
+    return Gx::Format(L"%g", settings.**real);
   return settings.*std::get<CString Settings::*>(field);
 }
 
-}  // namespace dim
+}  // namespace network

@@ -1,11 +1,14 @@
 // Is\gdcdpdbz.dat: labels in plan.
-#include "module/style/settings_lines.h"
-#include "module/style/style.h"
+#include <vector>
+
+#include "network/label_files.h"
+#include "network/list_text.h"
 
 namespace {
 
-using dim::NumberRule;
-using Field = dim::SettingField<tdfGdcdpdbz>;
+using DimUtility::tdfGdcdpdbz;
+using network::NumberRule;
+using Field = network::SettingField<tdfGdcdpdbz>;
 
 int zero_if_metres(const CString& text, int) { return text == L"m" ? 0 : 1; }
 int one_if_vertical(const CString& text, int) { return text == L"V" ? 1 : 0; }
@@ -29,20 +32,20 @@ using S = tdfGdcdpdbz;
 constexpr Row kRows[] = {
     {L"length prefix", 0, 0, &S::lengthPrefix},
     {L"length suffix", 0, 1, &S::lengthSuffix},
-    {L"length decimals", 0, 2, &S::lengthDecimals, dim::number_rule},
+    {L"length decimals", 0, 2, &S::lengthDecimals, network::number_rule},
     {L"length unit", 0, 3, &S::lengthUnit, zero_if_metres},
-    {L"length without trailing zeros", 0, 4, &S::lengthTrailingZero, dim::one_if_one},
+    {L"length without trailing zeros", 0, 4, &S::lengthTrailingZero, network::one_if_one},
     {L"slope prefix", 1, 0, &S::slopePrefix},
     {L"slope suffix", 1, 1, &S::slopeSuffix},
-    {L"slope decimals", 1, 2, &S::slopeDecimals, dim::number_rule},
+    {L"slope decimals", 1, 2, &S::slopeDecimals, network::number_rule},
     {L"slope unit", 1, 3, &S::slopeUnit, slope_unit},
-    {L"slope without trailing zeros", 1, 4, &S::slopeTrailingZero, dim::one_if_one},
-    {L"well number in capitals", 2, 0, &S::wellNumberUpperCase, dim::one_if_one},
+    {L"slope without trailing zeros", 1, 4, &S::slopeTrailingZero, network::one_if_one},
+    {L"well number in capitals", 2, 0, &S::wellNumberUpperCase, network::one_if_one},
     {L"well number separator", 2, 1, &S::wellNumberSeparator},
-    {L"well number like others for hydrants", 2, 2, &S::hydrant, dim::one_if_one},
+    {L"well number like others for hydrants", 2, 2, &S::hydrant, network::one_if_one},
     {L"well number prefix of hydrants", 2, 3, &S::hydrantPrefix},
     {L"well number extra text", 2, 4, &S::wellNumberExtra},
-    {L"composite on separate lines", 3, 0, &S::compositeSeparateLines, dim::one_if_one},
+    {L"composite on separate lines", 3, 0, &S::compositeSeparateLines, network::one_if_one},
     {L"composite separator", 3, 1, &S::compositeSeparator},
     {L"composite slot 1", 3, 2, &S::compositeSlot1},
     {L"composite slot 2", 3, 3, &S::compositeSlot2},
@@ -71,19 +74,15 @@ std::vector<Row> rows_of(LocalStyle style) {
 
 }  // namespace
 
-int CDimStyle::ReadGdcdpdbz(tdfGdcdpdbz& settings, LocalStyle style) {
-  const dim::SettingsLines file(L"Is\\gdcdpdbz.dat");
-  const bool read =
-      file.read_or_complain(L"管线标注设置文件:%s不能找到", L"读管线标注设置文件:%s失败!");
+void network::fill_plan_labels(const SettingsLines& file, LocalStyle style, tdfGdcdpdbz& settings) {
   for (const Row& row : rows_of(style)) {
     if (row.line >= file.size()) {
-      file.note_default(row.name, dim::shown(settings, row.field));
+      file.note_default(row.name, network::shown(settings, row.field));
       continue;
     }
     const CString line = L"(" + file[row.line] + L")";
-    dim::fill(settings, row.field, row.rule, KT::Nth(line, row.token, true));
-    file.note(row.name, dim::shown(settings, row.field), row.line,
-              dim::format_text(L"token %d", row.token));
+    network::fill(settings, row.field, row.rule, KT::Nth(line, row.token, true));
+    file.note(row.name, network::shown(settings, row.field), row.line,
+              Gx::Format(L"token %d", row.token));
   }
-  return read ? 1 : 0;
 }

@@ -1,8 +1,13 @@
-#include "module/style/settings_lines.h"
+#include "network/settings_lines.h"
 
 #include <optional>
 
-namespace dim {
+#include "host/base/codepage.h"
+#include "network/gx_data.h"
+#include "network/places.h"
+#include "network/text_file.h"
+
+namespace network {
 
 CString in_install_dir(const wchar_t* file) {
   CString path;
@@ -10,17 +15,16 @@ CString in_install_dir(const wchar_t* file) {
   return path + file;
 }
 
-void note_setting(const CString& name, const CString& value, const network::SettingOrigin& origin,
+void note_setting(const CString& name, const CString& value, const SettingOrigin& origin,
                   bool is_default) {
-  if (network::SettingsLog* log = network::settings_log())
-    log->add(network::SettingNote{name, value, origin, is_default});
+  if (SettingsLog* log = settings_log()) log->add(SettingNote{name, value, origin, is_default});
 }
 
 SettingsLines::SettingsLines(const wchar_t* below_install_dir)
     : path_(in_install_dir(below_install_dir)) {
-  const std::optional<std::string> found = network::find_settings_file(path_);
+  const std::optional<std::string> found = find_settings_file(path_);
   exists_ = found.has_value();
-  shown_path_ = found ? from_utf8(*found) : path_;
+  shown_path_ = found ? cad::from_utf8(*found) : path_;
   // Asked for in any case: a file that is not there is told to the settings log, too.
   const bool read = KT::ReadTextFileToStringArray(path_, lines_, true, &numbers_, nullptr) == 0;
   if (!read) lines_.clear();
@@ -40,4 +44,4 @@ void SettingsLines::note_default(const CString& name, const CString& value) cons
   note_setting(name, value, {shown_path_, 0, {}}, true);
 }
 
-}  // namespace dim
+}  // namespace network

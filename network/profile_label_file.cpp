@@ -1,13 +1,15 @@
 // user\zdm_bzsz.dat: labels in the profile (longitudinal section).
 #include <algorithm>
+#include <vector>
 
-#include "module/style/settings_lines.h"
-#include "module/style/style.h"
+#include "network/label_files.h"
+#include "network/list_text.h"
 
 namespace {
 
-using dim::NumberRule;
-using Field = dim::SettingField<tdfZdm_bzsz>;
+using DimUtility::tdfZdm_bzsz;
+using network::NumberRule;
+using Field = network::SettingField<tdfZdm_bzsz>;
 
 constexpr std::size_t kLinesRead = 6;
 
@@ -24,16 +26,17 @@ struct Row {
 
 using S = tdfZdm_bzsz;
 constexpr Row kRows[] = {
-    {L"profile elevation decimals", L"标高", L"小数位", &S::elevationDecimals, dim::number_rule},
-    {L"profile depth decimals", L"埋深及覆土", L"小数位", &S::depthDecimals, dim::number_rule},
+    {L"profile elevation decimals", L"标高", L"小数位", &S::elevationDecimals,
+     network::number_rule},
+    {L"profile depth decimals", L"埋深及覆土", L"小数位", &S::depthDecimals, network::number_rule},
     {L"profile diameter prefix", L"管径", L"前缀", &S::diameterPrefix},
     {L"profile diameter suffix", L"管径", L"后缀", &S::diameterSuffix},
     {L"profile diameter notation", L"管径", L"表示法", &S::diameterNotation, zero_if_by_material},
-    {L"profile whole stakes", L"整桩号标注", L"标注", &S::wholeStake, dim::zero_if_n},
+    {L"profile whole stakes", L"整桩号标注", L"标注", &S::wholeStake, network::zero_if_n},
     {L"profile whole stake interval", L"整桩号标注", L"整桩号", &S::wholeStakeInterval},
     {L"profile nodes above the section", L"断面上方节点标注", L"标注", &S::nodesAboveSection,
      one_if_it_has_y},
-    {L"profile drops", L"跌水标注", L"标注", &S::dropLabels, dim::zero_if_n},
+    {L"profile drops", L"跌水标注", L"标注", &S::dropLabels, network::zero_if_n},
 };
 
 /// Fills the field that section and key name, if there is one; answers its row.
@@ -42,16 +45,13 @@ const Row* fill_pair(S& settings, const CString& section, const CString& key,
   const auto row = std::find_if(std::begin(kRows), std::end(kRows),
                                 [&](const Row& r) { return section == r.section && key == r.key; });
   if (row == std::end(kRows)) return nullptr;
-  dim::fill(settings, row->field, row->rule, value);
+  network::fill(settings, row->field, row->rule, value);
   return row;
 }
 
 }  // namespace
 
-int CDimStyle::ReadZdm_bzsz(tdfZdm_bzsz& settings) {
-  const dim::SettingsLines file(L"user\\zdm_bzsz.dat");
-  const bool read =
-      file.read_or_complain(L"管线标注设置文件:%s不能找到", L"读管线标注设置文件:%s失败!");
+void network::fill_profile_labels(const SettingsLines& file, tdfZdm_bzsz& settings) {
   std::vector<const Row*> filled;
   for (std::size_t line = 0; line < std::min(file.size(), kLinesRead); ++line) {
     const CString section = KT::Nth(file[line], 0, true);
@@ -65,11 +65,10 @@ int CDimStyle::ReadZdm_bzsz(tdfZdm_bzsz& settings) {
       const Row* const row = fill_pair(settings, section, key, value);
       if (!row) continue;
       filled.push_back(row);
-      file.note(row->name, dim::shown(settings, row->field), line, section + L" " + key);
+      file.note(row->name, network::shown(settings, row->field), line, section + L" " + key);
     }
   }
   for (const Row& row : kRows)
     if (std::find(filled.begin(), filled.end(), &row) == filled.end())
-      file.note_default(row.name, dim::shown(settings, row.field));
-  return read ? 1 : 0;
+      file.note_default(row.name, network::shown(settings, row.field));
 }
