@@ -15,5 +15,6 @@ void add_check_command(CLI::App& program, int& status);
 void add_format_command(CLI::App& program, int& status);
 void add_settings_command(CLI::App& program, int& status);
 void add_import_command(CLI::App& program, int& status);
+void add_render_command(CLI::App& program, int& status);
 
 }  // namespace cli

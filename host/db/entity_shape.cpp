@@ -1,14 +1,12 @@
 #include "host/db/entity_shape.h"
 
-#include <algorithm>
-#include <cmath>
 #include <optional>
 
+#include "host/db/block_placement.h"
 #include "host/db/drawing.h"
 #include "host/db/entity_fields.h"
 #include "host/db/extents.h"
 #include "host/db/shape_parts.h"
-#include "host/geometry/ocs.h"
 
 namespace cad {
 
@@ -32,27 +30,12 @@ AcDbExtents extents_of(const ShapePart& part) {
   return box;
 }
 
-/// A block as an entity shows it: one, or rows and columns of it.
-struct EntityShapes::Reference {
-  AcDbObjectId block;  ///< its BLOCK
-  AcGeMatrix3d map;    ///< from the block's coordinates, of the first one
-  AcGeVector3d column_step;
-  AcGeVector3d row_step;
-  int columns = 1;
-  int rows = 1;
-
-  AcGeMatrix3d map_of(int column, int row) const {
-    AcGeMatrix3d moved = map;
-    return moved.setTranslation(map.translation() + column_step * column + row_step * row);
-  }
-};
-
 /// What a block holds.
 struct EntityShapes::Contents {
   struct Item {
     AcDbObjectId entity;
     std::vector<ShapePart> parts;
-    std::optional<Reference> reference;
+    std::optional<BlockPlacement> reference;
   };
   std::vector<Item> items;
   std::optional<AcDbExtents> box;
@@ -73,10 +56,6 @@ bool keeps_axes(const AcGeMatrix3d& map) {
   return true;
 }
 
-AcGePoint3d base_point(const Drawing& drawing, const Stub& begin) {
-  return EntityFields(drawing.bytes_of(begin), drawing.dialect()).point(10);
-}
-
 }  // namespace
 
 /// Reads references and contents of blocks.
@@ -84,19 +63,9 @@ class EntityShapes::Reader {
  public:
   explicit Reader(Drawing& drawing) : drawing_(drawing) {}
 
-  std::optional<Reference> reference(AcDbObjectId id) const {
-    const Kind kind = kind_of(drawing_.kind_name(*id.stub()));
-    if (kind == Kind::kOther) return std::nullopt;
-    const EntityFields fields(drawing_.bytes_of(*id.stub()), drawing_.dialect());
-    const Drawing::Block* const block = drawing_.block_named(fields.text(2));
-    if (!block) return std::nullopt;
-    Stub& begin = drawing_.stub_at(block->begin);
-    Reference reference;
-    reference.block = AcDbObjectId(&begin);
-    reference.map = AcGeMatrix3d::translation(-base_point(drawing_, begin).asVector());
-    if (kind == Kind::kInsert) place_insert(fields, reference);
-    if (kind == Kind::kTable) place_table(fields, reference);
-    return reference;
+  std::optional<BlockPlacement> reference(AcDbObjectId id) const {
+    return block_placement(drawing_.kind_name(*id.stub()), drawing_.bytes_of(*id.stub()),
+                           drawing_.dialect(), drawing_);
   }
 
   void append_items(const Stub& begin, Contents& contents) const {
@@ -120,46 +89,7 @@ class EntityShapes::Reader {
     return items;
   }
 
-  static bool is_reference(std::string_view kind) { return kind_of(kind) != Kind::kOther; }
-
  private:
-  enum class Kind { kOther, kInsert, kDimension, kTable };
-
-  static Kind kind_of(std::string_view kind) {
-    constexpr std::pair<std::string_view, Kind> kKinds[] = {
-        {"INSERT", Kind::kInsert},           {"DIMENSION", Kind::kDimension},
-        {"ARC_DIMENSION", Kind::kDimension}, {"LARGE_RADIAL_DIMENSION", Kind::kDimension},
-        {"ACAD_TABLE", Kind::kTable},
-    };
-    for (const auto& [name, found] : kKinds)
-      if (name == kind) return found;
-    return Kind::kOther;
-  }
-
-  static void place_insert(const EntityFields& fields, Reference& reference) {
-    const AcGeMatrix3d axes = ocs_to_wcs(fields.normal());
-    AcGeMatrix3d scale;
-    for (unsigned axis = 0; axis < 3; ++axis)
-      scale(axis, axis) = fields.real(41 + static_cast<int>(axis), 1.0);
-    const double angle = fields.angle(50);
-    const AcGeMatrix3d turn =
-        angle == 0.0 ? AcGeMatrix3d() : AcGeMatrix3d::rotation(angle, AcGeVector3d::kZAxis);
-    const AcGeMatrix3d turned = axes * turn;
-    reference.map = AcGeMatrix3d::translation((axes * fields.point(10)).asVector()) * turned *
-                    scale * reference.map;
-    reference.columns = std::max(fields.integer(70, 1), 1);
-    reference.rows = std::max(fields.integer(71, 1), 1);
-    reference.column_step = turned * AcGeVector3d(fields.real(44), 0.0, 0.0);
-    reference.row_step = turned * AcGeVector3d(0.0, fields.real(45), 0.0);
-  }
-
-  static void place_table(const EntityFields& fields, Reference& reference) {
-    const AcGeVector3d along = fields.vector(11);
-    const double angle = std::atan2(along.y, along.x);
-    reference.map = AcGeMatrix3d::translation(fields.vector(10)) *
-                    AcGeMatrix3d::rotation(angle, AcGeVector3d::kZAxis) * reference.map;
-  }
-
   void append_item(std::size_t index, Contents& contents) const {
     Stub& stub = drawing_.stub_at(index);
     if (stub.erased() || drawing_.is_sub_entity(stub)) return;
@@ -194,7 +124,7 @@ class EntityShapes::Walk {
     return true;
   }
 
-  bool reference(const Reference& reference, AcDbObjectId entity, const AcGeMatrix3d& outer) {
+  bool reference(const BlockPlacement& reference, AcDbObjectId entity, const AcGeMatrix3d& outer) {
     for (int row = 0; row < reference.rows; ++row)
       for (int column = 0; column < reference.columns; ++column) {
         if (left_ == 0) return rest(reference, entity, outer);
@@ -205,7 +135,7 @@ class EntityShapes::Walk {
   }
 
   /// One of the blocks of a reference.
-  bool block(const Reference& reference, AcDbObjectId entity, const AcGeMatrix3d& map) {
+  bool block(const BlockPlacement& reference, AcDbObjectId entity, const AcGeMatrix3d& map) {
     Contents& contents = shapes_.contents_of(reference);
     if (contents.entered || path_.size() == kDeepest) return true;
     contents.entered = true;
@@ -223,7 +153,7 @@ class EntityShapes::Walk {
 
  private:
   /// Too many: the box of all rows and columns stands for them.
-  bool rest(const Reference& reference, AcDbObjectId entity, const AcGeMatrix3d& outer) {
+  bool rest(const BlockPlacement& reference, AcDbObjectId entity, const AcGeMatrix3d& outer) {
     const AcDbExtents box = shapes_.reference_extents(reference, outer, false);
     if (box.is_empty()) return true;
     const AcGePoint3d a = box.minPoint(), b = box.maxPoint();
@@ -243,10 +173,10 @@ EntityShapes::~EntityShapes() = default;
 void EntityShapes::forget() { blocks_.clear(); }
 
 bool EntityShapes::is_reference(AcDbObjectId id) {
-  return Reader::is_reference(StubStore::drawing_of(*id.stub()).kind_name(*id.stub()));
+  return shows_block(StubStore::drawing_of(*id.stub()).kind_name(*id.stub()));
 }
 
-EntityShapes::Contents& EntityShapes::contents_of(const Reference& reference) {
+EntityShapes::Contents& EntityShapes::contents_of(const BlockPlacement& reference) {
   std::unique_ptr<Contents>& contents = blocks_[reference.block.stub()];
   if (!contents) {
     contents = std::make_unique<Contents>();
@@ -259,7 +189,7 @@ EntityShapes::Contents& EntityShapes::contents_of(const Reference& reference) {
 bool EntityShapes::visit(AcDbObjectId entity, const std::function<bool(const Visit&)>& visit) {
   Drawing& drawing = StubStore::drawing_of(*entity.stub());
   const Reader reader(drawing);
-  const std::optional<Reference> reference = reader.reference(entity);
+  const std::optional<BlockPlacement> reference = reader.reference(entity);
   Walk walk(*this, visit);
   if (!reference) {
     std::vector<ShapePart> parts;
@@ -272,7 +202,7 @@ bool EntityShapes::visit(AcDbObjectId entity, const std::function<bool(const Vis
 }
 
 /// In the block's own coordinates.
-AcDbExtents EntityShapes::block_box(const Reference& reference) {
+AcDbExtents EntityShapes::block_box(const BlockPlacement& reference) {
   Contents& contents = contents_of(reference);
   if (contents.box) return *contents.box;
   if (contents.entered || depth_ == kDeepest) return {};
@@ -291,8 +221,8 @@ AcDbExtents EntityShapes::block_box(const Reference& reference) {
 }
 
 /// Of all rows and columns. `exactly`: of a turned block its parts, not its box.
-AcDbExtents EntityShapes::reference_extents(const Reference& reference, const AcGeMatrix3d& outer,
-                                            bool exactly) {
+AcDbExtents EntityShapes::reference_extents(const BlockPlacement& reference,
+                                            const AcGeMatrix3d& outer, bool exactly) {
   const AcGeMatrix3d map = outer * reference.map;
   AcDbExtents box;
   if (!exactly || keeps_axes(map)) {
@@ -317,7 +247,7 @@ bool EntityShapes::extents(AcDbObjectId entity, AcDbExtents& box) {
   const auto add = [&](const std::vector<ShapePart>& parts) {
     for (const ShapePart& part : parts) found.addExt(extents_of(part));
   };
-  if (const std::optional<Reference> reference = reader.reference(entity)) {
+  if (const std::optional<BlockPlacement> reference = reader.reference(entity)) {
     found = reference_extents(*reference, AcGeMatrix3d::kIdentity, true);
     for (const Contents::Item& attribute : reader.attributes(*entity.stub())) add(attribute.parts);
   } else {

@@ -12,6 +12,8 @@
 
 namespace cad {
 
+struct BlockPlacement;
+
 /// A filled polygon.
 struct FilledArea {
   std::vector<AcGePoint3d> corners;
@@ -55,12 +57,11 @@ class EntityShapes {
  private:
   class Reader;
   class Walk;
-  struct Reference;
   struct Contents;
 
-  Contents& contents_of(const Reference& reference);
-  AcDbExtents block_box(const Reference& reference);
-  AcDbExtents reference_extents(const Reference& reference, const AcGeMatrix3d& outer,
+  Contents& contents_of(const BlockPlacement& reference);
+  AcDbExtents block_box(const BlockPlacement& reference);
+  AcDbExtents reference_extents(const BlockPlacement& reference, const AcGeMatrix3d& outer,
                                 bool exactly);
 
   static constexpr std::size_t kDeepest = 100;

@@ -1,7 +1,8 @@
-// The boundary paths of a hatch.
+#include "host/db/hatch_paths.h"
 
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 #include "host/db/entity_fields.h"
 #include "host/db/shape_parts.h"
@@ -23,12 +24,12 @@ void turn_around(double& from, double& to) {
 class PathReader {
  public:
   PathReader(std::string_view bytes, const dxf::Dialect& dialect, const AcGeMatrix3d& axes,
-             double elevation, std::vector<ShapePart>& parts)
+             double elevation, std::vector<HatchPath>& paths)
       : tags_(bytes, dialect),
         dialect_(dialect),
         axes_(axes),
         elevation_(elevation),
-        parts_(parts) {}
+        paths_(paths) {}
 
   void read() {
     constexpr int kPathCount = 91;
@@ -65,10 +66,14 @@ class PathReader {
   }
   AcGeVector3d direction(double x, double y) const { return axes_ * AcGeVector3d(x, y, 0.0); }
 
+  void add(Curve edge) { paths_.back().edges.push_back(std::move(edge)); }
+
   void read_path() {
     constexpr int kFlags = 92, kPolyline = 2, kSources = 97, kSource = 330;
     while (more_ && tag_.code != kFlags) step();
-    if (take_integer(kFlags) & kPolyline)
+    HatchPath& path = paths_.emplace_back();
+    path.flags = static_cast<int>(take_integer(kFlags));
+    if (path.flags & kPolyline)
       read_polyline();
     else
       read_edges();
@@ -85,7 +90,7 @@ class PathReader {
     }
     if (vertices.empty()) return;
     Curve flat = Curve::polyline(vertices, closed, AcGeVector3d::kZAxis, elevation_);
-    parts_.emplace_back(flat.transformed(axes_));
+    add(flat.transformed(axes_));
   }
 
   void read_edges() {
@@ -94,7 +99,7 @@ class PathReader {
       switch (take_integer(72)) {
         case kLine: {
           const AcGePoint2d from = take_point(10);
-          parts_.emplace_back(Curve::line(place(from), place(take_point(11))));
+          add(Curve::line(place(from), place(take_point(11))));
           break;
         }
         case kArc:
@@ -119,7 +124,7 @@ class PathReader {
     if (take_integer(73, 1) == 0) turn_around(from, to);
     Curve arc =
         Curve::arc({center.x, center.y, elevation_}, AcGeVector3d::kZAxis, radius, from, to);
-    parts_.emplace_back(arc.transformed(axes_));
+    add(arc.transformed(axes_));
   }
 
   void read_ellipse() {
@@ -129,7 +134,7 @@ class PathReader {
     if (take_integer(73, 1) == 0) turn_around(from, to);
     Curve arc = Curve::ellipse({center.x, center.y, elevation_}, AcGeVector3d::kZAxis,
                                {major.x, major.y, 0.0}, ratio, from, to);
-    parts_.emplace_back(arc.transformed(axes_));
+    add(arc.transformed(axes_));
   }
 
   void read_spline() {
@@ -153,14 +158,14 @@ class PathReader {
                        tag_.code == 13 || tag_.code == 23))
         step();
     }
-    if (std::optional<Curve> curve = Curve::spline(shape)) parts_.emplace_back(std::move(*curve));
+    if (std::optional<Curve> curve = Curve::spline(shape)) add(std::move(*curve));
   }
 
   OwnTags tags_;
   const dxf::Dialect& dialect_;
   const AcGeMatrix3d axes_;
   const double elevation_;
-  std::vector<ShapePart>& parts_;
+  std::vector<HatchPath>& paths_;
   dxf::Tag tag_;
   bool more_ = true;
 };
@@ -169,8 +174,15 @@ class PathReader {
 
 void append_hatch_paths(std::string_view bytes, const dxf::Dialect& dialect,
                         std::vector<ShapePart>& parts) {
+  for (HatchPath& path : hatch_paths(bytes, dialect))
+    for (Curve& edge : path.edges) parts.emplace_back(std::move(edge));
+}
+
+std::vector<HatchPath> hatch_paths(std::string_view bytes, const dxf::Dialect& dialect) {
   const EntityFields fields(bytes, dialect);
-  PathReader(bytes, dialect, ocs_to_wcs(fields.normal()), fields.real(30), parts).read();
+  std::vector<HatchPath> paths;
+  PathReader(bytes, dialect, ocs_to_wcs(fields.normal()), fields.real(30), paths).read();
+  return paths;
 }
 
 }  // namespace cad
