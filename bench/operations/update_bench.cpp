@@ -1,5 +1,5 @@
 // Labels that follow their pipes, on an open drawing: updating, deleting, asking.
-//     update_bench DRAWING...
+//     update_bench [--only WORKLOAD] DRAWING...
 // Each DRAWING is written by generate_drawing: a record of two texts for every pipe. The rates are
 // of processor time with the drawing open, the best of several runs on drawings opened anew. With
 // several drawings the last column compares the cost per pipe with the first one's.
@@ -112,8 +112,14 @@ Cost measure(cad::Host& host, const std::string& path, const Workload& workload)
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc < 2) {
-    std::fprintf(stderr, "usage: update_bench DRAWING...\n");
+  std::vector<std::string> drawings(argv + 1, argv + argc);
+  std::string only;
+  if (drawings.size() > 2 && drawings[0] == "--only") {
+    only = drawings[1];
+    drawings.erase(drawings.begin(), drawings.begin() + 2);
+  }
+  if (drawings.empty()) {
+    std::fprintf(stderr, "usage: update_bench [--only WORKLOAD] DRAWING...\n");
     return 2;
   }
   cad::set_console([](std::string_view) {});
@@ -124,12 +130,13 @@ int main(int argc, char** argv) {
   std::printf("%-18s %9s %14s %-10s %8s %9s %7s\n", "workload", "pipes", "rate", "unit/s",
               "of goal", "ns/pipe", "growth");
   for (const Workload& workload : kWorkloads) {
+    if (!only.empty() && only != workload.name) continue;
     double first = 0;
-    for (int i = 1; i < argc; ++i) {
-      const Cost cost = measure(host, argv[i], workload);
+    for (const std::string& drawing : drawings) {
+      const Cost cost = measure(host, drawing, workload);
       const double per_pipe = cost.seconds / static_cast<double>(cost.pipes);
       const double rate = workload.per_pipe / per_pipe;
-      if (i == 1) first = per_pipe;
+      if (first == 0) first = per_pipe;
       char goal[16] = "";
       if (workload.goal > 0) std::snprintf(goal, sizeof goal, "%.2f", rate / workload.goal);
       std::printf("%-18s %9zu %14.0f %-10s %8s %9.0f %7.2f\n", workload.name, cost.pipes, rate,

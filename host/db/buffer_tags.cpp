@@ -42,8 +42,10 @@ resbuf* chunk_buffer(const dxf::Tag& tag, const dxf::Dialect& dialect) {
 
 }  // namespace
 
-resbuf* buffer_of_tag(const dxf::Tag& tag, const dxf::Dialect& dialect, Drawing* drawing) {
-  const BufferValue value = buffer_value(tag.code);
+namespace {
+
+resbuf* buffer_of_value(BufferValue value, const dxf::Tag& tag, const dxf::Dialect& dialect,
+                        Drawing* drawing) {
   switch (value) {
     case BufferValue::kString:
       return string_buffer(tag, dialect);
@@ -83,6 +85,12 @@ resbuf* buffer_of_tag(const dxf::Tag& tag, const dxf::Dialect& dialect, Drawing*
   return buffer;
 }
 
+}  // namespace
+
+resbuf* buffer_of_tag(const dxf::Tag& tag, const dxf::Dialect& dialect, Drawing* drawing) {
+  return buffer_of_value(buffer_value(tag.code), tag, dialect, drawing);
+}
+
 ResbufChain chain_of_tags(std::string_view bytes, const dxf::Dialect& dialect, std::size_t from,
                           std::size_t to, Drawing* drawing, int stop) {
   ChainBuilder chain;
@@ -98,8 +106,9 @@ ResbufChain chain_of_tags(std::string_view bytes, const dxf::Dialect& dialect, s
       }
       point = nullptr;
     }
-    resbuf* buffer = buffer_of_tag(tag, dialect, drawing);
-    if (buffer && buffer_value(tag.code) == BufferValue::kPoint) {
+    const BufferValue value = buffer_value(tag.code);
+    resbuf* buffer = buffer_of_value(value, tag, dialect, drawing);
+    if (buffer && value == BufferValue::kPoint) {
       point = buffer;
       coordinates = 1;
     }

@@ -297,8 +297,9 @@ void ObjectAccess::adopt(AcDbObject& object, Stub& stub, std::string content) {
 }
 
 void ObjectAccess::replace_content(AcDbObject& object, std::string content) {
-  Drawing& drawing = StubStore::drawing_of(*object.stub_);
-  if ((object.flags_ & kRecorded) == 0) drawing.undo().before_replacing(object);
+  if (object.stub_ && (object.flags_ & kRecorded) == 0) {
+    StubStore::drawing_of(*object.stub_).undo().before_replacing(object);
+  }
   object.owned_ = std::make_unique<std::string>(std::move(content));
   object.content_changed();
 }

@@ -126,7 +126,7 @@ constexpr LispType kLispTypes[] = {
     {-4, cad::BufferValue::kString},  // an operator in a selection filter
 };
 
-cad::BufferValue value_of_group(int code) {
+constexpr cad::BufferValue value_of_group(int code) {
   using cad::BufferValue;
   if (cad::dxf::is_point_code(code)) return BufferValue::kPoint;
   switch (cad::dxf::value_type(code)) {
@@ -151,16 +151,13 @@ cad::BufferValue value_of_group(int code) {
 
 constexpr int kLastGroup = cad::dxf::kLastGroupCode;
 
-const std::array<cad::BufferValue, kLastGroup + 1>& group_values() {
-  static const auto values = [] {
-    std::array<cad::BufferValue, kLastGroup + 1> table{};
-    for (int code = 0; code <= kLastGroup; ++code) {
-      table[static_cast<std::size_t>(code)] = value_of_group(code);
-    }
-    return table;
-  }();
-  return values;
-}
+constexpr auto kGroupValues = [] {
+  std::array<cad::BufferValue, kLastGroup + 1> table{};
+  for (int code = 0; code <= kLastGroup; ++code) {
+    table[static_cast<std::size_t>(code)] = value_of_group(code);
+  }
+  return table;
+}();
 
 /// Types that stand in a list of acutBuildList() without a value.
 bool stands_alone(int type) {
@@ -173,7 +170,7 @@ bool stands_alone(int type) {
 namespace cad {
 
 BufferValue buffer_value(int type) {
-  if (type >= 0 && type <= kLastGroup) return group_values()[static_cast<std::size_t>(type)];
+  if (type >= 0 && type <= kLastGroup) return kGroupValues[static_cast<std::size_t>(type)];
   for (const LispType& row : kLispTypes) {
     if (row.type == type) return row.value;
   }

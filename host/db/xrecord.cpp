@@ -74,7 +74,6 @@ Acad::ErrorStatus AcDbXrecord::setFromRbChain(const resbuf& chain, AcDbDatabase*
     if (!cad::write_buffer(*value, writer)) return Acad::eInvalidResBuf;
   }
   after.append(before.substr(end));
-  writable_content() = std::move(after);
-  content_changed();
+  cad::ObjectAccess::replace_content(*this, std::move(after));
   return Acad::eOk;
 }

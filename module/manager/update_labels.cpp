@@ -6,6 +6,7 @@
 #include "module/platform/text.h"
 #include "module/platform/trace.h"
 #include "module/record/record.h"
+#include "module/record/record_cursor.h"
 #include "module/record/record_table.h"
 #include "module/registry/dim_facade.h"
 #include "module/registry/update_service.h"
@@ -50,12 +51,14 @@ Acad::ErrorStatus CDimManager::updateDim(StuDim item, int replaceAll) {
 /// written.
 Acad::ErrorStatus CDimManager::update_in(CDimRecord& record, StuDim& item, int replaceAll) {
   StuDim stored;
-  if (record.getAt(item.name.c_str(), stored) != Acad::eOk) return Acad::eOk;
+  CDimRecordIterator cursor;
+  if (record.newIterator(cursor) != Acad::eOk) return Acad::eOk;
+  if (record.get_at(cursor, item.name.c_str(), stored) != Acad::eOk) return Acad::eOk;
   if (stored.recordKind == dim::kNoEntityKind) {
     stored.value = item.value;
     // Kept: information that cannot be stored fails nothing.
     // Test: UpdateItem.InformationThatCannotBeStoredFailsNothing
-    record.setAt(stored);
+    record.set_at(cursor, stored);
     return Acad::eOk;
   }
   item.handle = stored.handle;
@@ -65,8 +68,8 @@ Acad::ErrorStatus CDimManager::update_in(CDimRecord& record, StuDim& item, int r
     item.suffix = stored.suffix;
     item.separator = stored.separator;
   }
-  if (record.setAt(item) != Acad::eOk) return dim::kFailed;
-  return record.updateDim() == Acad::eOk ? Acad::eOk : dim::kFailed;
+  if (record.set_at(cursor, item) != Acad::eOk) return dim::kFailed;
+  return record.update_texts(cursor);
 }
 
 Acad::ErrorStatus CDimManager::updateDim(const wchar_t* dimName, const wchar_t* value) {
@@ -78,10 +81,10 @@ Acad::ErrorStatus CDimManager::updateDim(const wchar_t* dimName, const wchar_t* 
 
 Acad::ErrorStatus CDimManager::updateDim(const wchar_t* dimTypeName) {
   if (open_status_ != Acad::eOk) return dim::kFailed;
-  const CString type(dim::text_of(dimTypeName));
-  CDimFacade* handler = CDimUpdateServ::getInstance().getDimRegServ().getAt(type);
+  const std::wstring_view type = dim::text_of(dimTypeName);
+  CDimFacade* handler = CDimUpdateServ::getInstance().getDimRegServ().handler_of(type);
   if (!handler) {
-    dim::trace_format(L"标注类型名: %s 还没有注册到标注自动更新!", type.c_str());
+    dim::trace_format(L"标注类型名: %s 还没有注册到标注自动更新!", type.data());
     return dim::kNotFound;
   }
   int existing = 0;

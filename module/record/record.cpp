@@ -90,10 +90,9 @@ Acad::ErrorStatus CDimRecord::newIterator(CDimRecordIterator& cursor) const {
 }
 
 Acad::ErrorStatus CDimRecord::getAt(StuDim& item) {
-  if (item.name.empty()) return dim::kFailed;
   CDimRecordIterator cursor;
-  if (find(item.name.c_str(), cursor) != Acad::eOk) return dim::kFailed;
-  return cursor.getDim(item);
+  if (item.name.empty() || newIterator(cursor) != Acad::eOk) return dim::kFailed;
+  return get_at(cursor, item.name.c_str(), item);
 }
 
 Acad::ErrorStatus CDimRecord::getAt(const wchar_t* name, StuDim& item) {
@@ -101,11 +100,31 @@ Acad::ErrorStatus CDimRecord::getAt(const wchar_t* name, StuDim& item) {
   return getAt(item);
 }
 
+namespace {
+
+bool stand_on(CDimRecordIterator& cursor, std::wstring_view name) {
+  for (cursor.start(); !cursor.done(); cursor.step()) {
+    if (dim::equal_no_case(cursor.field(CDimRecordIterator::posName), name)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+Acad::ErrorStatus CDimRecord::get_at(CDimRecordIterator& cursor, const wchar_t* name,
+                                     StuDim& item) {
+  return stand_on(cursor, name) ? cursor.getDim(item) : dim::kFailed;
+}
+
 Acad::ErrorStatus CDimRecord::setAt(const StuDim& item) {
-  // One cursor for the clean-up and the edit: what the clean-up alone would have stored is stored
-  // with the item. Both need the same permission to write, so the result does not tell them apart.
   CDimRecordIterator cursor;
-  if (newIterator(cursor) != Acad::eOk || !dim::drop_stale_items(cursor)) return dim::kFailed;
+  return newIterator(cursor) == Acad::eOk ? set_at(cursor, item) : dim::kFailed;
+}
+
+Acad::ErrorStatus CDimRecord::set_at(CDimRecordIterator& cursor, const StuDim& item) {
+  // One commit for the clean-up and the edit: what the clean-up alone would have stored is stored
+  // with the item. Both need the same permission to write, so the result does not tell them apart.
+  if (!dim::drop_stale_items(cursor)) return dim::kFailed;
   cursor.start();
   if (!item.name.empty()) cursor.setDim(item);  // a record without items stays without
   const bool stored = cursor.commit() == Acad::eOk;
@@ -140,13 +159,11 @@ void CDimRecord::setDimTypeName(const wchar_t* name) { type_name_ = dim::text_of
 
 Acad::ErrorStatus CDimRecord::clearInvalid() {
   CDimRecordIterator cursor;
-  return clear_invalid(cursor);
+  const Acad::ErrorStatus status = newIterator(cursor);
+  return status == Acad::eOk ? clear_invalid(cursor) : status;
 }
 
-/// On success the cursor holds what is stored.
 Acad::ErrorStatus CDimRecord::clear_invalid(CDimRecordIterator& cursor) {
-  if (!isValid()) return dim::kNotOpen;
-  if (newIterator(cursor) != Acad::eOk) return dim::kFailed;
   const std::optional<int> dropped = dim::drop_stale_items(cursor);
   if (!dropped) return dim::kFailed;
   const bool is_stored = *dropped == 0 && record_object_->isWriteEnabled();
@@ -154,8 +171,13 @@ Acad::ErrorStatus CDimRecord::clear_invalid(CDimRecordIterator& cursor) {
 }
 
 Acad::ErrorStatus CDimRecord::extractTxtMark(std::vector<std::pair<CString, CString>>& marks) {
-  if (!isValid()) return dim::kNotOpen;
   CDimRecordIterator cursor;
+  const Acad::ErrorStatus status = newIterator(cursor);
+  return status == Acad::eOk ? extract_marks(cursor, marks) : status;
+}
+
+Acad::ErrorStatus CDimRecord::extract_marks(CDimRecordIterator& cursor,
+                                            std::vector<std::pair<CString, CString>>& marks) {
   if (clear_invalid(cursor) != Acad::eOk) {
     dim::trace(L"清除垃圾数据失败!");
     return dim::kFailed;
@@ -169,8 +191,15 @@ Acad::ErrorStatus CDimRecord::extractTxtMark(std::vector<std::pair<CString, CStr
 }
 
 Acad::ErrorStatus CDimRecord::updateDim() {
+  CDimRecordIterator cursor;
+  if (newIterator(cursor) == Acad::eOk) return update_texts(cursor);
+  dim::trace(L"提取标注文字失败!");
+  return dim::kFailed;
+}
+
+Acad::ErrorStatus CDimRecord::update_texts(CDimRecordIterator& cursor) {
   std::vector<dim::TextMark> marks;
-  if (extractTxtMark(marks) != Acad::eOk) {
+  if (extract_marks(cursor, marks) != Acad::eOk) {
     dim::trace(L"提取标注文字失败!");
     return dim::kFailed;
   }
@@ -197,9 +226,5 @@ Acad::ErrorStatus CDimRecord::deleteDimInfo() {
 
 Acad::ErrorStatus CDimRecord::find(const wchar_t* name, CDimRecordIterator& cursor) {
   if (newIterator(cursor) != Acad::eOk) return dim::kFailed;
-  const std::wstring_view wanted = dim::text_of(name);
-  for (cursor.start(); !cursor.done(); cursor.step()) {
-    if (dim::equal_no_case(cursor.field(CDimRecordIterator::posName), wanted)) return Acad::eOk;
-  }
-  return dim::kNotFound;
+  return stand_on(cursor, dim::text_of(name)) ? Acad::eOk : dim::kNotFound;
 }

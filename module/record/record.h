@@ -53,6 +53,13 @@ class CDimRecord : public CObject {
   /// layer or open elsewhere is left out and nothing fails for it. Needs the record open for write,
   /// else 1; 1 also for an item that cannot be read, and then no text is written.
   Acad::ErrorStatus updateDim();
+  /// getAt(), setAt() and updateDim() on one copy of the items, which a caller who does one after
+  /// the other hands from call to call. newIterator() fills the cursor; after each success it holds
+  /// what is stored.
+  Acad::ErrorStatus get_at(CDimRecordIterator& cursor, const wchar_t* name, StuDim& item);
+  Acad::ErrorStatus set_at(CDimRecordIterator& cursor, const StuDim& item);
+  Acad::ErrorStatus update_texts(CDimRecordIterator& cursor);
+
   /// Erases the annotation entities of all items, then the record, which is no longer valid. Left
   /// drawn are entities that cannot be opened for write (a locked layer, open elsewhere) and what
   /// items of the kind without entity name. 374 when not valid.
@@ -82,6 +89,8 @@ class CDimRecord : public CObject {
 
  private:
   Acad::ErrorStatus clear_invalid(CDimRecordIterator& cursor);
+  Acad::ErrorStatus extract_marks(CDimRecordIterator& cursor,
+                                  std::vector<std::pair<CString, CString>>& marks);
   void erase_record();
   void release_record();
 

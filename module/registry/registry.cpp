@@ -37,8 +37,8 @@ int CDimupateRegisiter::regist(const CString& dimTypeName, CDimFacade* handler) 
   return 1;
 }
 
-CDimFacade* CDimupateRegisiter::getAt(const CString& dimTypeName) const {
-  const auto found = handlers_.find(dimTypeName);
+CDimFacade* CDimupateRegisiter::handler_of(std::wstring_view type) const {
+  const auto found = handlers_.find(type);
   return found == handlers_.end() ? nullptr : found->second;
 }
 

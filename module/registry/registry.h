@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <map>
+#include <string_view>
 
 #include "module/platform/foundation.h"
 #include "module/registry/dim_facade.h"
@@ -32,7 +33,8 @@ class CDimupateRegisiter {
   /// caller's, when it is null or the name has a handler already. Built-in types may get one.
   int regist(const CString& dimTypeName, CDimFacade* handler);
   /// The handler of the type, or null. Valid until its logout().
-  CDimFacade* getAt(const CString& dimTypeName) const;
+  CDimFacade* getAt(const CString& dimTypeName) const { return handler_of(dimTypeName); }
+  CDimFacade* handler_of(std::wstring_view type) const;  ///< the same, without making a string
   /// Takes the handler out and frees its memory. A name without handler is fine.
   void logout(const CString& dimTypeName);
 
