@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -119,6 +120,33 @@ TEST_F(UpdatingCalls, AMultilineTextFollowsToo) {
   record("\"4A\"", "\"pipe_flow\" \"3\" \"Q=\" \"L/s\" nil");
   EXPECT_EQ(eval("(dimupdate (e \"2F\") \"pipe_flow\" \"4.126\")"), "");
   EXPECT_EQ(text("4A"), "\"Q=4.13L/s\"");
+}
+
+TEST_F(UpdatingCalls, ALabelOnALockedLayerIsPassedOverAndTraced) {
+  record("\"41\"", "\"pipe_speed\" \"1.5\" nil nil nil");
+  record("\"4B\"", "\"pipe_flow\" \"3\" nil nil nil");
+  const std::string before = text("4B");
+  const TraceLines trace;
+  EXPECT_EQ(eval("(dimupdate (e \"2F\") \"pipe_dia\" \"400\")"), "");
+  EXPECT_EQ(text("40"), "\"DN400 mm/i=0.003\"");
+  EXPECT_EQ(text("4B"), before);
+  EXPECT_EQ(names_of(items()), (Names{L"pipe_dia", L"pipe_i", L"pipe_speed"}));
+  EXPECT_NE(std::find(trace.lines().begin(), trace.lines().end(),
+                      L"打开实体失败,删除无用更新数据:pipe_flow !"),
+            trace.lines().end());
+}
+
+TEST_F(UpdatingCalls, AnErasedLabelKeepsItsItemUntilItIsGoneForGood) {
+  eval("(entdel (e \"40\"))");
+  EXPECT_EQ(eval("(dimupdate (e \"2F\") \"pipe_dia\" \"400\")"), "");
+  EXPECT_EQ(diameter().value, L"400");
+  eval("(entdel (e \"40\"))");
+  EXPECT_EQ(text("40"), "\"label 40\"") << "nobody wrote into an erased text";
+  eval("(entdel (e \"40\"))");
+  reopen();
+  EXPECT_EQ(eval("(dimupdate (e \"2F\") \"pipe_dia\" \"500\")"), "");
+  eval("(dimupdate (e \"2F\") \"pipe_dia\" \"600\")");  // of two in a row a pass drops one
+  EXPECT_EQ(items(), Items{});
 }
 
 TEST_F(UpdatingCalls, NewTextsAreSavedAndReadAgain) {
