@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "host/app/documents.h"
+#include "host/base/file_names.h"
 #include "host/base/result.h"
 #include "host/lisp/value.h"
 
@@ -30,10 +31,6 @@ HostSettings& host_settings();
 /// exact name does not exist. Looked for in the current folder, the current drawing's, the
 /// project's and the installation's. Empty when there is none.
 std::optional<std::string> find_support_file(std::string_view name);
-
-/// The path as it is on disk: "\\" becomes "/", and letter case is ignored in the parts that do not
-/// exist as named. Parts that exist in no spelling stay as named.
-std::string path_on_disk(std::string_view path);
 
 /// The host as a program uses it: opens drawings, loads modules, runs LISP, saves.
 ///     cad::Host host;

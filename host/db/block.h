@@ -8,6 +8,8 @@ class AcDbBlockTableRecordIterator;
 class AcDbBlockTableRecord : public AcDbSymbolTableRecord {
   PN_RX_MEMBERS(AcDbBlockTableRecord)
  public:
+  /// A block without entities, to be named and added to the block table.
+  AcDbBlockTableRecord();
   /// Adds a new entity, which stays open for write. What was not set explicitly takes the
   /// drawing's current layer and text style. eNotOpenForWrite, eAlreadyInDb, eKeyNotFound when its
   /// layer does not exist.

@@ -13,6 +13,10 @@ namespace cad {
 /// between objects that are copied lead to the copies, all others stay; handles written as text
 /// stay too. Reactors outside of what is copied do not come along. A dimension's own block is
 /// copied with it.
+///
+/// `into_block` may be in another drawing. Then layers, styles, blocks and what else the entity
+/// needs come along; where that drawing has the name already, its own counts. References to what
+/// does not come along become 0.
 Result<AcDbObjectId> copy_entity(AcDbObjectId entity, AcDbObjectId into_block = {});
 
 /// The same for several entities of one drawing at once, so that references among them are kept

@@ -60,6 +60,28 @@ class AcDbDatabase : public AcRxObject {
   cad::Status read_file(const std::string& path);
   /// The same from memory; `name` stands in error messages.
   cad::Status read_bytes(std::string bytes, const std::string& name);
+  /// Reads a drawing file into an empty shell, as programs ask for it: "\\" is "/" and letter case
+  /// is ignored in names that do not exist as given, and x.dwg stands for x.dxf and the other way
+  /// round. Contents decide how a file is read, not its name. Share mode and code page conversion
+  /// are of no consequence: files are read without locking anybody out, texts by their code page.
+  /// eFileNotFound; eInvalidInput when something was read before; eInvalidDwgVersion for a DWG that
+  /// cannot be read, eBadDxfSequence for everything else. The reason is traced and kept for
+  /// read_error().
+  Acad::ErrorStatus readDwgFile(const ACHAR* file, int shareMode = 3,
+                                bool allowCodePageConversion = false);
+  const cad::Error& read_error() const { return read_error_; }
+  /// Makes the model space of `from` the block of that name: a new one, or the one there is, which
+  /// loses its own contents. $INSBASE of `from` is its base point. What the entities need comes
+  /// along (layers, styles, linetypes, applications, blocks, what they own, objects filed in
+  /// dictionaries); of names both have, this drawing's definitions count. Handles are new and
+  /// references follow, texts that spell handles do not. "*U" asks for an anonymous block. `from`
+  /// stays as it is whatever `preserveSource` says.
+  ///
+  /// All or nothing. eInvalidBlockName; eSelfReference when the block would contain itself, or
+  /// `from` has a block of that name; eNotApplicable for entities and names that a drawing of this
+  /// release cannot hold; eNullObjectPointer. The reason is traced.
+  Acad::ErrorStatus insert(AcDbObjectId& block, const ACHAR* name, AcDbDatabase* from,
+                           bool preserveSource = true);
   /// Writes the drawing: what nobody touched byte for byte. Atomic: the file at `path` is the old
   /// or the new one, whole. With `keep_backup` the replaced file stays as path + ".bak".
   /// Objects still open for write are written as they stand.
@@ -126,6 +148,7 @@ class AcDbDatabase : public AcRxObject {
 
  private:
   std::unique_ptr<cad::Drawing> drawing_;
+  cad::Error read_error_;
   AcDbObjectId current_paper_;
   std::optional<std::int32_t> current_true_color_;
 };

@@ -264,6 +264,24 @@ Acad::ErrorStatus AcDbDictionary::setAt(const ACHAR* key, AcDbObject* object, Ac
   return Acad::eOk;
 }
 
+std::uint64_t cad::ObjectAccess::entry_of(const AcDbDictionary& dictionary,
+                                          std::wstring_view key) {
+  const auto* found = dictionary.entries().find(key);
+  return found ? found->handle : 0;
+}
+
+const std::wstring* cad::ObjectAccess::key_of(const AcDbDictionary& dictionary,
+                                              std::uint64_t handle) {
+  for (const auto& entry : dictionary.entries().sorted)
+    if (entry.handle == handle) return &entry.key;
+  return nullptr;
+}
+
+void cad::ObjectAccess::file_entry(AcDbDictionary& dictionary, std::wstring_view key,
+                                   std::uint64_t handle) {
+  dictionary.file_entry(key, handle);
+}
+
 void AcDbDictionary::file_entry(std::wstring_view key, std::uint64_t handle) {
   Entries& decoded = entries();
   const std::size_t at = decoded.lower_bound(key);

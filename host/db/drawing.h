@@ -141,7 +141,9 @@ class Drawing {
   Stub* table_record(std::string_view table, std::wstring_view name);
   /// An erased record of that name that is still in memory.
   Stub* erased_record(const Table& table, std::wstring_view name);
-  /// Must be called when records are added, renamed or erased.
+  /// Files a new record of that name.
+  void add_to_table(Table& table, const Stub& record, std::wstring_view name);
+  /// Must be called when records are renamed or erased.
   void table_changed(std::string_view table);
   std::vector<std::size_t> table_records(const Table& table);
   /// Where new entities of a block record go; null for a record whose block is missing.
@@ -176,6 +178,18 @@ class Drawing {
   bool has_long_names() const { return dialect_.release >= dxf::Release::kR2000; }
   /// Tells the user, once, that records cannot be stored in this release.
   void alert_no_dictionaries();
+
+  // Classes of kinds that the format itself lacks.
+  struct CustomClass {
+    std::string kind;        ///< group 0 of its objects
+    std::string class_name;  ///< group 2
+    std::string record;      ///< the CLASS as it stands in this drawing
+  };
+  /// As the file has them. Proxies name a class by its place here, counted from 500.
+  const std::vector<CustomClass>& classes();
+  /// The place of a class of another drawing, which is declared here unless it is already, and
+  /// written as long as `user` is there.
+  std::size_t declare_class(const CustomClass& wanted, const dxf::Dialect& from, const Stub& user);
 
   // Open objects.
   void opened() { ++open_count_; }
@@ -227,6 +241,7 @@ class Drawing {
   std::vector<Patch> patches(Storage& storage) const;
   class RecordPatches;
   void header_patches(Storage& storage, std::vector<Patch>& patches) const;
+  void class_patches(Storage& storage, std::vector<Patch>& patches) const;
   Patch header_patch(const std::string& name, const std::string& tags, Storage& storage) const;
   Patch handle_seed_patch(Storage& storage) const;
   std::optional<std::uint64_t> place_of_variable(std::string_view name) const;
@@ -257,6 +272,12 @@ class Drawing {
   Stub* made_root_ = nullptr;  // the root dictionary of a file without objects
   std::map<std::string, std::unordered_map<std::wstring, std::size_t>, std::less<>> table_names_;
   std::optional<std::vector<std::wstring>> locked_layers_;  // folded names
+  std::optional<std::vector<CustomClass>> classes_;
+  struct DeclaredClass {
+    CustomClass text;
+    std::vector<const Stub*> users;
+  };
+  std::vector<DeclaredClass> declared_classes_;  // behind those of the file
   bool alerted_ = false;
   /// Of each variable in the file: its first value tag, and the offset behind its last.
   mutable std::optional<std::map<std::string_view, std::pair<dxf::Tag, std::uint64_t>>> header_;

@@ -287,6 +287,7 @@ std::vector<Drawing::Patch> Drawing::patches(Storage& storage) const {
   std::vector<Patch> patches;
   if (!is_modified()) return patches;
   header_patches(storage, patches);
+  class_patches(storage, patches);
   RecordPatches(*this, storage, patches).collect();
   // A header normally stands first; in a file where it does not, its patch moves to its place.
   std::stable_sort(patches.begin(), patches.end(),

@@ -47,6 +47,16 @@ std::vector<std::size_t> Drawing::table_records(const Table& table) {
   return records;
 }
 
+void Drawing::add_to_table(Table& table, const Stub& record, std::wstring_view name) {
+  const std::size_t index = StubStore::index_of(record);
+  table.added.push_back(index);
+  const auto names = table_names_.find(table.name);
+  // The name may be that of an erased record.
+  if (names != table_names_.end()) names->second.insert_or_assign(folded(name), index);
+  if (table.name == "LAYER") locked_layers_.reset();
+  if (table.name == "BLOCK_RECORD") model_space_.reset();
+}
+
 void Drawing::table_changed(std::string_view table) {
   const auto found = table_names_.find(table);
   if (found != table_names_.end()) table_names_.erase(found);
@@ -131,7 +141,8 @@ void Drawing::add_block(const Stub& begin, const Stub& end) {
   block.end = StubStore::index_of(end);
   block.end_offset = end.begin;
   blocks_.push_back(std::move(block));
-  blocks_by_record_known_ = false;
+  if (blocks_by_record_known_ && begin.owner != 0)
+    block_by_record_.try_emplace(begin.owner, blocks_.size() - 1);
 }
 
 std::uint64_t Drawing::space_of(const Stub& stub) const {

@@ -199,8 +199,7 @@ Result<AcDbObjectId> make_record(AcDbDatabase& database, std::span<const GroupVi
   Stub& stub = drawing.add_record(
       draft->kind(), owner, Section::kTables, table->end,
       [&](std::uint64_t handle) { return draft->spell(drawing.dialect(), handle, owner, false); });
-  table->added.push_back(StubStore::index_of(stub));
-  drawing.table_changed(table->name);
+  drawing.add_to_table(*table, stub, name);
   return AcDbObjectId(&stub);
 }
 

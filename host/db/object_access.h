@@ -66,6 +66,12 @@ class ObjectAccess {
   static void turn(Drawing& drawing, Stub& stub, bool erased);
   /// Entries the dictionary owns, erased ones included.
   static std::vector<AcDbObjectId> owned_entries(const AcDbDictionary& dictionary);
+  // Dictionaries whether they are open or not.
+  /// The handle filed under a key; 0 when there is none.
+  static std::uint64_t entry_of(const AcDbDictionary& dictionary, std::wstring_view key);
+  /// The key of a handle; null when it is not filed there.
+  static const std::wstring* key_of(const AcDbDictionary& dictionary, std::uint64_t handle);
+  static void file_entry(AcDbDictionary& dictionary, std::wstring_view key, std::uint64_t handle);
 };
 
 }  // namespace cad

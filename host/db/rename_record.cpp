@@ -5,30 +5,12 @@
 #include "host/base/codepage.h"
 #include "host/base/fold.h"
 #include "host/db/make_object.h"
+#include "host/db/name_groups.h"
 #include "host/db/object_access.h"
 #include "host/dxf/tag_writer.h"
 
 namespace cad {
 namespace {
-
-/// A group that holds names of a table's records. In drawings these references are names, not
-/// handles.
-struct NameGroup {
-  std::string_view table;
-  int code;
-  std::string_view kinds;  ///< by commas, with one in front and behind; empty: every kind
-};
-
-constexpr NameGroup kNameGroups[] = {
-    {"LAYER", 8, ""},
-    {"LAYER", 1003, ""},
-    {"STYLE", 7, ",TEXT,MTEXT,ATTRIB,ATTDEF,"},
-    {"LTYPE", 6, ""},
-    {"DIMSTYLE", 3, ",DIMENSION,LEADER,TOLERANCE,ARC_DIMENSION,LARGE_RADIAL_DIMENSION,"},
-    {"APPID", 1001, ""},
-    {"BLOCK_RECORD", 2, ",INSERT,DIMENSION,BLOCK,"},
-    {"BLOCK_RECORD", 3, ",BLOCK,"},
-};
 
 struct NameVariable {
   std::string_view table;
@@ -53,15 +35,6 @@ bool keeps_its_name(std::string_view table, std::wstring_view name) {
                      [&](const auto& row) { return row.first == table && row.second == wanted; });
 }
 
-/// Data of an xrecord are no names, nor are the texts of an old dimension style.
-bool is_named_in(const NameGroup& row, std::string_view table, int code, std::string_view kind) {
-  constexpr int kFirstExtendedCode = 1000;
-  if (row.table != table || row.code != code) return false;
-  if (code < kFirstExtendedCode && (kind == "XRECORD" || kind == "DIMSTYLE")) return false;
-  return row.kinds.empty() ||
-         row.kinds.find("," + std::string(kind) + ",") != std::string_view::npos;
-}
-
 /// The record with the new name in place of the old one; empty when it does not name it.
 std::string renamed(std::string_view bytes, const dxf::Dialect& dialect, std::string_view table,
                     std::wstring_view from, std::wstring_view to) {
@@ -71,10 +44,8 @@ std::string renamed(std::string_view bytes, const dxf::Dialect& dialect, std::st
   dxf::Tag tag;
   for (dxf::TagReader tags(bytes, dialect); tags.next(tag);) {
     if (tag.code == 0) kind = tag.value;
-    const bool candidate =
-        std::any_of(std::begin(kNameGroups), std::end(kNameGroups),
-                    [&](const NameGroup& row) { return is_named_in(row, table, tag.code, kind); });
-    if (!candidate || !equal_no_case(dxf::text_value(tag, dialect), from)) continue;
+    if (named_table(kind, tag.code) != table) continue;
+    if (!equal_no_case(dxf::text_value(tag, dialect), from)) continue;
     out += bytes.substr(copied, tag.begin - copied);
     dxf::TagWriter(out, dialect).text(tag.code, to);
     copied = tag.end;

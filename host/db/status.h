@@ -29,6 +29,7 @@ enum ErrorStatus : int {
   eWrongObjectType = 34,
   eWrongDatabase = 35,
   eObjectToBeDeleted = 36,
+  eInvalidDwgVersion = 37,
   eNotOpenForRead = 44,
   eNotOpenForWrite = 45,
   eNotThatKindOfClass = 46,

@@ -1,6 +1,7 @@
 #include "host/db/symbol_table.h"
 
 #include "host/db/block.h"
+#include "host/db/block_frame.h"
 #include "host/db/drawing.h"
 #include "host/db/lens.h"
 #include "host/db/object_access.h"
@@ -34,6 +35,9 @@ constexpr std::int64_t kWhite = 7;
 constexpr std::string_view kNewLayer =
     "  0\nLAYER\n  5\n0\n330\n0\n100\nAcDbSymbolTableRecord\n100\nAcDbLayerTableRecord\n"
     "  2\n\n 70\n     0\n 62\n     7\n  6\nContinuous\n";
+constexpr std::string_view kNewBlock =
+    "  0\nBLOCK_RECORD\n  5\n0\n330\n0\n100\nAcDbSymbolTableRecord\n100\nAcDbBlockTableRecord\n"
+    "  2\n\n340\n0\n";
 constexpr std::string_view kNewRegApp =
     "  0\nAPPID\n  5\n0\n330\n0\n100\nAcDbSymbolTableRecord\n100\nAcDbRegAppTableRecord\n"
     "  2\n\n 70\n     0\n";
@@ -114,13 +118,21 @@ Acad::ErrorStatus AcDbSymbolTable::add(AcDbObjectId& id, AcDbSymbolTableRecord* 
   if (kind_of(ObjectAccess::content(*record), ObjectAccess::dialect(*record)) != table->name) {
     return Acad::eWrongObjectType;
   }
-  const std::wstring name = record->name();
+  std::wstring name = record->name();
   if (name.empty()) return Acad::eInvalidInput;
+  const bool is_block = table->name == "BLOCK_RECORD";
+  if (is_block && name.size() == 2 && cad::is_anonymous_block(name)) {
+    std::uint64_t number = 1;
+    name = cad::anonymous_block_name(drawing, name[1], number);
+    record->setName(name.c_str());
+  }
   if (drawing.table_record(table->name, name)) return Acad::eDuplicateRecordName;
   Stub& stub = drawing.add(*record, own->handle, cad::dxf::Section::kTables, table->end, 0);
   drawing.opened();
-  table->added.push_back(StubStore::index_of(stub));
-  drawing.table_changed(table->name);
+  drawing.add_to_table(*table, stub, name);
+  if (is_block)
+    cad::add_block_frame(drawing, stub.handle, name, AcGePoint3d::kOrigin,
+                         cad::is_anonymous_block(name) ? cad::kAnonymousBlock : 0);
   id = record->objectId();
   return Acad::eOk;
 }
@@ -145,6 +157,7 @@ Acad::ErrorStatus AcDbSymbolTableIterator::getRecordId(AcDbObjectId& id) const {
 }
 
 AcDbLayerTableRecord::AcDbLayerTableRecord() : AcDbSymbolTableRecord(kNewLayer) {}
+AcDbBlockTableRecord::AcDbBlockTableRecord() : AcDbSymbolTableRecord(kNewBlock) {}
 AcDbRegAppTableRecord::AcDbRegAppTableRecord() : AcDbSymbolTableRecord(kNewRegApp) {}
 
 namespace {

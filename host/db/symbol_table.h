@@ -26,7 +26,8 @@ class AcDbSymbolTable : public AcDbObject {
  public:
   Acad::ErrorStatus getAt(const ACHAR* name, AcDbObjectId& record, bool getErased = false) const;
   bool has(const ACHAR* name) const;
-  /// Adds a new record, which stays open for write. eDuplicateRecordName, eNotOpenForWrite,
+  /// Adds a new record, which stays open for write. A block gets its place for entities; the names
+  /// *U, *D, *X... ask for the next free anonymous name. eDuplicateRecordName, eNotOpenForWrite,
   /// eWrongObjectType when the record is of another table.
   Acad::ErrorStatus add(AcDbObjectId& id, AcDbSymbolTableRecord* record);
   /// The caller deletes the iterator. It stands on the first record, in file order.
