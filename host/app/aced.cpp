@@ -1,13 +1,17 @@
 #include "host/app/aced.h"
 
 #include <memory>
+#include <optional>
 #include <string_view>
+#include <vector>
 
 #include "host/app/argument_chain.h"
 #include "host/app/buffer_values.h"
+#include "host/app/console.h"
 #include "host/app/invocation.h"
 #include "host/app/modules.h"
 #include "host/app/session.h"
+#include "host/base/codepage.h"
 #include "host/lisp/error.h"
 
 using cad::DocumentSession;
@@ -81,6 +85,41 @@ int acedPutSym(const ACHAR* name, const resbuf* value) {
     if (!held) return RTERROR;
     interp.set_variable(name, std::move(*held));
   } catch (const cad::lisp::LispError&) {
+    return RTERROR;
+  }
+  return RTNORM;
+}
+
+int acedInvoke(const resbuf* arguments, resbuf** result) {
+  if (!result) return RTERROR;
+  *result = nullptr;
+  DocumentSession* const session = DocumentSession::current();
+  if (!session || !arguments || arguments->restype != RTSTR || !arguments->resval.rstring)
+    return RTERROR;
+  Interpreter& interp = session->interpreter();
+  try {
+    const Value function = interp.variable(arguments->resval.rstring);
+    if (function.is_nil()) return RTERROR;
+    // In brackets of its own a chain is a list, whatever it holds.
+    cad::ChainBuilder bracketed;
+    bracketed.add(acutNewRb(RTLB));
+    bracketed.add(cad::copy_chain(arguments->rbnext));
+    bracketed.add(acutNewRb(RTLE));
+    const std::optional<Value> list =
+        cad::value_of_chain(interp, bracketed.head(), session->selection_sets);
+    if (!list) return RTERROR;
+    std::vector<Value> values;
+    for (const Value* rest = &*list; rest->is_cons(); rest = &rest->cdr())
+      values.push_back(rest->car());
+    const cad::Result<Value> value = interp.try_apply(function, values);
+    if (!value) {
+      cad::print_console(L"\n; error: " + cad::from_utf8(value.error().message()));
+      return RTERROR;
+    }
+    cad::ArgumentChain chain;
+    if (!value->is_nil() && !chain.append(*value, session->selection_sets))
+      *result = cad::copy_chain(chain.head());
+  } catch (const cad::lisp::LispError&) {  // no memory for the arguments
     return RTERROR;
   }
   return RTNORM;

@@ -55,6 +55,13 @@ int acedGetSym(const ACHAR* name, resbuf** value);
 /// Sets a LISP symbol of the current document; null unsets it.
 int acedPutSym(const ACHAR* name, const resbuf* value);
 
+/// Calls a LISP function of the current document: `arguments` is a chain that begins with its name
+/// (RTSTR), then come the arguments as acedGetArgs() has them. RTNORM and the value as a new chain,
+/// freed by the caller, null for nil and for what buffers cannot hold. RTERROR when there is no
+/// such function and for arguments LISP cannot hold; for an error of the function, too, which is
+/// printed on the command line then: *error* does not run. May be called outside of an invocation.
+int acedInvoke(const resbuf* arguments, resbuf** result);
+
 /// Selection sets. A set made by these calls lives until acedSSFree() or the end of its document;
 /// at most 128 live at a time (RTERROR beyond).
 ///

@@ -255,4 +255,47 @@ TEST_F(LispCall, DefinitionsNeedAModuleAndAName) {
   EXPECT_EQ(eval("(answer)"), "nil");
 }
 
+// --- Modules calling LISP
+
+TEST_F(LispCall, ModulesCallFunctionsOfTheDocument) {
+  eval("(defun hear (a b) (setq heard (list a b)) (list (1+ a) \"yes\"))");
+  EXPECT_EQ(answer([&] {
+              const cad::ResbufChain call(
+                  acutBuildList(RTSTR, L"HEAR", RTSHORT, 7, RTLB, RTSTR, L"x", RTLE, 0));
+              resbuf* result = nullptr;
+              EXPECT_EQ(acedInvoke(call.get(), &result), RTNORM);
+              const cad::ResbufChain owned(result);
+              return acedRetStr(cad::from_utf8(chain_text(result)).c_str()) == RTNORM ? RSRSLT
+                                                                                      : RSERR;
+            }),
+            "\"( s8 \\\"yes\\\" )\"");
+  EXPECT_EQ(eval("heard"), "(7 (\"x\"))");
+}
+
+TEST_F(LispCall, ALispFunctionCalledByAModuleThatAnswersNilHasNoChain) {
+  eval("(defun deaf () nil)");
+  const cad::ResbufChain call(acutBuildList(RTSTR, L"deaf", 0));
+  resbuf* result = nullptr;
+  EXPECT_EQ(acedInvoke(call.get(), &result), RTNORM);
+  EXPECT_EQ(result, nullptr);
+}
+
+TEST_F(LispCall, CallingWhatIsNoFunctionFails) {
+  const cad::ResbufChain call(acutBuildList(RTSTR, L"nobody", 0));
+  resbuf* result = nullptr;
+  EXPECT_EQ(acedInvoke(call.get(), &result), RTERROR);
+  EXPECT_EQ(acedInvoke(nullptr, &result), RTERROR);
+  EXPECT_EQ(acedInvoke(call.get(), nullptr), RTERROR);
+}
+
+TEST_F(LispCall, AnErrorOfAFunctionCalledByAModuleIsToldAndEndsThere) {
+  eval("(defun wrong (/ local) (setq local 1) (car 5))");
+  printed.clear();
+  const cad::ResbufChain call(acutBuildList(RTSTR, L"wrong", 0));
+  resbuf* result = nullptr;
+  EXPECT_EQ(acedInvoke(call.get(), &result), RTERROR);
+  EXPECT_NE(printed.find("; error: "), std::string::npos) << printed;
+  EXPECT_EQ(eval("local"), "nil");
+}
+
 }  // namespace
