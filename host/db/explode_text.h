@@ -5,13 +5,12 @@
 #include <vector>
 
 #include "host/db/group_list.h"
+#include "host/font/mtext_layout.h"
 
 namespace cad {
 
-/// The lines of a MTEXT's contents without formatting codes. Lines are broken where the contents
-/// say so, and between words where they would be wider than the reference width unless that is 0.
-std::vector<std::wstring> plain_lines(std::wstring_view contents, double height,
-                                      double reference_width);
+/// A line of a MTEXT as a TEXT holds it: without formatting codes, %% codes kept.
+std::wstring plain_line(std::wstring_view contents);
 
 /// A TEXT for each line of a MTEXT, at its place.
 std::vector<GroupList> lines_of_mtext(AcDbObjectId mtext);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -20,7 +21,15 @@ struct Box {
   double width() const { return right - left; }
   double height() const { return top - bottom; }
   /// Grows to hold `other`, unless that is empty.
-  void add(const Box& other);
+  void add(const Box& other) {
+    if (other.is_empty()) return;
+    if (is_empty()) {
+      *this = other;
+      return;
+    }
+    left = std::min(left, other.left), right = std::max(right, other.right);
+    bottom = std::min(bottom, other.bottom), top = std::max(top, other.top);
+  }
 };
 
 /// The contours of a character, to be filled by the nonzero rule. The steps take 1 (kMove, kLine),
@@ -55,7 +64,15 @@ struct Stroke {
   Point to;
 };
 
-/// What `glyph` covers.
-Box box_of(const PlacedGlyph& glyph);
+/// What the glyph covers.
+inline Box box_of(const PlacedGlyph& placed) {
+  const Box& ink = placed.glyph->ink;
+  if (ink.is_empty()) return {};
+  const double left = placed.xx * ink.left, right = placed.xx * ink.right;
+  const double low = placed.xy * ink.bottom, high = placed.xy * ink.top;
+  const double bottom = placed.yy * ink.bottom, top = placed.yy * ink.top;
+  return {placed.x + std::min(left, right) + std::min(low, high), placed.y + std::min(bottom, top),
+          placed.x + std::max(left, right) + std::max(low, high), placed.y + std::max(bottom, top)};
+}
 
 }  // namespace cad::font

@@ -47,6 +47,7 @@ struct Cell {
   const Glyph* glyph;
   double width;
   double x;  // in its line, once that is known
+  std::wstring_view source;
 };
 
 class Layout {
@@ -150,7 +151,7 @@ std::uint32_t Layout::look_of(const MTextReader& reader) {
 void Layout::add(const MTextReader& reader, const MTextPiece& piece) {
   const std::uint32_t number = look_of(reader);
   const Look& look = looks_[number];
-  Cell cell{Cell::Kind::kCharacter, piece.character, number, 0, nullptr, 0.0, 0.0};
+  Cell cell{Cell::Kind::kCharacter, piece.character, number, 0, nullptr, 0.0, 0.0, piece.source};
   switch (piece.kind) {
     case MTextPiece::Kind::kTab:
       cell.kind = Cell::Kind::kTab;
@@ -341,7 +342,7 @@ void Layout::spread(const Line& line, double spare) {
 }
 
 void Layout::place_line(const Line& line, double left, double base) {
-  MTextLine placed{left, base, line.width, line.tallest, out_.runs.size(), 0};
+  MTextLine placed{left, base, line.width, line.tallest, out_.runs.size(), 0, {}};
   std::optional<std::uint32_t> look;
   double run_begin = left;
   const auto end_run = [&](double x) {
@@ -372,6 +373,12 @@ void Layout::place_line(const Line& line, double left, double base) {
   while (seen > line.first && cells_[seen - 1].kind == Cell::Kind::kBlank) --seen;
   if (seen > line.first) placed.width = cells_[seen - 1].x + cells_[seen - 1].width;
   end_run(left + placed.width);
+  const std::size_t said = line.last_of_paragraph ? line.end : seen;
+  if (said > line.first) {
+    const std::wstring_view first = cells_[line.first].source, last = cells_[said - 1].source;
+    placed.source = {first.data(),
+                     static_cast<std::size_t>(last.data() - first.data()) + last.size()};
+  }
   placed.runs = out_.runs.size() - placed.first_run;
   out_.lines.push_back(placed);
 }

@@ -33,6 +33,7 @@ struct MTextLine {
   double width;   ///< blanks at its end left out
   double height;  ///< of its tallest capital
   std::size_t first_run, runs;
+  std::wstring_view source;  ///< its part of the contents, blanks at which it was broken left out
 };
 
 /// Origin: the insertion point; x along the lines, y up.

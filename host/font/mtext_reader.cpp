@@ -85,51 +85,55 @@ MTextReader::MTextReader(std::wstring_view contents, const MTextFormat& start, b
 
 bool MTextReader::next(MTextPiece& piece) {
   while (at_ < text_.size()) {
-    const wchar_t c = text_[at_];
-    switch (c) {
-      case L'{':
-        open_group(), ++at_;
-        continue;
-      case L'}':
-        close_group(), ++at_;
-        continue;
-      case L'\r':
-        ++at_;
-        continue;
-      case L'\n':
-        piece.kind = MTextPiece::Kind::kParagraphEnd, ++at_;
-        return true;
-      case L'\t':
-        piece.kind = MTextPiece::Kind::kTab, ++at_;
-        return true;
-      case L'\\':
-        if (read_backslash(piece)) return true;
-        continue;
-      case L'%':
-        if (!keep_percent_ && percent_code(text_, at_).length > 0) {
-          if (read_percent(piece)) return true;
-          continue;
-        }
-        break;
-      case L'^': {  // a control character as files spell it
-        const wchar_t code = at_ + 1 < text_.size() ? text_[at_ + 1] : L'\0';
-        if (code == L'I' || code == L'J') {
-          piece.kind = code == L'I' ? MTextPiece::Kind::kTab : MTextPiece::Kind::kParagraphEnd;
-          at_ += 2;
-          return true;
-        }
-        if (code == L'M') {
-          at_ += 2;
-          continue;
-        }
-        break;
-      }
-      default:
-        break;
-    }
-    return show(c, 1, piece);
+    const std::size_t begin = at_;
+    if (!read_piece(piece)) continue;
+    piece.source = text_.substr(begin, at_ - begin);
+    return true;
   }
   return false;
+}
+
+/// One step: false when it was a code that shows nothing.
+bool MTextReader::read_piece(MTextPiece& piece) {
+  const wchar_t c = text_[at_];
+  switch (c) {
+    case L'{':
+      open_group(), ++at_;
+      return false;
+    case L'}':
+      close_group(), ++at_;
+      return false;
+    case L'\r':
+      ++at_;
+      return false;
+    case L'\n':
+      piece.kind = MTextPiece::Kind::kParagraphEnd, ++at_;
+      return true;
+    case L'\t':
+      piece.kind = MTextPiece::Kind::kTab, ++at_;
+      return true;
+    case L'\\':
+      return read_backslash(piece);
+    case L'%':
+      if (!keep_percent_ && percent_code(text_, at_).length > 0) return read_percent(piece);
+      break;
+    case L'^': {  // a control character as files spell it
+      const wchar_t code = at_ + 1 < text_.size() ? text_[at_ + 1] : L'\0';
+      if (code == L'I' || code == L'J') {
+        piece.kind = code == L'I' ? MTextPiece::Kind::kTab : MTextPiece::Kind::kParagraphEnd;
+        at_ += 2;
+        return true;
+      }
+      if (code == L'M') {
+        at_ += 2;
+        return false;
+      }
+      break;
+    }
+    default:
+      break;
+  }
+  return show(c, 1, piece);
 }
 
 bool MTextReader::show(wchar_t character, std::size_t length, MTextPiece& piece) {

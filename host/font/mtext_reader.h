@@ -72,6 +72,7 @@ struct MTextPiece {
   /// there is one part only.
   wchar_t divider = 0;
   std::wstring upper, lower;
+  std::wstring_view source;  ///< what says it in the contents
 };
 
 /// Total: every text reads to its end. A code that nobody knows shows nothing and is counted; a
@@ -100,6 +101,7 @@ class MTextReader {
   struct Code;
   static const Code kCodes[];
 
+  bool read_piece(MTextPiece& piece);
   bool read_backslash(MTextPiece& piece);
   bool read_percent(MTextPiece& piece);
   bool show(wchar_t character, std::size_t length, MTextPiece& piece);

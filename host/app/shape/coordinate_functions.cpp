@@ -11,6 +11,7 @@
 #include "host/db/drawing.h"
 #include "host/db/entity_fields.h"
 #include "host/db/text_box.h"
+#include "host/db/text_style.h"
 #include "host/geometry/ocs.h"
 #include "host/lisp/error.h"
 #include "host/lisp/interpreter.h"
@@ -121,6 +122,8 @@ class TextGroups {
     return size.is_number() ? size.number() : 1.0;
   }
 
+  TextStyleRef style() const { return text_style(AcDbObjectId(style_)); }
+
   double of_style(int code, double absent) const {
     if (!style_) return absent;
     const Drawing& drawing = session_.database().drawing();
@@ -130,7 +133,7 @@ class TextGroups {
  private:
   lisp::List list_;
   DocumentSession& session_;
-  const Stub* style_ = nullptr;
+  Stub* style_ = nullptr;
 };
 
 /// As if the text stood at the origin, unturned.
@@ -140,7 +143,7 @@ Value fn_textbox(Call& call) {
   if (!content.is_string()) return Value();
   constexpr double kDegree = 3.14159265358979323846 / 180;
   const TextBox box = line_box(content.text(), text.height(), text.real(41, text.of_style(41, 1.0)),
-                               text.real(51, text.of_style(50, 0.0) * kDegree));
+                               text.real(51, text.of_style(50, 0.0) * kDegree), text.style());
   Interpreter& interp = call.interp();
   return interp.list(
       {list_of(interp, {box.left, box.bottom, 0.0}), list_of(interp, {box.right, box.top, 0.0})});
@@ -152,9 +155,7 @@ constexpr lisp::Builtin kCoordinateFunctions[] = {
      "name, "
      "or that of a normal; with displacement as a vector"},
     {"textbox", 1, 1, fn_textbox, "(textbox groups)",
-     "two corners of the box around a text, as if it stood at the origin, unturned; estimated by "
-     "the "
-     "widths of the usual single-stroke font"},
+     "two corners of the box around a text, as if it stood at the origin, unturned"},
 };
 
 }  // namespace

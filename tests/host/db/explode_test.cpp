@@ -8,6 +8,7 @@
 #include "host/db/record_groups.h"
 #include "tests/host/db/plan.h"
 #include "tests/host/db/shapes.h"
+#include "tests/host/geometry/near.h"
 
 namespace {
 
@@ -138,22 +139,63 @@ TEST_F(Explode, WhatHasNoPiecesIsNamed) {
   EXPECT_EQ(error_of(id(0x37)), "INSERT 37: is erased");
 }
 
-TEST(PlainLines, FormattingCodesAreLeftOut) {
-  using Lines = std::vector<std::wstring>;
-  EXPECT_EQ(cad::plain_lines(L"a\\Pb", 1, 0), (Lines{L"a", L"b"}));
-  EXPECT_EQ(cad::plain_lines(L"{\\fArial|b0|i0;DN\\C1;300}\\~m", 1, 0), (Lines{L"DN300 m"}));
-  EXPECT_EQ(cad::plain_lines(L"\\S1^2; \\L\\H2.5;x\\l", 1, 0), (Lines{L"1/2 x"}));
-  EXPECT_EQ(cad::plain_lines(L"\\\\ \\{ \\}", 1, 0), (Lines{L"\\ { }"}));
-  EXPECT_EQ(cad::plain_lines(L"", 1, 0), (Lines{L""}));
-  EXPECT_EQ(cad::plain_lines(L"\\", 1, 0), (Lines{L"\\"}));
-  EXPECT_EQ(cad::plain_lines(L"\\fArial", 1, 0), (Lines{L""}));
-  EXPECT_EQ(cad::plain_lines(L"%%c100", 1, 0), (Lines{L"%%c100"}));
+TEST(PlainLine, HasNoFormattingCodes) {
+  using cad::plain_line;
+  EXPECT_EQ(plain_line(L"{\\fArial|b0|i0;DN\\C1;300}\\~m"), L"DN300 m");
+  EXPECT_EQ(plain_line(L"\\S1^2; \\L\\H2.5;x\\l"), L"1/2 x");
+  EXPECT_EQ(plain_line(L"\\S2^ ;"), L"2");
+  EXPECT_EQ(plain_line(L"\\\\ \\{ \\}"), L"\\ { }");
+  EXPECT_EQ(plain_line(L""), L"");
+  EXPECT_EQ(plain_line(L"\\"), L"\\");
+  EXPECT_EQ(plain_line(L"\\fArial"), L"");
+  EXPECT_EQ(plain_line(L"%%c100"), L"%%c100");
 }
 
-TEST(PlainLines, WideLinesAreBrokenBetweenWords) {
-  using Lines = std::vector<std::wstring>;
-  EXPECT_EQ(cad::plain_lines(L"one two three", 1, 7), (Lines{L"one two", L"three"}));
-  EXPECT_EQ(cad::plain_lines(L"incomprehensible x", 1, 3), (Lines{L"incomprehensible", L"x"}));
+class ExplodedMText : public Explode {
+ protected:
+  /// The texts of the lines, from top to bottom.
+  std::vector<std::wstring> lines(const std::string& own) {
+    given(drawing_of(entity("MTEXT", "100 AcDbMText\n10 5.0\n20 7.0\n30 0.0\n40 2.0\n" + own)));
+    std::vector<std::wstring> texts;
+    pieces_ = exploded(0x100);
+    for (const AcDbObjectId piece : pieces_) {
+      EXPECT_EQ(cad::record_kind(piece), "TEXT");
+      cad::RecordGroups record;
+      record.read(piece);
+      texts.push_back(record.text(*record.find(1)));
+    }
+    return texts;
+  }
+  std::vector<AcDbObjectId> pieces_;
+};
+using Lines = std::vector<std::wstring>;
+
+TEST_F(ExplodedMText, GivesALineForEachOfItsOwn) {
+  EXPECT_EQ(lines("71 1\n1 a\\Pb\\P\\Pc\n"), (Lines{L"a", L"b", L"c"}));
+  EXPECT_THAT(point(pieces_[0], 10), Is(5, 5, 0));
+  EXPECT_THAT(point(pieces_[1], 10), Is(5, 5 - 10.0 / 3, 0));
+  EXPECT_THAT(point(pieces_[2], 10), Is(5, 5 - 10, 0));
+}
+
+TEST_F(ExplodedMText, BreaksWideLinesBetweenWords) {
+  EXPECT_EQ(lines("41 14.0\n71 1\n1 one two three\n"), (Lines{L"one two", L"three"}));
+  EXPECT_EQ(lines("41 6.0\n71 1\n1 incomprehensible x\n"), (Lines{L"incomprehensible", L"x"}));
+  EXPECT_EQ(lines("41 4.0\n71 1\n1 \\U+6807\\U+6CE8\\U+6807\n"), (Lines{L"标注", L"标"}));
+}
+
+TEST_F(ExplodedMText, PlacesCentredLinesByTheirMiddle) {
+  EXPECT_EQ(lines("71 2\n1 {\\C1;a}\\Pb%%c\n"), (Lines{L"a", L"b%%c"}));
+  EXPECT_THAT(point(pieces_[1], 11), Is(5, 5 - 10.0 / 3, 0));
+  EXPECT_THAT(bytes_of(pieces_[1]), HasSubstr(" 72\n     1\n"));
+  EXPECT_LT(point(pieces_[1], 10).x, 5);
+  EXPECT_EQ(lines("71 3\n50 90.0\n1 a\n"), (Lines{L"a"}));
+  EXPECT_THAT(point(pieces_[0], 11), Is(7, 7, 0));
+}
+
+TEST_F(ExplodedMText, KeepsTheHeightOfItsLines) {
+  EXPECT_EQ(lines("71 1\n1 {\\H0.5x;a}\\Pb\n"), (Lines{L"a", L"b"}));
+  EXPECT_THAT(bytes_of(pieces_[0]), HasSubstr(" 40\n1.0\n"));
+  EXPECT_THAT(bytes_of(pieces_[1]), HasSubstr(" 40\n2.0\n"));
 }
 
 }  // namespace

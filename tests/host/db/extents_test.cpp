@@ -5,6 +5,7 @@
 #include <random>
 
 #include "host/db/entity_shape.h"
+#include "host/db/text_box.h"
 #include "host/geometry/plan_area.h"
 #include "tests/host/db/little.h"
 #include "tests/host/db/plan.h"
@@ -92,12 +93,12 @@ TEST_F(Extents, OfNestedReferencesGoThrough) {
 
 TEST_F(Extents, OfAReferenceWithAttributesHoldTheirTexts) {
   expect_box(box(insert("2 B\n10 0\n20 0\n30 0\n66 1\n") +
-                     entity("ATTRIB", "AcDbText", "10 100\n20 0\n30 0\n40 2.1\n1 0\n70 0\n") +
-                     entity("ATTRIB", "AcDbText", "10 500\n20 0\n30 0\n40 2.1\n1 0\n70 1\n") +
+                     entity("ATTRIB", "AcDbText", "10 100\n20 0\n30 0\n40 2.1\n1 HH\n70 0\n") +
+                     entity("ATTRIB", "AcDbText", "10 500\n20 0\n30 0\n40 2.1\n1 HH\n70 1\n") +
                      "0 SEQEND\n100 AcDbEntity\n8 0\n",
                  block("B", kCircle + entity("ATTDEF", "AcDbText",
                                              "10 900\n20 0\n30 0\n40 1\n1 0\n2 T\n70 0\n"))),
-             {1, -1, 0}, {102, 2.1, 0});
+             {1, -1, 0}, {100 + cad::line_box(L"HH", 2.1).right, 2.1, 0});
 }
 
 TEST_F(Extents, OfBlocksThatContainThemselvesEnd) {

@@ -1,9 +1,8 @@
 #include "host/app/command/text/text_place.h"
 
-#include <cmath>
-
 #include "host/app/command/settings/records.h"
-#include "host/db/text_box.h"
+#include "host/db/text_style.h"
+#include "host/font/placement.h"
 
 namespace cad {
 namespace {
@@ -128,43 +127,35 @@ Flow<TextPlace> ask_text_place(CommandLine& line) {
 
 void add_place(GroupList& groups, CommandLine& line, const TextPlace& place, std::wstring_view text,
                int vertical_code) {
+  constexpr int kAligned = 3, kFit = 5;
   const WorkPlane plane(line);
-  const AcDbObjectId style = find_record(line.database(), "STYLE", place.style);
-  const double oblique = group_real(style, 50);
-  double width_factor = group_real(style, 41, 1.0), height = place.height;
-  const double length = flat_distance(place.point, place.second);
-  if (place.horizontal == 3) {
-    const double unit = line_box(text, 1.0, width_factor, oblique).width();
-    height = unit > 0.0 && length > 0.0 ? length / unit : line.real_variable(L"TEXTSIZE");
-  } else if (place.horizontal == 5) {
-    const double unit = line_box(text, height, 1.0, oblique).width();
-    if (unit > 0.0 && length > 0.0) width_factor = length / unit;
-  }
-  AcGePoint3d start = place.point;
-  AcGePoint3d alignment = place.point;
-  if (place.horizontal == 3 || place.horizontal == 5) {
-    alignment = place.second;
-  } else if (place.horizontal != 0 || place.vertical != 0) {
-    // Where the base line begins, for readers that do not align by themselves.
-    const TextBox box = line_box(text, height, width_factor, oblique);
-    const bool in_middle = place.horizontal == 4;
-    const double x = place.horizontal == 2                ? -box.right
-                     : place.horizontal == 1 || in_middle ? -(box.left + box.right) / 2
-                                                          : 0.0;
-    const double y = in_middle             ? -(box.bottom + box.top) / 2
-                     : place.vertical == 3 ? -height
-                     : place.vertical == 2 ? -height / 2
-                     : place.vertical == 1 ? -box.bottom
-                                           : 0.0;
-    start = polar(polar(start, place.angle, x), place.angle + std::acos(0.0), y);
-  }
-  groups.point(10, plane.stored(start))
-      .real(40, height)
-      .real(41, width_factor)
-      .real(50, plane.stored_angle(place.angle))
+  const AcDbObjectId record = find_record(line.database(), "STYLE", place.style);
+  const TextStyleRef style = text_style(record);
+  const bool between = place.horizontal == kAligned || place.horizontal == kFit;
+  const bool justified = place.horizontal != 0 || place.vertical != 0;
+  const AcGePoint3d& alignment = between ? place.second : place.point;
+
+  font::LinePlace where;
+  where.first = {place.point.x, place.point.y};
+  where.second = {alignment.x, alignment.y};
+  where.across = static_cast<font::Across>(place.horizontal);
+  where.up = static_cast<font::Up>(place.vertical);
+  where.rotation = place.angle;
+  // The height of an aligned text follows from its ends, unless they are one.
+  where.shape.height =
+      place.horizontal == kAligned ? line.real_variable(L"TEXTSIZE") : place.height;
+  where.shape.width_factor = style->font.width_factor;
+  where.shape.oblique = style->font.oblique;
+  where.shape.vertical = style->font.vertical;
+  const font::PlacedLine placed = font::place_line(text, *style->face, where);
+
+  groups.point(10, plane.stored({placed.start.x, placed.start.y, place.point.z}))
+      .real(40, placed.shape.height)
+      .real(41, placed.shape.width_factor)
+      .real(50, plane.stored_angle(placed.rotation))
       .text(7, place.style);
-  if (oblique != 0.0) groups.real(51, oblique);
-  if (place.horizontal != 0 || place.vertical != 0)
+  if (placed.shape.oblique != 0.0) groups.real(51, placed.shape.oblique);
+  if (justified)
     groups.integer(72, place.horizontal)
         .point(11, plane.stored(alignment))
         .integer(vertical_code, place.vertical);

@@ -49,11 +49,11 @@ TEST_F(Coordinates, OfSystemsThatDoNotExistAreErrors) {
 }
 
 TEST_F(Coordinates, ATextboxIsMeasuredAtTheOrigin) {
-  EXPECT_EQ(
-      eval("(textbox '((0 . \"TEXT\") (1 . \"标注\") (40 . 2.5) (10 7.0 7.0 0.0) (50 . 1.0)))"),
-      "((0.0 0.0 0.0) (5.0 2.5 0.0))");
-  EXPECT_EQ(eval("(textbox '((1 . \"标注\") (40 . 2.5) (41 . 2.0)))"),
-            "((0.0 0.0 0.0) (10.0 2.5 0.0))");
+  EXPECT_EQ(eval("(setq box (textbox '((0 . \"TEXT\") (1 . \"标注\") (40 . 2.5) (10 7.0 7.0 0.0)"
+                 " (50 . 1.0)))) (list (car box) (caadr box) (< 2.0 (cadadr box) 2.75))"),
+            "((0.0 0.0 0.0) 5.0 T)");
+  EXPECT_EQ(eval("(caadr (textbox '((1 . \"标注\") (40 . 2.5) (41 . 2.0))))"), "10.0");
+  EXPECT_EQ(eval("(equal (cadadr (textbox '((1 . \"H\") (40 . 2.5)))) 2.5 1e-9)"), "T");
   EXPECT_EQ(eval("(caddr (cadr (textbox '((1 . \"gx\")))))"), "0.0");  // the current height
   EXPECT_EQ(eval("(minusp (cadar (textbox '((1 . \"gx\") (40 . 1)))))"), "T");
   EXPECT_EQ(eval("(textbox '((0 . \"TEXT\")))"), "nil");
