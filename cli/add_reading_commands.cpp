@@ -19,7 +19,9 @@ Example:
 
 CLI::App* add_command(CLI::App& program, const char* name, const char* what, std::string& drawing) {
   CLI::App* const command = program.add_subcommand(name, what);
-  command->add_option("DRAWING", drawing, "the drawing, a DXF file")->required()->type_name("");
+  command->add_option("DRAWING", drawing, "the drawing, a DXF or DWG file")
+      ->required()
+      ->type_name("");
   return command;
 }
 

@@ -14,6 +14,7 @@
 #include "host/db/dictionary.h"
 #include "host/db/open.h"
 #include "host/db/xrecord.h"
+#include "host/dwg/converter.h"
 #include "module/registry/vocabulary.h"
 
 namespace cli {
@@ -66,8 +67,10 @@ RecordCount count_records(AcDbDatabase& database) {
 
 std::string handle_digits(std::uint64_t handle) { return cad::to_utf8(cad::handle_text(handle)); }
 
-void print_json(const cad::DrawingFacts& facts, const RecordCount& count) {
+void print_json(const InfoOptions& options, const cad::DrawingFacts& facts,
+                const RecordCount& count) {
   nlohmann::ordered_json out;
+  if (cad::dwg::is_dwg_file(options.drawing)) out["file"] = "dwg";
   out["version"] = facts.version;
   out["release"] = facts.version_name;
   out["encoding"] = facts.binary ? "binary" : "ascii";
@@ -89,6 +92,8 @@ void print_text(const InfoOptions& options, const cad::DrawingFacts& facts,
                 const RecordCount& count) {
   std::printf("%s\n", options.drawing.c_str());
   std::printf("  release     %s (%s)\n", facts.version_name.c_str(), facts.version.c_str());
+  if (cad::dwg::is_dwg_file(options.drawing))
+    std::printf("  file        DWG; what follows is of the DXF that a converter made of it\n");
   std::printf("  encoding    %s\n", facts.binary ? "binary"
                                     : facts.crlf ? "ASCII, CR LF line ends"
                                                  : "ASCII, LF line ends");
@@ -118,7 +123,7 @@ ExitStatus info(const InfoOptions& options) {
   AcDbDatabase& database = *(*drawing)->database();
   const RecordCount count = count_records(database);
   if (options.json)
-    print_json(database.facts(), count);
+    print_json(options, database.facts(), count);
   else
     print_text(options, database.facts(), count);
   return kSuccess;
@@ -130,7 +135,7 @@ void add_info_command(CLI::App& program, int& status) {
   const auto options = std::make_shared<InfoOptions>();
   CLI::App* const command = program.add_subcommand("info", "tell what a drawing holds");
   command->footer(kFooter);
-  command->add_option("DRAWING", options->drawing, "the drawing, a DXF file")
+  command->add_option("DRAWING", options->drawing, "the drawing, a DXF or DWG file")
       ->required()
       ->type_name("");
   command->add_flag("--json", options->json, "print JSON");

@@ -227,7 +227,7 @@ void add_render_command(CLI::App& program, int& status) {
   CLI::App* const command =
       program.add_subcommand("render", "draw a picture of a drawing: SVG, PNG or PDF");
   command->footer(kFooter);
-  command->add_option("DRAWING", options->drawing, "the drawing, a DXF file")
+  command->add_option("DRAWING", options->drawing, "the drawing, a DXF or DWG file")
       ->required()
       ->type_name("");
   command->add_option("-o,--output", options->output, "the picture; its ending says the format")

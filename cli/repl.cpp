@@ -16,6 +16,7 @@
 #include "host/app/session.h"
 #include "host/base/codepage.h"
 #include "host/base/fold.h"
+#include "host/dwg/converter.h"
 #include "host/lisp/reader.h"
 
 namespace cli {
@@ -26,7 +27,7 @@ constexpr char kFooter[] =
 what was typed. Ctrl-C drops the line or stops the program that runs, Ctrl-D leaves.
 
 At the prompt:
-  :save [FILE]   write the drawing; without FILE over itself, the previous one as .bak
+  :save [FILE]   write the drawing as DXF; without FILE over itself, the previous one as .bak
   :help          show this
   :quit          leave without writing
 
@@ -245,7 +246,8 @@ class Repl {
 ExitStatus repl(const ReplOptions& options) {
   Tool tool(options.tool);
   ExitStatus status = kSuccess;
-  AcApDocument* const drawing = tool.open(options.drawing, true, status);
+  const bool can_be_saved = !cad::dwg::is_dwg_file(options.drawing);
+  AcApDocument* const drawing = tool.open(options.drawing, can_be_saved, status);
   if (drawing && !options.answers.empty()) {
     if (cad::Status read = tool.host().set_answers(options.answers); !read) {
       complain("--answers: " + read.error().message());
@@ -261,7 +263,7 @@ void add_repl_command(CLI::App& program, int& status) {
   const auto options = std::make_shared<ReplOptions>();
   CLI::App* const command = program.add_subcommand("repl", "a LISP prompt on a drawing");
   command->footer(kFooter);
-  command->add_option("DRAWING", options->drawing, "the drawing, a DXF file")
+  command->add_option("DRAWING", options->drawing, "the drawing, a DXF or DWG file")
       ->required()
       ->type_name("");
   command->add_option("--answers", options->answers, "answers to prompts, one in each line")

@@ -77,6 +77,12 @@ ExitStatus run_steps(Tool& tool, AcApDocument* drawing, const std::vector<Step>&
 }
 
 ExitStatus run(const RunOptions& options, const std::vector<Step>& steps) {
+  if (!options.output.empty()) {
+    if (cad::Status possible = cad::Host::check_target(options.output); !possible) {
+      complain(possible.error().message());
+      return kWrongUsage;
+    }
+  }
   Tool tool(options.tool);
   ExitStatus status = kSuccess;
   AcApDocument* const drawing = tool.open(options.drawing, options.in_place, status);
@@ -108,7 +114,7 @@ void add_run_command(CLI::App& program, int& status) {
   const auto options = std::make_shared<RunOptions>();
   CLI::App* const command = program.add_subcommand("run", "run LISP scripts on a drawing");
   command->footer(kFooter);
-  command->add_option("DRAWING", options->drawing, "the drawing, a DXF file")
+  command->add_option("DRAWING", options->drawing, "the drawing, a DXF or DWG file")
       ->required()
       ->type_name("");
   CLI::Option* const scripts =
@@ -119,7 +125,7 @@ void add_run_command(CLI::App& program, int& status) {
           ->type_name("EXPR")
           ->allow_extra_args(false);
   CLI::Option* const output =
-      command->add_option("-o,--output", options->output, "write the drawing to this file")
+      command->add_option("-o,--output", options->output, "write the drawing to this DXF file")
           ->type_name("OUT");
   command
       ->add_flag("--in-place", options->in_place,

@@ -13,6 +13,7 @@
 #include "host/base/codepage.h"
 #include "host/base/file.h"
 #include "host/base/trace.h"
+#include "host/dwg/converter.h"
 #include "network/places.h"
 
 namespace cli {
@@ -90,6 +91,11 @@ Tool::~Tool() {
 }
 
 AcApDocument* Tool::open(const std::string& path, bool for_writing, ExitStatus& status) {
+  if (for_writing && cad::dwg::is_dwg_file(path)) {
+    complain(cad::Host::check_target(path).error().message());
+    status = kWrongUsage;
+    return nullptr;
+  }
   cad::Result<AcApDocument*> drawing = host_.open_drawing(path, {for_writing});
   if (!drawing) {
     // Whether the fault is in reading: the same path, asked for less.

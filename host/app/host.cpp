@@ -13,11 +13,13 @@
 #include "host/app/session.h"
 #include "host/app/system/blackboard.h"
 #include "host/base/codepage.h"
+#include "host/base/fold.h"
 #include "host/base/install_folder.h"
 #include "host/base/numbers.h"
 #include "host/base/trace.h"
 #include "host/db/drawing.h"
 #include "host/db/undo.h"
+#include "host/dwg/converter.h"
 #include "host/lisp/interpreter.h"
 #include "host/lisp/printer.h"
 
@@ -123,6 +125,7 @@ AcApDocument* Host::adopt(std::unique_ptr<AcApDocument> document) {
 Result<AcApDocument*> Host::open_drawing(const std::string& path, OpenOptions options) {
   std::optional<FileLock> lock;
   if (options.for_writing) {
+    if (dwg::is_dwg_file(path)) return check_target(path).error();
     Result<FileLock> acquired = FileLock::acquire(path);
     if (!acquired) return acquired.error();
     lock.emplace(std::move(*acquired));
@@ -167,7 +170,16 @@ void Host::close(AcApDocument* document) {
   if (!manager.documents_.empty()) manager.setCurDocument(manager.documents_.back());
 }
 
+Status Host::check_target(const std::string& path) {
+  if (dwg::is_dwg_file(path))
+    return fail(path, "is a DWG file, and drawings are written as DXF: name another file");
+  if (folded(path).ends_with(".dwg") && !is_file(path))
+    return fail(path, "drawings are written as DXF: give the file the extension .dxf");
+  return {};
+}
+
 Status Host::save(AcApDocument* document, const std::string& path, bool keep_backup) {
+  if (Status possible = check_target(path); !possible) return possible;
   DocumentSession& session = document->session();
   Modules::instance().broadcast(AcRx::kSaveMsg);
   const Drawing& drawing = document->database()->drawing();

@@ -51,7 +51,8 @@ class Host {
   struct OpenOptions {
     bool for_writing = false;  ///< keeps every other program from writing the file
   };
-  /// Opens a drawing and makes it current; an error leaves everything as it was.
+  /// Opens a drawing, DXF or DWG by its contents, and makes it current; an error leaves everything
+  /// as it was. A DWG file cannot be opened for writing.
   Result<AcApDocument*> open_drawing(const std::string& path) { return open_drawing(path, {}); }
   Result<AcApDocument*> open_drawing(const std::string& path, OpenOptions options);
   /// A drawing from memory; `name` stands in error messages.
@@ -60,7 +61,9 @@ class Host {
   AcApDocument* new_drawing();
   /// Closes without saving. The document opened last among those left becomes current.
   void close(AcApDocument* document);
-  /// Writes the drawing. With `keep_backup` the file replaced stays as path + ".bak".
+  /// Why no drawing can be written there: it is a DWG file, or would be named like one.
+  static Status check_target(const std::string& path);
+  /// Writes the drawing as DXF. With `keep_backup` the file replaced stays as path + ".bak".
   Status save(AcApDocument* document, const std::string& path, bool keep_backup = false);
 
   /// A file, or the name of a module; see AcRxDynamicLinker.

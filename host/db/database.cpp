@@ -29,12 +29,6 @@ AcDbDatabase::~AcDbDatabase() {
   if (services->workingDatabase() == this) services->setWorkingDatabase(nullptr);
 }
 
-cad::Status AcDbDatabase::read_file(const std::string& path) {
-  cad::Result<cad::MappedFile> file = cad::MappedFile::open(path);
-  if (!file) return file.error();
-  return drawing_->read(std::move(*file), path);
-}
-
 cad::Status AcDbDatabase::read_bytes(std::string bytes, const std::string& name) {
   return drawing_->read(std::move(bytes), name);
 }

@@ -5,6 +5,19 @@
 #include "host/db/database.h"
 #include "host/db/drawing.h"
 #include "host/db/insert_drawing.h"
+#include "host/dwg/converter.h"
+
+cad::Status AcDbDatabase::read_file(const std::string& path) {
+  cad::Result<cad::MappedFile> file = cad::MappedFile::open(path);
+  if (!file) return file.error();
+  if (!cad::dwg::is_dwg(file->bytes())) return drawing_->read(std::move(*file), path);
+  cad::Result<cad::dwg::Converted> converted = cad::dwg::to_dxf(path);
+  if (!converted) return converted.error();
+  const cad::Status read = drawing_->read(std::move(converted->dxf), path);
+  if (read) return read;
+  return cad::fail(path, "is a DWG file; what its converter " + converted->converter +
+                             " made of it cannot be read: " + read.error().what);
+}
 
 Acad::ErrorStatus AcDbDatabase::readDwgFile(const ACHAR* file, int, bool) {
   const auto refuse = [&](Acad::ErrorStatus status, const cad::Error& error) {
@@ -20,7 +33,8 @@ Acad::ErrorStatus AcDbDatabase::readDwgFile(const ACHAR* file, int, bool) {
     return refuse(Acad::eInvalidInput, cad::fail(path, "wants an empty database to be read into"));
   if (const cad::Status status = read_file(path); !status) {
     drawing_ = std::make_unique<cad::Drawing>(*this);  // what was read of it is of no use
-    return refuse(Acad::eBadDxfSequence, status.error());
+    return refuse(cad::dwg::is_dwg_file(path) ? Acad::eInvalidDwgVersion : Acad::eBadDxfSequence,
+                  status.error());
   }
   return Acad::eOk;
 }

@@ -3,6 +3,7 @@
 #include <optional>
 #include <vector>
 
+#include "host/app/command/block/block_file.h"
 #include "host/app/command/block/block_lookup.h"
 #include "host/app/command/command_table.h"
 #include "host/app/command/draw/draw.h"
@@ -244,6 +245,29 @@ void explode(CommandLine& line, AcDbObjectId reference) {
   erase_last(drawn);
 }
 
+/// A block of a drawing file, or the one of its name when that is to stay. Null when refused.
+Flow<> take_block(CommandLine& line, Placement& placement, const BlockSource& source) {
+  const AcDbObjectId known = find_block(line.database(), source.name);
+  if (!source.file) {
+    line.refuse(source.wants_file
+                    ? L"there is no drawing file for the block \"" + source.name + L"\""
+                    : L"the drawing has no block \"" + source.name +
+                          L"\", and there is no drawing file of that name");
+    co_return;
+  }
+  if (!known.isNull() && !line.spares_warning(2)) {
+    const std::wstring text =
+        L"Block \"" + source.name + L"\" already exists. Redefine it? [Yes/No] <N>: ";
+    const Answer redefine = co_await line.keyword({.text = text, .keywords = L"Yes No"});
+    if (!redefine.is(L"Yes")) {
+      placement.block = known;
+      co_return;
+    }
+  }
+  const Result<AcDbObjectId> made = block_from_file(line.database(), source.name, *source.file);
+  if (line.check(made)) placement.block = *made;
+}
+
 /// A block by what is typed for its name. Null when refused.
 Flow<> ask_block(CommandLine& line, Placement& placement) {
   for (;;) {
@@ -259,11 +283,13 @@ Flow<> ask_block(CommandLine& line, Placement& placement) {
     placement.exploded = wanted.starts_with(L"*");
     if (placement.exploded) wanted.erase(0, 1);
     placement.block = find_block(line.database(), wanted);
-    if (placement.block.isNull() || wanted.find(L'=') != std::wstring::npos)
-      line.refuse(L"the drawing has no block \"" + wanted +
-                  L"\"; blocks are not read from other files");
-    else
-      placement.name = group_text(placement.block, 2);
+    if (placement.block.isNull() && !wanted.empty()) {
+      const BlockSource source = block_source(wanted);
+      co_await take_block(line, placement, source);
+    } else if (placement.block.isNull()) {
+      line.refuse(L"a block needs a name");
+    }
+    if (!placement.block.isNull()) placement.name = group_text(placement.block, 2);
     co_return;
   }
 }
@@ -319,9 +345,9 @@ Flow<> minsert_command(CommandLine& line) { co_await insert(line, true); }
 
 constexpr CommandRow kRows[] = {
     {"INSERT", "I DDINSERT", insert_command,
-     "block name or *name, insertion point [Scale/X/Y/Z/Rotate], X scale [Corner/XYZ], Y scale, "
-     "rotation, values of the attributes",
-     "inserts a block of the drawing"},
+     "block name, *name, file or name=file, [redefine], insertion point [Scale/X/Y/Z/Rotate], "
+     "X scale [Corner/XYZ], Y scale, rotation, values of the attributes",
+     "inserts a block of the drawing, or a drawing file as one"},
     {"MINSERT", "", minsert_command,
      "as INSERT, with rows, columns and their distances before the values",
      "inserts an array of a block"},
