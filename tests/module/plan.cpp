@@ -6,167 +6,52 @@
 #include "host/base/codepage.h"
 #include "module/platform/opened.h"
 #include "module/record/item_chain.h"
+#include "tests/host/dxf/drawing_parts.h"
+#include "tests/host/dxf/written.h"
 
 namespace {
 
-struct Group {
-  int code;
-  std::string value;
-};
-using Groups = std::vector<Group>;
+constexpr std::string_view kModelSpace = "1F";
 
-void add(Groups& out, std::initializer_list<Group> groups) {
-  out.insert(out.end(), groups.begin(), groups.end());
+std::string line(std::string_view handle, std::string_view layer) {
+  return noted::entity("LINE", handle, kModelSpace, layer, "AcDbLine",
+                       "10 0.0\n20 0.0\n30 0.0\n11 36.5\n21 0.0\n31 0.0\n");
 }
 
-void add_line(Groups& out, const std::string& handle, const std::string& layer) {
-  add(out, {{0, "LINE"},
-            {5, handle},
-            {330, "1F"},
-            {100, "AcDbEntity"},
-            {8, layer},
-            {100, "AcDbLine"},
-            {10, "0.0"},
-            {20, "0.0"},
-            {30, "0.0"},
-            {11, "36.5"},
-            {21, "0.0"},
-            {31, "0.0"}});
+std::string text(std::string_view handle, std::string_view layer) {
+  return noted::entity(
+      "TEXT", handle, kModelSpace, layer, "AcDbText",
+      noted::join("10 1.0\n20 2.0\n30 0.0\n40 3.5\n1 label ", handle, "\n100 AcDbText\n"));
 }
 
-void add_text(Groups& out, const std::string& handle, const std::string& layer) {
-  add(out, {{0, "TEXT"},
-            {5, handle},
-            {330, "1F"},
-            {100, "AcDbEntity"},
-            {8, layer},
-            {100, "AcDbText"},
-            {10, "1.0"},
-            {20, "2.0"},
-            {30, "0.0"},
-            {40, "3.5"},
-            {1, "label " + handle},
-            {100, "AcDbText"}});
-}
-
-void add_block(Groups& out, const std::string& name, const std::string& record,
-               const std::string& begin, const std::string& end) {
-  add(out, {{0, "BLOCK"},
-            {5, begin},
-            {330, record},
-            {100, "AcDbEntity"},
-            {8, "0"},
-            {100, "AcDbBlockBegin"},
-            {2, name},
-            {70, "0"},
-            {10, "0.0"},
-            {20, "0.0"},
-            {30, "0.0"},
-            {3, name},
-            {1, ""},
-            {0, "ENDBLK"},
-            {5, end},
-            {330, record},
-            {100, "AcDbEntity"},
-            {8, "0"},
-            {100, "AcDbBlockEnd"}});
-}
-
-void add_table(Groups& out, const std::string& name, const std::string& handle) {
-  add(out, {{0, "TABLE"}, {2, name}, {5, handle}, {330, "0"}, {100, "AcDbSymbolTable"}, {70, "1"}});
-}
-
-void add_layer(Groups& out, const std::string& name, const std::string& handle, int flags) {
-  add(out, {{0, "LAYER"},
-            {5, handle},
-            {330, "2"},
-            {100, "AcDbSymbolTableRecord"},
-            {100, "AcDbLayerTableRecord"},
-            {2, name},
-            {70, std::to_string(flags)},
-            {62, "7"},
-            {6, "Continuous"}});
-}
-
-void add_block_record(Groups& out, const std::string& name, const std::string& handle) {
-  add(out, {{0, "BLOCK_RECORD"},
-            {5, handle},
-            {330, "1"},
-            {100, "AcDbSymbolTableRecord"},
-            {100, "AcDbBlockTableRecord"},
-            {2, name}});
-}
-
-Groups plan_groups() {
-  Groups out;
-  add(out, {{0, "SECTION"},
-            {2, "HEADER"},
-            {9, "$ACADVER"},
-            {1, "AC1027"},
-            {9, "$HANDSEED"},
-            {5, "100"},
-            {9, "$CLAYER"},
-            {8, "0"},
-            {9, "$TILEMODE"},
-            {70, "1"},
-            {0, "ENDSEC"}});
-  add(out, {{0, "SECTION"}, {2, "TABLES"}});
-  add_table(out, "LAYER", "2");
-  add_layer(out, "0", "10", 0);
-  add_layer(out, "LOCKED", "11", 4);
-  add(out, {{0, "ENDTAB"}});
-  add_table(out, "BLOCK_RECORD", "1");
-  add_block_record(out, "*Model_Space", "1F");
-  add_block_record(out, "*Paper_Space", "1B");
-  add(out, {{0, "ENDTAB"}, {0, "ENDSEC"}, {0, "SECTION"}, {2, "BLOCKS"}});
-  add_block(out, "*Model_Space", "1F", "20", "21");
-  add_block(out, "*Paper_Space", "1B", "1C", "1D");
-  add(out, {{0, "ENDSEC"}, {0, "SECTION"}, {2, "ENTITIES"}});
-  add_line(out, "2F", "0");
-  add_line(out, "30", "0");
-  add_line(out, "31", "LOCKED");
-  for (const char digit : std::string("0123456789")) add_text(out, std::string("4") + digit, "0");
-  add(out, {{0, "MTEXT"},
-            {5, "4A"},
-            {330, "1F"},
-            {100, "AcDbEntity"},
-            {8, "0"},
-            {100, "AcDbMText"},
-            {10, "1.0"},
-            {20, "2.0"},
-            {30, "0.0"},
-            {40, "3.5"},
-            {71, "1"},
-            {1, "label 4A"}});
-  add_text(out, "4B", "LOCKED");
-  add(out, {{0, "ENDSEC"},
-            {0, "SECTION"},
-            {2, "OBJECTS"},
-            {0, "DICTIONARY"},
-            {5, "C"},
-            {330, "0"},
-            {100, "AcDbDictionary"},
-            {281, "1"},
-            {3, "ACAD_GROUP"},
-            {350, "D"},
-            {0, "DICTIONARY"},
-            {5, "D"},
-            {330, "C"},
-            {100, "AcDbDictionary"},
-            {281, "1"},
-            {0, "ENDSEC"},
-            {0, "EOF"}});
-  return out;
+std::string entities() {
+  std::string all = line("2F", "0") + line("30", "0") + line("31", "LOCKED");
+  for (const char digit : std::string("0123456789")) all += text(std::string("4") + digit, "0");
+  all += noted::entity("MTEXT", "4A", kModelSpace, "0", "AcDbMText",
+                       "10 1.0\n20 2.0\n30 0.0\n40 3.5\n71 1\n1 label 4A\n");
+  return all + text("4B", "LOCKED");
 }
 
 }  // namespace
 
 std::string Plan::bytes() {
-  std::string text;
-  for (const Group& group : plan_groups()) {
-    text += std::to_string(group.code) + "\n" + group.value + "\n";
-  }
-  return text;
+  constexpr std::string_view kHeader =
+      "9 $ACADVER\n1 AC1027\n9 $HANDSEED\n5 100\n9 $CLAYER\n8 0\n9 $TILEMODE\n70 1\n";
+  constexpr std::string_view kObjects =
+      "0 DICTIONARY\n5 C\n330 0\n100 AcDbDictionary\n281 1\n3 ACAD_GROUP\n350 D\n"
+      "0 DICTIONARY\n5 D\n330 C\n100 AcDbDictionary\n281 1\n";
+  const std::string layers = noted::layer("10", "0") + noted::layer("11", "LOCKED", 4);
+  const std::string block_records =
+      noted::block_record("1F", "*Model_Space") + noted::block_record("1B", "*Paper_Space");
+  const std::string blocks =
+      noted::block({.name = "*Model_Space", .record = "1F", .begin = "20", .end = "21"}) +
+      noted::block({.name = "*Paper_Space", .record = "1B", .begin = "1C", .end = "1D"});
+  return written::ascii(
+      noted::join(noted::section("HEADER", kHeader),
+                  noted::section("TABLES", noted::table("LAYER", "2", 2, layers) +
+                                               noted::table("BLOCK_RECORD", "1", 2, block_records)),
+                  noted::section("BLOCKS", blocks), noted::section("ENTITIES", entities()),
+                  noted::section("OBJECTS", kObjects), "0 EOF\n"));
 }
 
 namespace {

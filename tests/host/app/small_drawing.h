@@ -3,29 +3,22 @@
 #include <string>
 #include <string_view>
 
+#include "tests/host/dxf/drawing_parts.h"
+#include "tests/host/dxf/written.h"
+
 /// DXF from lines that hold code and value side by side: "0 LINE\n8 0\n".
 inline std::string dxf(std::string_view lines) {
   std::string out;
-  while (!lines.empty()) {
-    const std::size_t end = lines.find('\n');
-    const std::string_view line = lines.substr(0, end);
-    lines.remove_prefix(end == std::string_view::npos ? lines.size() : end + 1);
-    if (line.empty()) continue;
-    const std::size_t blank = line.find(' ');
-    out += line.substr(0, blank);
-    out += '\n';
-    if (blank != std::string_view::npos) out += line.substr(blank + 1);
-    out += '\n';
-  }
+  written::for_each_tag(lines, [&](int code, std::string_view value) {
+    out.append(std::to_string(code)).append("\n").append(value).append("\n");
+  });
   return out;
 }
 
 /// A pipe (LINE 2A), its label (TEXT 2B, turned by 90 degrees, on a locked layer, with extended
 /// data), a LWPOLYLINE (2C), a well (INSERT 2D with ATTRIB 2E), and a paper-space line (30).
 inline std::string small_drawing() {
-  return dxf(R"(0 SECTION
-2 HEADER
-9 $ACADVER
+  constexpr std::string_view kHeader = R"(9 $ACADVER
 1 AC1027
 9 $DWGCODEPAGE
 3 ANSI_936
@@ -43,120 +36,8 @@ inline std::string small_drawing() {
 40 2.5
 9 $CECOLOR
 62 256
-0 ENDSEC
-0 SECTION
-2 TABLES
-0 TABLE
-2 LAYER
-5 2
-330 0
-100 AcDbSymbolTable
-70 2
-0 LAYER
-5 10
-330 2
-100 AcDbSymbolTableRecord
-100 AcDbLayerTableRecord
-2 0
-70 0
-62 7
-6 Continuous
-370 -3
-0 LAYER
-5 11
-330 2
-100 AcDbSymbolTableRecord
-100 AcDbLayerTableRecord
-2 ZY-标注
-70 4
-62 3
-6 Continuous
-0 ENDTAB
-0 TABLE
-2 BLOCK_RECORD
-5 1
-330 0
-100 AcDbSymbolTable
-70 3
-0 BLOCK_RECORD
-5 1F
-330 1
-100 AcDbSymbolTableRecord
-100 AcDbBlockTableRecord
-2 *Model_Space
-340 0
-0 BLOCK_RECORD
-5 1B
-330 1
-100 AcDbSymbolTableRecord
-100 AcDbBlockTableRecord
-2 *Paper_Space
-340 41
-0 BLOCK_RECORD
-5 1A
-330 1
-100 AcDbSymbolTableRecord
-100 AcDbBlockTableRecord
-2 WELL
-340 0
-0 ENDTAB
-0 ENDSEC
-0 SECTION
-2 BLOCKS
-0 BLOCK
-5 20
-330 1F
-100 AcDbEntity
-8 0
-100 AcDbBlockBegin
-2 *Model_Space
-70 0
-10 0.0
-20 0.0
-30 0.0
-3 *Model_Space
-1 
-0 ENDBLK
-5 21
-330 1F
-100 AcDbEntity
-8 0
-100 AcDbBlockEnd
-0 BLOCK
-5 22
-330 1B
-100 AcDbEntity
-67 1
-8 0
-100 AcDbBlockBegin
-2 *Paper_Space
-70 0
-10 0.0
-20 0.0
-30 0.0
-3 *Paper_Space
-1 
-0 ENDBLK
-5 23
-330 1B
-100 AcDbEntity
-67 1
-8 0
-100 AcDbBlockEnd
-0 BLOCK
-5 24
-330 1A
-100 AcDbEntity
-8 0
-100 AcDbBlockBegin
-2 WELL
-70 2
-10 1.0
-20 2.0
-30 0.0
-3 WELL
-1 
-0 CIRCLE
+)";
+  constexpr std::string_view kCircle = R"(0 CIRCLE
 5 25
 330 1A
 100 AcDbEntity
@@ -166,16 +47,8 @@ inline std::string small_drawing() {
 20 0.0
 30 0.0
 40 0.5
-0 ENDBLK
-5 26
-330 1A
-100 AcDbEntity
-8 0
-100 AcDbBlockEnd
-0 ENDSEC
-0 SECTION
-2 ENTITIES
-0 LINE
+)";
+  constexpr std::string_view kEntities = R"(0 LINE
 5 2A
 102 {ACAD_XDICTIONARY
 360 50
@@ -272,10 +145,8 @@ inline std::string small_drawing() {
 11 1.0
 21 0.0
 31 0.0
-0 ENDSEC
-0 SECTION
-2 OBJECTS
-0 DICTIONARY
+)";
+  constexpr std::string_view kObjects = R"(0 DICTIONARY
 5 C
 330 0
 100 AcDbDictionary
@@ -318,7 +189,35 @@ inline std::string small_drawing() {
 1 page set-up
 100 AcDbLayout
 1 A3 横向
-0 ENDSEC
-0 EOF
-)");
+)";
+  const std::string layers =
+      noted::layer("10", "0", 0, 7, "370 -3\n") + noted::layer("11", "ZY-标注", 4, 3);
+  const std::string block_records = noted::block_record("1F", "*Model_Space", "340 0\n") +
+                                    noted::block_record("1B", "*Paper_Space", "340 41\n") +
+                                    noted::block_record("1A", "WELL", "340 0\n");
+  const std::string blocks = noted::block({.name = "*Model_Space",
+                                           .record = "1F",
+                                           .begin = "20",
+                                           .end = "21",
+                                           .more = "3 *Model_Space\n1 \n"}) +
+                             noted::block({.name = "*Paper_Space",
+                                           .record = "1B",
+                                           .begin = "22",
+                                           .end = "23",
+                                           .more = "3 *Paper_Space\n1 \n",
+                                           .in_paper = true}) +
+                             noted::block({.name = "WELL",
+                                           .record = "1A",
+                                           .begin = "24",
+                                           .end = "26",
+                                           .flags = 2,
+                                           .base = "10 1.0\n20 2.0\n30 0.0\n",
+                                           .more = "3 WELL\n1 \n",
+                                           .entities = kCircle});
+  return dxf(
+      noted::join(noted::section("HEADER", kHeader),
+                  noted::section("TABLES", noted::table("LAYER", "2", 2, layers) +
+                                               noted::table("BLOCK_RECORD", "1", 3, block_records)),
+                  noted::section("BLOCKS", blocks), noted::section("ENTITIES", kEntities),
+                  noted::section("OBJECTS", kObjects), "0 EOF\n"));
 }

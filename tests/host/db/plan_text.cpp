@@ -1,10 +1,9 @@
 #include "tests/host/db/plan.h"
+#include "tests/host/dxf/drawing_parts.h"
 
 namespace {
 
-constexpr std::string_view kPlan = R"(0 SECTION
-2 HEADER
-9 $ACADVER
+constexpr std::string_view kHeader = R"(9 $ACADVER
 1 @
 9 $DWGCODEPAGE
 3 ANSI_936
@@ -24,69 +23,18 @@ constexpr std::string_view kPlan = R"(0 SECTION
 2 {A^ B}
 9 $HANDSEED
 5 200
-0 ENDSEC
-0 SECTION
-2 CLASSES
-0 CLASS
+)";
+
+constexpr std::string_view kClasses = R"(0 CLASS
 1 GX_PIPE
 2 CGxPipe
 3 Gx
 90 1
 280 0
 281 1
-0 ENDSEC
-0 SECTION
-2 TABLES
-0 TABLE
-2 LAYER
-5 2
-330 0
-100 AcDbSymbolTable
-70 4
-0 LAYER
-5 10
-330 2
-100 AcDbSymbolTableRecord
-100 AcDbLayerTableRecord
-2 0
-70 0
-62 7
-6 Continuous
-0 LAYER
-5 11
-330 2
-100 AcDbSymbolTableRecord
-100 AcDbLayerTableRecord
-2 LOCKED
-70 4
-62 1
-6 Continuous
-0 LAYER
-5 12
-330 2
-100 AcDbSymbolTableRecord
-100 AcDbLayerTableRecord
-2 FROZEN
-70 1
-62 2
-6 Continuous
-0 LAYER
-5 13
-330 2
-100 AcDbSymbolTableRecord
-100 AcDbLayerTableRecord
-2 OFF
-70 0
-62 -5
-6 Continuous
-0 ENDTAB
-0 TABLE
-2 STYLE
-5 3
-330 0
-100 AcDbSymbolTable
-70 1
-0 STYLE
+)";
+
+constexpr std::string_view kStyle = R"(0 STYLE
 5 14
 330 3
 100 AcDbSymbolTableRecord
@@ -95,109 +43,18 @@ constexpr std::string_view kPlan = R"(0 SECTION
 70 0
 40 0.0
 3 txt
-0 ENDTAB
-0 TABLE
-2 APPID
-5 9
-330 0
-100 AcDbSymbolTable
-70 2
-0 APPID
-5 15
-330 9
-100 AcDbSymbolTableRecord
-100 AcDbRegAppTableRecord
-2 ACAD
-70 0
-0 APPID
-5 16
-330 9
-100 AcDbSymbolTableRecord
-100 AcDbRegAppTableRecord
-2 PN
-70 0
-0 ENDTAB
-0 TABLE
-2 DIMSTYLE
-5 A
-330 0
-100 AcDbSymbolTable
-70 1
-0 DIMSTYLE
+)";
+
+constexpr std::string_view kDimStyle = R"(0 DIMSTYLE
 105 17
 330 A
 100 AcDbSymbolTableRecord
 100 AcDbDimStyleTableRecord
 2 Standard
 70 0
-0 ENDTAB
-0 TABLE
-2 BLOCK_RECORD
-5 1
-330 0
-100 AcDbSymbolTable
-70 3
-0 BLOCK_RECORD
-5 18
-330 1
-100 AcDbSymbolTableRecord
-100 AcDbBlockTableRecord
-2 *Model_Space
-0 BLOCK_RECORD
-5 19
-330 1
-100 AcDbSymbolTableRecord
-100 AcDbBlockTableRecord
-2 *Paper_Space
-0 BLOCK_RECORD
-5 1A
-330 1
-100 AcDbSymbolTableRecord
-100 AcDbBlockTableRecord
-2 WELL
-0 ENDTAB
-0 ENDSEC
-0 SECTION
-2 BLOCKS
-0 BLOCK
-5 1B
-330 18
-100 AcDbEntity
-8 0
-100 AcDbBlockBegin
-2 *Model_Space
-70 0
-0 ENDBLK
-5 1C
-330 18
-100 AcDbEntity
-8 0
-100 AcDbBlockEnd
-0 BLOCK
-5 1D
-330 19
-100 AcDbEntity
-67 1
-8 0
-100 AcDbBlockBegin
-2 *Paper_Space
-70 0
-0 ENDBLK
-5 1E
-330 19
-100 AcDbEntity
-67 1
-8 0
-100 AcDbBlockEnd
-0 BLOCK
-5 1F
-330 1A
-100 AcDbEntity
-8 0
-100 AcDbBlockBegin
-2 WELL
-70 0
-0 CIRCLE
+)";
+
+constexpr std::string_view kWell = R"(0 CIRCLE
 5 20
 330 1A
 100 AcDbEntity
@@ -219,16 +76,9 @@ constexpr std::string_view kPlan = R"(0 SECTION
 11 1.0
 21 0.0
 31 0.0
-0 ENDBLK
-5 22
-330 1A
-100 AcDbEntity
-8 0
-100 AcDbBlockEnd
-0 ENDSEC
-0 SECTION
-2 ENTITIES
-0 LINE
+)";
+
+constexpr std::string_view kEntities = R"(0 LINE
 5 2F
 330 18
 100 AcDbEntity
@@ -416,10 +266,9 @@ constexpr std::string_view kPlan = R"(0 SECTION
 11 1.0
 21 1.0
 31 0.0
-0 ENDSEC
-0 SECTION
-2 OBJECTS
-0 DICTIONARY
+)";
+
+constexpr std::string_view kObjects = R"(0 DICTIONARY
 5 C
 330 0
 100 AcDbDictionary
@@ -476,10 +325,46 @@ constexpr std::string_view kPlan = R"(0 SECTION
 90 3
 1 a^Jb
 40 1.50
-0 ENDSEC
-0 EOF
 )";
+
+std::string tables() {
+  const std::string layers = noted::layer("10", "0") + noted::layer("11", "LOCKED", 4, 1) +
+                             noted::layer("12", "FROZEN", 1, 2) + noted::layer("13", "OFF", 0, -5);
+  const std::string applications =
+      noted::application("15", "9", "ACAD") + noted::application("16", "9", "PN");
+  const std::string block_records = noted::block_record("18", "*Model_Space") +
+                                    noted::block_record("19", "*Paper_Space") +
+                                    noted::block_record("1A", "WELL");
+  return noted::join(noted::table("LAYER", "2", 4, layers), noted::table("STYLE", "3", 1, kStyle),
+                     noted::table("APPID", "9", 2, applications),
+                     noted::table("DIMSTYLE", "A", 1, kDimStyle),
+                     noted::table("BLOCK_RECORD", "1", 3, block_records));
+}
+
+/// Without the base points, which may be left out.
+std::string blocks() {
+  return noted::block(
+             {.name = "*Model_Space", .record = "18", .begin = "1B", .end = "1C", .base = {}}) +
+         noted::block({.name = "*Paper_Space",
+                       .record = "19",
+                       .begin = "1D",
+                       .end = "1E",
+                       .base = {},
+                       .in_paper = true}) +
+         noted::block({.name = "WELL",
+                       .record = "1A",
+                       .begin = "1F",
+                       .end = "22",
+                       .base = {},
+                       .entities = kWell});
+}
 
 }  // namespace
 
-std::string_view plan_note() { return kPlan; }
+std::string_view plan_note() {
+  static const std::string note = noted::join(
+      noted::section("HEADER", kHeader), noted::section("CLASSES", kClasses),
+      noted::section("TABLES", tables()), noted::section("BLOCKS", blocks()),
+      noted::section("ENTITIES", kEntities), noted::section("OBJECTS", kObjects), "0 EOF\n");
+  return note;
+}

@@ -3,60 +3,13 @@
 #include <string>
 #include <string_view>
 
+#include "tests/host/dxf/drawing_parts.h"
 #include "tests/host/dxf/written.h"
 
 /// A drawing of these entities, noted one tag per line; handles from 100 on are free for them.
 /// Model space is 1F; there is a block record 1A of a block BOX with a LINE 25 and a CIRCLE 26.
 inline std::string drawing_of(std::string_view entities, std::string_view version = "AC1027") {
-  std::string note = "0 SECTION\n2 HEADER\n9 $ACADVER\n1 ";
-  note += version;
-  note += R"(
-9 $HANDSEED
-5 1000
-0 ENDSEC
-0 SECTION
-2 TABLES
-0 TABLE
-2 LAYER
-5 2
-330 0
-100 AcDbSymbolTable
-70 2
-0 LAYER
-5 10
-330 2
-100 AcDbSymbolTableRecord
-100 AcDbLayerTableRecord
-2 0
-70 0
-62 7
-6 Continuous
-0 LAYER
-5 11
-330 2
-100 AcDbSymbolTableRecord
-100 AcDbLayerTableRecord
-2 LOCKED
-70 4
-62 3
-6 Continuous
-0 LAYER
-5 12
-330 2
-100 AcDbSymbolTableRecord
-100 AcDbLayerTableRecord
-2 PIPES
-70 0
-62 3
-6 Continuous
-0 ENDTAB
-0 TABLE
-2 STYLE
-5 3
-330 0
-100 AcDbSymbolTable
-70 1
-0 STYLE
+  constexpr std::string_view kStyle = R"(0 STYLE
 5 14
 330 3
 100 AcDbSymbolTableRecord
@@ -70,103 +23,8 @@ inline std::string drawing_of(std::string_view entities, std::string_view versio
 42 2.5
 3 txt
 4 
-0 ENDTAB
-0 TABLE
-2 APPID
-5 4
-330 0
-100 AcDbSymbolTable
-70 1
-0 APPID
-5 15
-330 4
-100 AcDbSymbolTableRecord
-100 AcDbRegAppTableRecord
-2 PN
-70 0
-0 ENDTAB
-0 TABLE
-2 BLOCK_RECORD
-5 1
-330 0
-100 AcDbSymbolTable
-70 3
-0 BLOCK_RECORD
-5 1F
-330 1
-100 AcDbSymbolTableRecord
-100 AcDbBlockTableRecord
-2 *Model_Space
-0 BLOCK_RECORD
-5 1B
-330 1
-100 AcDbSymbolTableRecord
-100 AcDbBlockTableRecord
-2 *Paper_Space
-0 BLOCK_RECORD
-5 1A
-330 1
-100 AcDbSymbolTableRecord
-100 AcDbBlockTableRecord
-2 BOX
-0 BLOCK_RECORD
-5 1D
-330 1
-100 AcDbSymbolTableRecord
-100 AcDbBlockTableRecord
-2 *D1
-0 ENDTAB
-0 ENDSEC
-0 SECTION
-2 BLOCKS
-0 BLOCK
-5 20
-330 1F
-100 AcDbEntity
-8 0
-100 AcDbBlockBegin
-2 *Model_Space
-70 0
-10 0.0
-20 0.0
-30 0.0
-0 ENDBLK
-5 21
-330 1F
-100 AcDbEntity
-8 0
-100 AcDbBlockEnd
-0 BLOCK
-5 22
-330 1B
-100 AcDbEntity
-67 1
-8 0
-100 AcDbBlockBegin
-2 *Paper_Space
-70 0
-10 0.0
-20 0.0
-30 0.0
-0 ENDBLK
-5 23
-330 1B
-100 AcDbEntity
-67 1
-8 0
-100 AcDbBlockEnd
-0 BLOCK
-5 24
-330 1A
-100 AcDbEntity
-8 0
-100 AcDbBlockBegin
-2 BOX
-70 2
-10 1.0
-20 1.0
-30 0.0
-0 LINE
+)";
+  constexpr std::string_view kBox = R"(0 LINE
 5 25
 330 1A
 100 AcDbEntity
@@ -204,24 +62,8 @@ inline std::string drawing_of(std::string_view entities, std::string_view versio
 3 Number?
 2 NUMBER
 70 0
-0 ENDBLK
-5 28
-330 1A
-100 AcDbEntity
-8 0
-100 AcDbBlockEnd
-0 BLOCK
-5 29
-330 1D
-100 AcDbEntity
-8 0
-100 AcDbBlockBegin
-2 *D1
-70 1
-10 0.0
-20 0.0
-30 0.0
-0 LINE
+)";
+  constexpr std::string_view kDimension = R"(0 LINE
 5 2A
 330 1D
 100 AcDbEntity
@@ -233,18 +75,37 @@ inline std::string drawing_of(std::string_view entities, std::string_view versio
 11 10.0
 21 5.0
 31 0.0
-0 ENDBLK
-5 2B
-330 1D
-100 AcDbEntity
-8 0
-100 AcDbBlockEnd
-0 ENDSEC
-0 SECTION
-2 ENTITIES
 )";
-  note += entities;
-  note += "0 ENDSEC\n0 SECTION\n2 OBJECTS\n0 DICTIONARY\n5 C\n330 0\n100 AcDbDictionary\n281 1\n";
-  note += "0 ENDSEC\n0 EOF\n";
-  return written::ascii(note);
+  const std::string layers = noted::layer("10", "0") + noted::layer("11", "LOCKED", 4, 3) +
+                             noted::layer("12", "PIPES", 0, 3);
+  const std::string block_records =
+      noted::block_record("1F", "*Model_Space") + noted::block_record("1B", "*Paper_Space") +
+      noted::block_record("1A", "BOX") + noted::block_record("1D", "*D1");
+  const std::string tables = noted::table("LAYER", "2", 2, layers) +
+                             noted::table("STYLE", "3", 1, kStyle) +
+                             noted::table("APPID", "4", 1, noted::application("15", "4", "PN")) +
+                             noted::table("BLOCK_RECORD", "1", 3, block_records);
+  const std::string blocks =
+      noted::block({.name = "*Model_Space", .record = "1F", .begin = "20", .end = "21"}) +
+      noted::block(
+          {.name = "*Paper_Space", .record = "1B", .begin = "22", .end = "23", .in_paper = true}) +
+      noted::block({.name = "BOX",
+                    .record = "1A",
+                    .begin = "24",
+                    .end = "28",
+                    .flags = 2,
+                    .base = "10 1.0\n20 1.0\n30 0.0\n",
+                    .entities = kBox}) +
+      noted::block({.name = "*D1",
+                    .record = "1D",
+                    .begin = "29",
+                    .end = "2B",
+                    .flags = 1,
+                    .entities = kDimension});
+  const std::string header = noted::join("9 $ACADVER\n1 ", version, "\n9 $HANDSEED\n5 1000\n");
+  return written::ascii(noted::join(
+      noted::section("HEADER", header), noted::section("TABLES", tables),
+      noted::section("BLOCKS", blocks), noted::section("ENTITIES", entities),
+      noted::section("OBJECTS", "0 DICTIONARY\n5 C\n330 0\n100 AcDbDictionary\n281 1\n"),
+      "0 EOF\n"));
 }
