@@ -99,6 +99,9 @@ class Paragraphs {
 
   void draw() {
     if (background_ & kFilled) draw_background();
+    // Whoever collects texts is told of those of which nothing is seen.
+    if (layout_.runs.empty() && !(shape_.height > 0.0) && canvas_.fine())
+      canvas_.fine()->glyphs({origin_, x_, y_, {}, {}, contents_});
     for (const font::MTextRun& run : layout_.runs) {
       const bool colored = run.colour.kind != font::Colour::Kind::kEntity;
       if (run.colour.kind == font::Colour::Kind::kTrue)

@@ -29,7 +29,9 @@ struct DrawingGaps {
 /// drawing may have changed.
 class EntityDrawer {
  public:
-  explicit EntityDrawer(AcGiWorldDraw& draw) : canvas_(draw) {}
+  /// `most`: entities of blocks that are drawn before the rest is given up.
+  explicit EntityDrawer(AcGiWorldDraw& draw, std::size_t most = 5'000'000)
+      : canvas_(draw), left_(most) {}
 
   /// With the layer and colours it has; nothing when it, or its layer, is not to be seen.
   void draw(AcDbObjectId entity);
@@ -81,7 +83,7 @@ class EntityDrawer {
   const Look* look_ = nullptr;       // of the entity being drawn; null under its caller's traits
   const Look* reference_ = nullptr;  // of the reference to the block it is in
   std::size_t depth_ = 0;
-  std::size_t left_ = 10'000'000;  // entities of blocks that may still be drawn
+  std::size_t left_;  // entities of blocks that may still be drawn
 };
 
 }  // namespace cad

@@ -337,6 +337,8 @@ void SceneDraw::point(const AcGePoint3d& place, int mode, double size) {
 
 void SceneDraw::glyphs(const GlyphRun& source) {
   if (!layer_shown()) return;
+  if (source.glyphs.empty() && source.strokes.empty())
+    scene_.empty_texts += source.text.find_first_not_of(L" \t") != std::wstring_view::npos;
   if (!source.glyphs.empty()) {
     Item& item = begin(Item::Kind::kRun);
     Run run{flat(source.origin),
