@@ -34,8 +34,12 @@ std::vector<AcDbObjectId> Cloner::run() {
     make_records();
     make_blocks();
   }
-  for (Place& place : places_)
-    place.target = place.where.begin ? to_.block_at(*place.where.begin) : nullptr;
+  for (Place& place : places_) {
+    const Stub* const begin = place.where.begin;
+    place.target = begin ? to_.block_of(begin->owner) : nullptr;
+    const bool is_other = place.target && &to_.stub_at(place.target->begin) != begin;
+    if (begin && (!place.target || is_other)) place.target = to_.block_at(*begin);
+  }
   for (Item& item : items_)
     if (item.role != Role::kRecord && item.role != Role::kOfBlock) make_stub(item);
   if (!within_) write_blocks();

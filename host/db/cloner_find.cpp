@@ -26,6 +26,12 @@ bool is_needing(int code) {
   return (code >= 340 && code <= 349) || (code >= 390 && code <= 399) || code == 480 || code == 481;
 }
 
+/// Names that mean something without a record.
+bool is_always_there(std::wstring_view name) {
+  const std::wstring own = folded(name);
+  return own == L"bylayer" || own == L"byblock" || own == L"continuous" || own == L"standard";
+}
+
 /// Objects of which a drawing has its own: references lead to those, or nowhere.
 bool never_comes(std::string_view kind) {
   constexpr std::string_view kKinds[] = {"LAYOUT", "PLOTSETTINGS", "GROUP", "DICTIONARY",
@@ -225,7 +231,6 @@ void Cloner::need_name(std::string_view table, std::wstring_view name, std::stri
   Stub* record = from_.table_record(table, name);
   if (record) return need_record(table, *record, name);
   if (to_.table_record(table, name)) return;
-  const std::wstring own = folded(name);
   const bool is_possible = is_symbol_name(name, to_.has_long_names());
   if (table == "LAYER") {
     if (!to_.table(table)) return;  // a bare drawing: layers are implied
@@ -234,7 +239,7 @@ void Cloner::need_name(std::string_view table, std::wstring_view name, std::stri
     if (!is_possible) references_.missing.insert(missing_key(table, name));
   } else if (table == "APPID" && is_possible) {
     if (to_.table(table)) fresh_applications_.emplace_back(name);
-  } else if (own != L"bylayer" && own != L"byblock" && own != L"continuous" && own != L"standard") {
+  } else if (!is_always_there(name)) {
     references_.missing.insert(missing_key(table, name));
   }
 }

@@ -1,5 +1,8 @@
 #include <gmock/gmock.h>
 
+#include <unistd.h>
+
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 
@@ -651,6 +654,30 @@ TEST_F(ReadDrawingFile, WhatCannotBeReadSaysWhy) {
   // The shell is as good as new.
   EXPECT_EQ(database.readDwgFile(file("whole.dwg", whole).c_str()), Acad::eOk);
   EXPECT_TRUE(database.read_error().message().empty());
+}
+
+TEST_F(ReadDrawingFile, ADwgFileIsConverted) {
+  const std::string path_before = std::getenv("PATH");
+  const auto converter = folder_ / "dwg2dxf";
+  file("made.dxf", drawing_of(kLine));
+  const auto given_converter = [&](const std::string& line) {
+    std::ofstream(converter) << "#!/bin/sh\n" << line << "\n";
+    std::filesystem::permissions(converter, std::filesystem::perms::owner_all);
+  };
+  ::setenv("PATH", folder_.c_str(), 1);
+  const std::wstring drawing = file("real.dwg", "AC1018 and what follows");
+  AcDbDatabase database(false);
+  given_converter("exit 1");
+  EXPECT_EQ(database.readDwgFile(drawing.c_str()), Acad::eInvalidDwgVersion);
+  EXPECT_THAT(database.read_error().message(), HasSubstr("real.dwg: is a DWG file (R2004), but"));
+  given_converter("echo nonsense > \"$3\"");
+  EXPECT_EQ(database.readDwgFile(drawing.c_str()), Acad::eInvalidDwgVersion);
+  EXPECT_THAT(database.read_error().message(), HasSubstr("made of it cannot be read"));
+  given_converter("/bin/cp '" + (folder_ / "made.dxf").string() + "' \"$3\"");
+  EXPECT_EQ(database.readDwgFile(drawing.c_str()), Acad::eOk);
+  EXPECT_FALSE(database.first_entity().isNull());
+  EXPECT_EQ(database.save_bytes(), drawing_of(kLine));
+  ::setenv("PATH", path_before.c_str(), 1);
 }
 
 }  // namespace

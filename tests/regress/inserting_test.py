@@ -1,0 +1,92 @@
+"""Drawing files inserted as blocks, read back and audited by an independent reader: every release and form
+of file into every other."""
+
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+import unittest
+
+import independent_reader
+
+PROGRAM = ""
+SOURCE = pathlib.Path(__file__).resolve().parents[2]
+FIXTURES = SOURCE / "tests" / "fixtures" / "dxf"
+SAMPLES = sorted(path.stem for path in FIXTURES.glob("*.dxf"))
+# R12 in both forms, the last release with code pages, and UTF-8 in both forms.
+RECEIVERS = ("r12_sample", "r12_binary", "r14_binary", "r2000_sample_xrecords", "r2004_sample",
+             "r2013_ansi936_utf8", "r2018_sample_binary")
+
+
+def faults(document):
+    """What the audit complains about, without the handles, which the reader gives to R12 entities."""
+    return {re.sub(r"#[0-9A-F]+", "#", complaint)
+            for complaint in independent_reader.complaints(document)}
+
+
+def kinds(entities):
+    """Sorted kinds, with names that releases share."""
+    return sorted(entity.dxftype() for entity in entities)
+
+
+class Inserting(unittest.TestCase):
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+    def run_on(self, drawing, expression):
+        out = self.folder / "out.dxf"
+        out.unlink(missing_ok=True)
+        result = subprocess.run([PROGRAM, "run", str(drawing), "-e", expression, "-o", str(out)],
+                                capture_output=True, text=True, timeout=300)
+        self.assertEqual(result.returncode, 0, result.stdout + result.stderr)
+        return out, result.stdout
+
+    def inserted(self, source, receiver):
+        expression = '(command "_.-INSERT" "SYMBOL=%s" "0,0" 1 1 0)' % (FIXTURES / f"{source}.dxf")
+        return self.run_on(FIXTURES / f"{receiver}.dxf", expression)
+
+    def test_every_sample_goes_into_every_release(self):
+        own = {name: faults(independent_reader.read(FIXTURES / f"{name}.dxf")) for name in SAMPLES}
+        refused = []
+        for receiver in RECEIVERS:
+            for source in SAMPLES:
+                with self.subTest(source=source, receiver=receiver):
+                    out, printed = self.inserted(source, receiver)
+                    if "needs a drawing of release" in printed:
+                        refused.append((source, receiver))
+                        self.assertIn(receiver, ("r12_sample", "r12_binary", "r14_binary"))
+                        continue
+                    if "cannot be a name" in printed:
+                        self.assertTrue(receiver.startswith(("r12", "r14")))
+                        continue
+                    document = independent_reader.read(out)
+                    from_file = independent_reader.read(FIXTURES / f"{source}.dxf")
+                    self.assertEqual(kinds(document.blocks.get("SYMBOL")),
+                                     [kind for kind in kinds(from_file.modelspace())
+                                      if kind != "VIEWPORT"], printed)
+                    # Faults of the samples themselves come along; inserting adds none.
+                    self.assertEqual(faults(document) - own[receiver] - own[source], set())
+        self.assertTrue(refused)
+
+    def test_a_copy_inserted_into_itself_keeps_one_definition_of_each_name(self):
+        out, _ = self.inserted("r2018_sample", "r2018_sample")
+        document = independent_reader.read(out)
+        before = independent_reader.read(FIXTURES / "r2018_sample.dxf")
+        for table in ("layers", "styles", "linetypes", "dimstyles", "appids"):
+            self.assertEqual(len(getattr(document, table)), len(getattr(before, table)), table)
+
+    def test_taking_it_back_leaves_the_file_as_it_was(self):
+        for receiver in ("r12_sample", "r2000_sample_xrecords", "r2018_sample_binary"):
+            expression = ('(command "_.-INSERT" "SYMBOL=%s" "0,0" 1 1 0) (command "_.UNDO" 1)'
+                          % (FIXTURES / "r12_sample.dxf"))
+            out, _ = self.run_on(FIXTURES / f"{receiver}.dxf", expression)
+            self.assertEqual(out.read_bytes(), (FIXTURES / f"{receiver}.dxf").read_bytes())
+
+
+if __name__ == "__main__":
+    PROGRAM = sys.argv.pop(1)
+    unittest.main()
