@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "host/base/numbers.h"
+#include "host/db/resbuf_owner.h"
 #include "host/dxf/text.h"
 
 namespace cad {
@@ -14,18 +15,11 @@ namespace {
 constexpr std::size_t kLongestChunk = 127;
 
 resbuf* string_buffer(const dxf::Tag& tag, const dxf::Dialect& dialect) {
-  // Most texts are plain ASCII: widen them without an intermediate string.
-  constexpr std::size_t kShort = 64;
-  if (tag.value.size() <= kShort) {
-    wchar_t wide[kShort];
-    bool plain = true;
-    for (std::size_t i = 0; i < tag.value.size(); ++i) {
-      const char c = tag.value[i];
-      plain &= static_cast<signed char>(c) >= 0 && c != '^' && c != '\\';
-      wide[i] = static_cast<wchar_t>(c);
-    }
-    if (plain) return new_string_buffer(static_cast<short>(tag.code), {wide, tag.value.size()});
-  }
+  // Most texts are plain ASCII: they are widened without an intermediate string.
+  const bool plain = std::all_of(tag.value.begin(), tag.value.end(), [](char c) {
+    return static_cast<signed char>(c) >= 0 && c != '^' && c != '\\';
+  });
+  if (plain) return new_ascii_buffer(static_cast<short>(tag.code), tag.value);
   return new_string_buffer(static_cast<short>(tag.code), dxf::text_value(tag, dialect));
 }
 

@@ -144,8 +144,11 @@ AcDbDictionary::Entries& AcDbDictionary::entries() const {
     }
   }
   // The first of two equal keys wins, as it does for whoever reads the file in order.
-  std::stable_sort(entries_->sorted.begin(), entries_->sorted.end(),
-                   [](const auto& a, const auto& b) { return compare_keys(a.key, b.key) < 0; });
+  const auto before = [](const auto& a, const auto& b) { return compare_keys(a.key, b.key) < 0; };
+  std::vector<Entries::Entry>& sorted = entries_->sorted;
+  if (!std::is_sorted(sorted.begin(), sorted.end(), before)) {
+    std::stable_sort(sorted.begin(), sorted.end(), before);
+  }
   return *entries_;
 }
 

@@ -99,7 +99,8 @@ ACHAR* AcDbText::textString() const {
 Acad::ErrorStatus AcDbText::setTextString(const ACHAR* text) {
   if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
   const std::wstring_view wanted = text ? text : L"";
-  if (Lens(content(), dialect()).text(kTextPart, 1) == wanted) return Acad::eOk;
+  const auto old = Lens(content(), dialect()).find(kTextPart, 1);
+  if (old && cad::dxf::text_value(*old, dialect()) == wanted) return Acad::eOk;
   return patch([&](LensWriter& tags) { tags.set_text(kTextPart, 1, wanted); });
 }
 

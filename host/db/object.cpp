@@ -46,17 +46,16 @@ Stub* extension_of(Drawing& drawing, const Stub& stub) {
   return dictionary && found != &stub ? found : nullptr;
 }
 
-/// What goes and comes with an object: its sub-entities, its extension dictionary, and the entries
-/// of a dictionary that owns them.
-std::vector<Stub*> dependants(Drawing& drawing, Stub& stub) {
-  std::vector<Stub*> found = drawing.sub_entities(stub);
-  if (Stub* extension = extension_of(drawing, stub)) found.push_back(extension);
+/// Appends what goes and comes with an object: its sub-entities, its extension dictionary, and the
+/// entries of a dictionary that owns them.
+void append_dependants(Drawing& drawing, Stub& stub, std::vector<Stub*>& out) {
+  for (Stub* part : drawing.sub_entities(stub)) out.push_back(part);
+  if (Stub* extension = extension_of(drawing, stub)) out.push_back(extension);
   if (const auto* dictionary = AcDbDictionary::cast(&drawing.object(stub))) {
     for (const AcDbObjectId entry : ObjectAccess::owned_entries(*dictionary)) {
-      found.push_back(entry.stub());
+      out.push_back(entry.stub());
     }
   }
-  return found;
 }
 
 }  // namespace
@@ -64,18 +63,21 @@ std::vector<Stub*> dependants(Drawing& drawing, Stub& stub) {
 /// Erases or brings back `first` and all that depends on it. A worklist, because drawings may nest
 /// deeper than the stack; cycles end because every object turns only once.
 void ObjectAccess::turn(Drawing& drawing, Stub& first, bool erased) {
-  std::vector<Stub*> work{&first};
-  while (!work.empty()) {
-    Stub& stub = *work.back();
+  std::vector<Stub*> work;  // takes no memory for the usual object, on which nothing depends
+  const auto next = [&work] {
+    if (work.empty()) return static_cast<Stub*>(nullptr);
+    Stub* const last = work.back();
     work.pop_back();
-    if (stub.erased() == erased || stub.has(Stub::kMissing) || drawing.is_frame(stub)) continue;
-    const std::vector<Stub*> more = dependants(drawing, stub);
-    drawing.undo().before_change(stub);
-    stub.flags = static_cast<std::uint8_t>(erased ? stub.flags | Stub::kErased
-                                                  : stub.flags & ~Stub::kErased);
-    drawing.note_edit(stub);
-    if (stub.section == cad::dxf::Section::kTables) drawing.record_turned(stub);
-    work.insert(work.end(), more.begin(), more.end());
+    return last;
+  };
+  for (Stub* stub = &first; stub; stub = next()) {
+    if (stub->erased() == erased || stub->has(Stub::kMissing) || drawing.is_frame(*stub)) continue;
+    append_dependants(drawing, *stub, work);
+    drawing.undo().before_change(*stub);
+    stub->flags = static_cast<std::uint8_t>(erased ? stub->flags | Stub::kErased
+                                                   : stub->flags & ~Stub::kErased);
+    drawing.note_edit(*stub);
+    if (stub->section == cad::dxf::Section::kTables) drawing.record_turned(*stub);
   }
 }
 

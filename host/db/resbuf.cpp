@@ -1,5 +1,6 @@
 #include "host/db/resbuf.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdarg>
 #include <cstddef>
@@ -96,15 +97,15 @@ wchar_t* copy_text(std::wstring_view text) {
   return copy;
 }
 
-void set_text(resbuf* buffer, std::wstring_view text) {
+template <class Char>
+void set_text(resbuf* buffer, std::basic_string_view<Char> text) {
   constexpr std::size_t kOwn = std::size(Cell{}.own);
-  wchar_t* to = text.size() < kOwn ? own_text(buffer) : nullptr;
-  if (!to) {
-    buffer->resval.rstring = copy_text(text);
-    return;
+  wchar_t* to = own_text(buffer);
+  if (text.size() >= kOwn) {
+    to = static_cast<wchar_t*>(std::malloc((text.size() + 1) * sizeof(wchar_t)));
+    if (!to) throw std::bad_alloc();
   }
-  std::wmemcpy(to, text.data(), text.size());
-  to[text.size()] = L'\0';
+  *std::copy(text.begin(), text.end(), to) = L'\0';
   buffer->resval.rstring = to;
 }
 
@@ -190,13 +191,20 @@ resbuf* new_string_buffer(short type, std::wstring_view text) {
   return buffer;
 }
 
+resbuf* new_ascii_buffer(short type, std::string_view text) {
+  resbuf* buffer = new_cell();
+  buffer->restype = type;
+  set_text(buffer, text);
+  return buffer;
+}
+
 resbuf* copy_buffer(const resbuf& from) {
   resbuf* copy = new_cell();
   copy->restype = from.restype;
   const BufferValue value = buffer_value(from.restype);
   if (value == BufferValue::kString ||
       (value == BufferValue::kName && name_is_text(from.restype))) {
-    if (from.resval.rstring) set_text(copy, from.resval.rstring);
+    if (from.resval.rstring) set_text(copy, std::wstring_view(from.resval.rstring));
   } else if (value == BufferValue::kBinary) {
     const auto size = static_cast<std::size_t>(from.resval.rbinary.clen);
     copy->resval.rbinary.clen = from.resval.rbinary.clen;

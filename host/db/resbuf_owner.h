@@ -20,4 +20,7 @@ struct HostBuffers {
 };
 inline HostBuffers host_buffers;
 
+/// A buffer holding plain ASCII as wide text, made with one allocation.
+resbuf* new_ascii_buffer(short type, std::string_view text);
+
 }  // namespace cad
