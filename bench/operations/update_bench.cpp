@@ -24,6 +24,8 @@
 #include "host/db/database.h"
 #include "host/db/record.h"
 #include "module/manager/dim_manager.h"
+#include "module/registry/update_service.h"
+#include "network/places.h"
 
 namespace {
 
@@ -123,6 +125,8 @@ int main(int argc, char** argv) {
     return 2;
   }
   cad::set_console([](std::string_view) {});
+  cad::host_settings().install_dir = network::default_install_dir();
+  if (!CDimUpdateServ::getInstance().getPcBzSz()) give_up("the label settings are not installed");
   cad::Host host;
   const std::string module = cad::Host::library_folder() + "/pipenote.arx.so";
   if (const cad::Status loaded = host.load_module(module); !loaded)
