@@ -14,6 +14,7 @@ class UpdateItem : public PlanTest {
   Items stored(const wchar_t* type = L"pcgb") { return plan.items(plan.entry(L"2F", type)); }
   StuDim first(const wchar_t* type = L"pcgb") { return stored(type).at(0); }
 
+  const Printed printed;  // there is no installation here, and updating says so
   const StuDim code{L"gdh", L"40", L"W1", L"管", L"号", L"/", L"", L"x"};
 };
 
