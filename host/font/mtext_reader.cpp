@@ -13,13 +13,15 @@
 namespace cad::font {
 namespace {
 
+constexpr double kMost = 1e30;
 constexpr wchar_t kFirmBlank = L'\u00A0';
 constexpr double kLineDistance = 5.0 / 3.0;
 
-/// Numbers as codes hold them: decimal, finite; 0 for anything else.
+/// Numbers as codes hold them: decimal, and such that their products stay finite; 0 for anything
+/// else.
 double number(std::wstring_view text) {
   const double value = wtof(text);
-  return std::isfinite(value) ? value : 0.0;
+  return std::isfinite(value) ? std::clamp(value, -kMost, kMost) : 0.0;
 }
 
 /// The part up to the mark, which is dropped.
@@ -262,7 +264,7 @@ void MTextReader::set_size(wchar_t code, std::wstring_view value) {
   double& size = code == L'H'   ? format.height
                  : code == L'W' ? format.width_factor
                                 : format.tracking;
-  constexpr double kLeast = 1e-100, kMost = 1e100;
+  constexpr double kLeast = 1.0 / kMost;
   size = std::clamp(fold_ascii(value.back()) == L'x' ? size * given : given, kLeast, kMost);
 }
 
