@@ -18,6 +18,7 @@ using Align = MTextParagraph::Align;
 constexpr double kLineDistance = 5.0 / 3.0;  // between base lines of single spacing
 constexpr double kSmaller = 0.7;             // parts of a fraction
 constexpr double kGap = 0.15;                // between them and the bar
+constexpr double kMost = 1e30;               // products of larger numbers may overflow
 constexpr double kEver = std::numeric_limits<double>::infinity();
 
 /// A format and what is computed from it once.
@@ -53,10 +54,9 @@ struct Cell {
 class Layout {
  public:
   Layout(const FontStyle& style, const MTextShape& shape) : style_(style), shape_(shape) {
-    if (!(shape_.reference_width > 0.0) || !std::isfinite(shape_.reference_width))
+    if (!(shape_.reference_width > 0.0 && shape_.reference_width < kMost))
       shape_.reference_width = 0.0;
-    if (!(shape_.line_spacing > 0.0) || !std::isfinite(shape_.line_spacing))
-      shape_.line_spacing = 1.0;
+    if (!(shape_.line_spacing > 0.0 && shape_.line_spacing < kMost)) shape_.line_spacing = 1.0;
     shape_.attachment = std::clamp(shape_.attachment, 1, 9);
   }
 
@@ -106,9 +106,9 @@ class Layout {
 MTextLayout Layout::run(std::wstring_view contents) {
   if (!(shape_.height > 0.0) || !std::isfinite(shape_.height)) return {};
   MTextFormat start;
-  start.height = std::min(shape_.height, 1e100);
-  start.width_factor =
-      style_.width_factor > 0.0 && std::isfinite(style_.width_factor) ? style_.width_factor : 1.0;
+  start.height = shape_.height = std::min(shape_.height, kMost);
+  const bool wide = style_.width_factor > 0.0 && style_.width_factor < kMost;
+  start.width_factor = wide ? style_.width_factor : 1.0;
   start.oblique = std::isfinite(style_.oblique) ? style_.oblique : 0.0;
   start.bold = style_.bold, start.italic = style_.italic;
   MTextReader reader(contents, start);
