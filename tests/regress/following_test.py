@@ -44,6 +44,25 @@ UPDATING = """
 (dimupdate owner "pipe_len" "41.25")
 (dimupdate owner "pipe_dia" "400" T "管径 DN" "" " - ")
 """
+# An arrow on the first piece of every pipe of an imported network.
+ARROWS = """
+(entmake '((0 . "BLOCK") (2 . "FLOW") (70 . 0) (10 0.0 0.0 0.0)))
+(entmake '((0 . "LINE") (10 -1.0 0.0 0.0) (11 1.0 0.0 0.0)))
+(entmake '((0 . "ENDBLK")))
+(defun ends (entity / groups points)
+  (foreach group (entget entity)
+    (if (member (car group) '(10 11)) (setq points (cons (cdr group) points))))
+  (reverse points))
+(setq pipes (ssget "X" '((0 . "LINE,LWPOLYLINE") (-3 ("PIPENOTE")))) n 0)
+(repeat (sslength pipes)
+  (setq pipe (ssname pipes n) n (1+ n) points (ends pipe)
+        arrow (entmakex (list '(0 . "INSERT") '(2 . "FLOW") '(50 . 0.25)
+                              (list 10 (/ (+ (caar points) (caadr points)) 2)
+                                       (/ (+ (cadar points) (cadadr points)) 2) 0.0))))
+  (dimRec (list pipe "xzgj") arrow "jt" "->" nil nil nil)
+  (updateJtDirection pipe))
+(princ (sslength pipes))
+"""
 UPDATED = "管径 DN400 - 长41.3m"  # ties are rounded up
 
 
@@ -206,6 +225,37 @@ class Following(unittest.TestCase):
         self.call("run", first, "-e", swap, "-o", turned)
         arrow, = independent_reader.read(turned).modelspace().query("INSERT")
         self.assertAlmostEqual(math.remainder(arrow.dxf.rotation - 180, 360), 0.0)
+
+    def test_arrows_point_downhill_in_real_sewers(self):
+        script = self.folder / "arrows.lsp"
+        script.write_text(ARROWS, encoding="utf-8")
+        uphill = 0
+        for model in ["sewer_state_plane", "sewer_user2"]:
+            drawing, out = self.folder / (model + ".dxf"), self.folder / "arrows.dxf"
+            subprocess.run([PROGRAM, "import", SOURCE / "tests/fixtures/networks" / (model + ".inp"),
+                            "-o", drawing], capture_output=True, timeout=120, check=False)
+            count = int(self.call("run", drawing, script, "-o", out))
+            self.assertGreater(count, 40)
+            document = independent_reader.read(out)
+            found = 0
+            for pipe in document.modelspace().query("LINE LWPOLYLINE"):
+                items = independent_reader.record_items(pipe, "xzgj")
+                if not items:
+                    continue
+                found += 1
+                data = [tag.value for tag in pipe.get_xdata("PIPENOTE")]
+                values = dict(zip(data[::2], data[1::2]))
+                start, end = ((pipe.dxf.start, pipe.dxf.end) if pipe.dxftype() == "LINE"
+                              else pipe.get_points("xy")[:2])
+                expected = math.degrees(math.atan2(end[1] - start[1], end[0] - start[0]))
+                if values["start_invert"] <= values["end_invert"]:
+                    expected += 180
+                    uphill += 1
+                arrow = document.entitydb[items[0][1]]
+                self.assertAlmostEqual(math.remainder(arrow.dxf.rotation - expected, 360), 0.0,
+                                       places=7)
+            self.assertEqual(found, count)
+        self.assertGreater(uphill, 0, "pipes drawn against their flow")
 
     def test_a_selection_from_the_command_line_answers_the_trial(self):
         drawing = next(path for path in sorted(FIXTURES.glob("*.dxf"))
