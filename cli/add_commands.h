@@ -12,6 +12,7 @@ void add_info_command(CLI::App& program, int& status);
 void add_repl_command(CLI::App& program, int& status);
 void add_records_command(CLI::App& program, int& status);
 void add_check_command(CLI::App& program, int& status);
+void add_network_command(CLI::App& program, int& status);
 void add_format_command(CLI::App& program, int& status);
 void add_settings_command(CLI::App& program, int& status);
 void add_import_command(CLI::App& program, int& status);

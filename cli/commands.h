@@ -2,7 +2,7 @@
 
 #include <string>
 
-/// Commands that read a drawing's annotation records. They answer with the exit status and change
+/// Commands that read what a drawing holds. They answer with the exit status and change
 /// nothing; a drawing that cannot be read gives kNotRead (3) and one line on stderr.
 namespace cli {
 
@@ -18,5 +18,12 @@ int records_command(const RecordsOptions& options);
 
 /// Lists what is wrong with the records, a line each: 0 when nothing is, else 1.
 int check_command(const std::string& drawing);
+
+struct NetworkOptions {
+  std::string drawing;
+  bool json = false;
+};
+/// Counts pipes and nodes and lists what is wrong with them: 0 when nothing is, else 1.
+int network_command(const NetworkOptions& options);
 
 }  // namespace cli

@@ -39,6 +39,7 @@ int main(int argc, char** argv) {
   cli::add_info_command(program, status);
   cli::add_records_command(program, status);
   cli::add_check_command(program, status);
+  cli::add_network_command(program, status);
   cli::add_format_command(program, status);
   cli::add_settings_command(program, status);
   cli::add_import_command(program, status);

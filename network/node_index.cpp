@@ -16,6 +16,8 @@ constexpr std::uint64_t kSomePaperSpace = kSomeModelSpace - 1;
 
 AcDbObjectId id_of(const cad::Stub& stub) { return AcDbObjectId(const_cast<cad::Stub*>(&stub)); }
 
+/// A few times the tolerance: a query then looks at two cells or so, which hold few nodes each.
+constexpr double kCellSize = 4.0 * NodeIndex::kTolerance;
 /// Beyond this, cells would not fit their numbers; such coordinates are no drawing's.
 constexpr double kFarthest = 1e15;
 
@@ -32,7 +34,7 @@ std::size_t NodeIndex::CellHash::operator()(const Cell& cell) const {
 NodeIndex::Cell NodeIndex::cell_of(double x, double y) {
   const auto number = [](double value) {
     if (!(std::abs(value) < kFarthest)) return std::int64_t{0};
-    return static_cast<std::int64_t>(std::floor(value / kTolerance));
+    return static_cast<std::int64_t>(std::floor(value / kCellSize));
   };
   return {number(x), number(y)};
 }
@@ -74,12 +76,12 @@ void NodeIndex::refresh() {
 void NodeIndex::add(const cad::Stub& stub) {
   if (stub.erased()) return;
   const AcDbObjectId id = id_of(stub);
-  const std::optional<ObjectData> data = ObjectData::read(id);
-  if (!data || !is_node(data->kind())) return;
+  const Kind kind = kind_of(id).value_or(Kind::kNone);
+  if (!is_node(kind)) return;
   const std::optional<AcGePoint3d> at = position_of(id);
   if (!at || !std::isfinite(at->x) || !std::isfinite(at->y)) return;
   const Cell cell = cell_of(at->x, at->y);
-  cells_[cell].push_back({&stub, data->kind(), space_of(drawing_, stub), at->x, at->y});
+  cells_[cell].push_back({&stub, kind, space_of(drawing_, stub), at->x, at->y});
   places_.emplace(&stub, cell);
 }
 
@@ -95,12 +97,13 @@ void NodeIndex::remove(const cad::Stub& stub) {
 NodeIndex::Nearest NodeIndex::nearest(std::uint64_t space, double x, double y,
                                       bool (*fits)(Kind node, Kind pipe), Kind pipe) {
   refresh();
-  const Cell middle = cell_of(x, y);
+  const Cell first = cell_of(x - kTolerance, y - kTolerance);
+  const Cell last = cell_of(x + kTolerance, y + kTolerance);
   const Node* best = nullptr;
   double best_distance = kTolerance;
   double second_distance = INFINITY;
-  for (std::int64_t column = middle.column - 1; column <= middle.column + 1; ++column) {
-    for (std::int64_t row = middle.row - 1; row <= middle.row + 1; ++row) {
+  for (std::int64_t column = first.column; column <= last.column; ++column) {
+    for (std::int64_t row = first.row; row <= last.row; ++row) {
       const auto cell = cells_.find({column, row});
       if (cell == cells_.end()) continue;
       for (const Node& node : cell->second) {

@@ -187,12 +187,26 @@ std::optional<ObjectData> ObjectData::read(std::string_view record,
   return data;
 }
 
+std::optional<Kind> kind_of(AcDbObjectId id) {
+  const cad::RecordTags record = cad::record_tags(id);
+  DataPairs pairs(record.bytes, *record.dialect);
+  for (DataPair pair; pairs.next(pair);) {
+    if (pair.what != DataPair::What::kPair || pair.key != &kKeys[index_of(Key::kKind)]) continue;
+    if (pair.value.code != kTextGroup) return Kind::kNone;
+    return kind_named(cad::dxf::text_value(pair.value, *record.dialect));
+  }
+  return pairs.found() ? std::optional(Kind::kNone) : std::nullopt;
+}
+
 std::optional<double> ObjectData::real(Key key) const {
-  return has(key) ? std::optional(numbers_[index_of(key)]) : std::nullopt;
+  return has(key) && row_of(key).group == kRealGroup ? std::optional(numbers_[index_of(key)])
+                                                     : std::nullopt;
 }
 
 std::optional<int> ObjectData::integer(Key key) const {
-  return has(key) ? std::optional(static_cast<int>(numbers_[index_of(key)])) : std::nullopt;
+  return has(key) && row_of(key).group == kIntegerGroup
+             ? std::optional(static_cast<int>(numbers_[index_of(key)]))
+             : std::nullopt;
 }
 
 CString ObjectData::text(Key key) const {
@@ -203,7 +217,7 @@ CString ObjectData::text(Key key) const {
 }
 
 std::uint64_t ObjectData::handle(Key key) const {
-  return has(key) ? nodes_[key == Key::kEndNode ? 1 : 0] : 0;
+  return has(key) && row_of(key).group == kHandleGroup ? nodes_[key == Key::kEndNode ? 1 : 0] : 0;
 }
 
 void ObjectData::put_number(Key key, double value) {

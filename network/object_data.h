@@ -122,6 +122,7 @@ class ObjectData {
   /// The same from the tags of a record.
   static std::optional<ObjectData> read(std::string_view record, const cad::dxf::Dialect& dialect);
 
+  // Absent, too, for keys whose values are of another type.
   bool has(Key key) const { return present_[static_cast<std::size_t>(key)]; }
   std::optional<double> real(Key key) const;
   std::optional<int> integer(Key key) const;
@@ -145,6 +146,10 @@ class ObjectData {
   std::vector<std::pair<Key, CString>> texts_;
   std::vector<DataFault> faults_;
 };
+
+/// The kind that the entity's data name, without reading the rest: what ObjectData::read() would
+/// find, or nothing where it would find no data.
+std::optional<Kind> kind_of(AcDbObjectId id);
 
 /// One value of an entity's data, written in the place of the one that stands there, else behind
 /// the rest; every other group keeps its bytes. eKeyNotFound when the entity has no data of the

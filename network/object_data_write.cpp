@@ -20,14 +20,33 @@ constexpr std::size_t kLongestText = 255;
 
 using WriteValue = std::function<void(cad::dxf::TagWriter&)>;
 
+/// Where a further pair can go without becoming a part of what stands there: behind whole pairs, in
+/// front of a key that lacks its value or of a list that may lack its closing brace.
+std::optional<std::size_t> place_behind(const DataPair& pair, std::optional<std::size_t> before) {
+  constexpr int kBraceGroup = 1002;
+  switch (pair.what) {
+    case DataPair::What::kPair:
+    case DataPair::What::kStray:
+      return pair.value.code == kBraceGroup ? before.value_or(pair.begin) : pair.end;
+    case DataPair::What::kNoValue:
+      return before.value_or(pair.begin);
+    case DataPair::What::kBrace:
+      break;
+  }
+  return before;
+}
+
 /// Of several pairs of the key the first, as in reading. Without a value the pair goes.
 Acad::ErrorStatus replace(AcDbEntity& entity, Key key, const WriteValue* value) {
   const cad::RecordTags record = cad::record_tags(entity.objectId());
   const KeyRow& row = row_of(key);
   DataPairs pairs(record.bytes, *record.dialect);
   std::optional<DataPair> found;
-  for (DataPair pair; pairs.next(pair);)
+  std::optional<std::size_t> end;
+  for (DataPair pair; pairs.next(pair);) {
     if (pair.key == &row && !found) found = pair;
+    end = place_behind(pair, end);
+  }
   if (!pairs.found()) return Acad::eKeyNotFound;
   if (!value) {
     if (!found) return Acad::eOk;
@@ -40,7 +59,8 @@ Acad::ErrorStatus replace(AcDbEntity& entity, Key key, const WriteValue* value) 
   if (!found) writer.raw(kTextGroup, row.name);
   (*value)(writer);
   return found ? cad::replace_extended_tags(entity, found->key_end, found->end, tags)
-               : cad::replace_extended_tags(entity, pairs.end(), pairs.end(), tags);
+               : cad::replace_extended_tags(entity, end.value_or(pairs.end()),
+                                            end.value_or(pairs.end()), tags);
 }
 
 Acad::ErrorStatus write(AcDbObjectId id, Key key, const WriteValue* value) {

@@ -1,7 +1,6 @@
 #include "network/pipe_ends.h"
 
 #include "network/node_index.h"
-#include "network/wells.h"
 
 namespace network {
 namespace {
@@ -20,7 +19,9 @@ bool fits(Kind node, Kind pipe) {
 }
 
 PipeEnd given_end(AcDbObjectId node) {
-  if (!open_node(node)) return {AcDbObjectId(), EndState::kNoNode};
+  const bool is_there = !node.isNull() && !node.isErased();
+  if (!is_there || !is_node(kind_of(node).value_or(Kind::kNone)))
+    return {AcDbObjectId(), EndState::kNoNode};
   return {node, EndState::kGiven};
 }
 

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "bench/generate/dxf_output.h"
+#include "bench/generate/network.h"
 #include "bench/generate/pipes.h"
 #include "bench/generate/skeleton.h"
 
@@ -20,18 +21,31 @@ const std::map<std::string, std::string> kVersions = {
     {"R2010", "AC1024"}, {"R2013", "AC1027"}, {"R2018", "AC1032"},
 };
 
-void write_drawing(bench::DxfOutput& out, std::uint64_t pipes) {
-  bench::write_up_to_blocks(out, pipes);
+void write_drawing(bench::DxfOutput& out, std::uint64_t pipes, bool with_network) {
+  const bench::Network network(pipes);
+  const auto pipe_at = [&](std::uint64_t number) {
+    return with_network ? network.pipe_at(number) : bench::pipe_at(number);
+  };
+  bench::write_up_to_blocks(out, pipes,
+                            with_network
+                                ? network.first_free_handle()
+                                : bench::kFirstPipeHandle + pipes * bench::kHandlesPerPipe);
   out.text(0, "SECTION");
   out.text(2, "ENTITIES");
   for (std::uint64_t i = 0; i < pipes; ++i) {
-    bench::write_entities(out, bench::pipe_at(i), bench::kModelSpace);
+    const bench::Pipe pipe = pipe_at(i);
+    bench::write_line(out, pipe, bench::kModelSpace);
+    if (with_network) network.write_pipe_data(out, i);
+    bench::write_labels(out, pipe, bench::kModelSpace);
   }
+  if (with_network)
+    for (std::uint64_t i = 0; i < network.wells(); ++i)
+      network.write_well(out, i, bench::kModelSpace);
   out.text(0, "ENDSEC");
   out.text(0, "SECTION");
   out.text(2, "OBJECTS");
   bench::write_root_objects(out);
-  for (std::uint64_t i = 0; i < pipes; ++i) bench::write_objects(out, bench::pipe_at(i));
+  for (std::uint64_t i = 0; i < pipes; ++i) bench::write_objects(out, pipe_at(i));
   out.text(0, "ENDSEC");
   out.text(0, "EOF");
 }
@@ -45,6 +59,7 @@ int main(int argc, char** argv) {
   std::string version = "R2013";
   bench::Format format;
   bool lf = false;
+  bool with_network = false;
   std::string path;
   app.add_option("--pipes", pipes, "how many (about 1 kB each)")->capture_default_str();
   app.add_option("--version", version, "R2000 R2004 R2007 R2010 R2013 R2018")
@@ -52,6 +67,8 @@ int main(int argc, char** argv) {
       ->capture_default_str();
   app.add_option("--code-page", format.code_page, "$DWGCODEPAGE; texts are in it before R2007")
       ->capture_default_str();
+  app.add_flag("--network", with_network,
+               "join the pipes by wells; both carry PIPENOTE data (about 1.6 kB a pipe)");
   app.add_flag("--lf", lf, "line feeds only (default: CR LF)");
   app.add_option("OUT", path, "the drawing to write")->required();
   try {
@@ -67,7 +84,7 @@ int main(int argc, char** argv) {
   try {
     if (file) {
       bench::DxfOutput out(file, format);
-      write_drawing(out, pipes);
+      write_drawing(out, pipes, with_network);
       written = out.finish();
       written = std::fclose(file) == 0 && written;
     }

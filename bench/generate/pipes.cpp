@@ -10,18 +10,8 @@
 namespace bench {
 namespace {
 
-constexpr std::uint64_t kPipesPerRow = 1000;
-constexpr double kSpacing = 60.0;
 constexpr double kTextHeight = 2.5;
 constexpr int kDiameters[] = {100, 150, 200, 300, 400, 500, 600, 800, 1000, 1200};
-
-// splitmix64: a well mixed number for each input.
-std::uint64_t mixed(std::uint64_t n) {
-  n += 0x9E3779B97F4A7C15u;
-  n = (n ^ (n >> 30)) * 0xBF58476D1CE4E5B9u;
-  n = (n ^ (n >> 27)) * 0x94D049BB133111EBu;
-  return n ^ (n >> 31);
-}
 
 // Coordinates in a drawing carry a few decimals, not all a double has.
 double rounded(double value) { return std::round(value * 1e6) / 1e6; }
@@ -50,6 +40,14 @@ void write_label(DxfOutput& out, const Pipe& pipe, const Label& label, std::uint
 }
 
 }  // namespace
+
+// splitmix64
+std::uint64_t mixed(std::uint64_t n) {
+  n += 0x9E3779B97F4A7C15u;
+  n = (n ^ (n >> 30)) * 0xBF58476D1CE4E5B9u;
+  n = (n ^ (n >> 27)) * 0x94D049BB133111EBu;
+  return n ^ (n >> 31);
+}
 
 Pipe pipe_at(std::uint64_t number) {
   const std::uint64_t random = mixed(number);
@@ -80,7 +78,7 @@ Corner corner_of(std::uint64_t pipes) {
           static_cast<double>(rows) * kSpacing};
 }
 
-void write_entities(DxfOutput& out, const Pipe& pipe, std::uint64_t model_space) {
+void write_line(DxfOutput& out, const Pipe& pipe, std::uint64_t model_space) {
   out.text(0, "LINE");
   out.handle(5, pipe.line);
   out.text(102, "{ACAD_XDICTIONARY");
@@ -92,6 +90,9 @@ void write_entities(DxfOutput& out, const Pipe& pipe, std::uint64_t model_space)
   out.text(100, "AcDbLine");
   out.point(10, pipe.x1, pipe.y1);
   out.point(11, pipe.x2, pipe.y2);
+}
+
+void write_labels(DxfOutput& out, const Pipe& pipe, std::uint64_t model_space) {
   write_label(out, pipe, {pipe.diameter_text, "DN" + std::to_string(pipe.diameter), +1},
               model_space);
   write_label(out, pipe, {pipe.length_text, "L=" + pipe.length + "m", -1}, model_space);

@@ -13,6 +13,11 @@ inline constexpr char kPipeLayer[] = "ZY-管线";
 /// Lower than any handle of a pipe, above those of the skeleton.
 inline constexpr std::uint64_t kFirstPipeHandle = 0x100;
 inline constexpr std::uint64_t kHandlesPerPipe = 5;
+inline constexpr std::uint64_t kPipesPerRow = 1000;
+inline constexpr double kSpacing = 60.0;  ///< of rows and columns, drawing units
+
+/// A well mixed number for each input.
+std::uint64_t mixed(std::uint64_t n);
 
 /// One labelled pipe. Everything follows from its number, so that both sections are written in a
 /// stream and every run gives the same drawing.
@@ -35,8 +40,10 @@ struct Corner {
 };
 Corner corner_of(std::uint64_t pipes);
 
-/// The pipe's line and its two labels, for ENTITIES.
-void write_entities(DxfOutput& out, const Pipe& pipe, std::uint64_t model_space);
+/// The pipe's line, for ENTITIES; its extended data may follow.
+void write_line(DxfOutput& out, const Pipe& pipe, std::uint64_t model_space);
+/// Its two labels.
+void write_labels(DxfOutput& out, const Pipe& pipe, std::uint64_t model_space);
 
 /// The extension dictionary of the line and the annotation record in it, for OBJECTS.
 void write_objects(DxfOutput& out, const Pipe& pipe);

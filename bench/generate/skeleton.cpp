@@ -300,13 +300,20 @@ constexpr std::string_view kTables = R"(0 SECTION
 5 9
 330 0
 100 AcDbSymbolTable
-70 1
+70 2
 0 APPID
 5 12
 330 9
 100 AcDbSymbolTableRecord
 100 AcDbRegAppTableRecord
 2 ACAD
+70 0
+0 APPID
+5 13
+330 9
+100 AcDbSymbolTableRecord
+100 AcDbRegAppTableRecord
+2 PIPENOTE
 70 0
 0 ENDTAB
 0 TABLE
@@ -574,14 +581,14 @@ std::string real(double value) {
 
 }  // namespace
 
-void write_up_to_blocks(DxfOutput& out, std::uint64_t pipes) {
+void write_up_to_blocks(DxfOutput& out, std::uint64_t pipes, std::uint64_t first_free_handle) {
   const Corner corner = corner_of(pipes);
   write_template(out, kHeader,
                  {{"version", out.format().acad_version},
                   {"code page", out.format().code_page},
                   {"right", real(corner.x)},
                   {"top", real(corner.y)},
-                  {"handle seed", hex(kFirstPipeHandle + pipes * kHandlesPerPipe)}});
+                  {"handle seed", hex(first_free_handle)}});
   write_template(out, kTables, {{"label layer", kLabelLayer}, {"pipe layer", kPipeLayer}});
   write_template(out, kBlocks);
 }

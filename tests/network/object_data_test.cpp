@@ -155,6 +155,16 @@ TEST_F(PipeData, AValueThatIsNoNumberCountsAsAbsent) {
                   "start_node is no handle: \"XYZ\"", "parallel is no number: \"99999999999\""));
 }
 
+TEST_F(PipeData, AValueIsOfItsOwnTypeOnly) {
+  const ObjectData data = read(kind("water-pipe") + node("start_node", "1F") +
+                               real("diameter", "300.0") + whole("material", "2"));
+  EXPECT_EQ(data.handle(Key::kKind), 0u);
+  EXPECT_EQ(data.real(Key::kKind), std::nullopt);
+  EXPECT_EQ(data.real(Key::kMaterial), std::nullopt);
+  EXPECT_EQ(data.integer(Key::kDiameter), std::nullopt);
+  EXPECT_EQ(data.text(Key::kStartNode), L"");
+}
+
 TEST_F(PipeData, TheNullHandleIsNoReference) {
   const ObjectData data = read(kind("water-pipe") + node("start_node", "0"));
   EXPECT_FALSE(data.has(Key::kStartNode));
@@ -244,6 +254,17 @@ TEST_F(PipeData, AClosingBraceIsNoValue) {
   EXPECT_EQ(data.real(Key::kLength), 12.0);
 }
 
+TEST_F(PipeData, TheKindIsKnownWithoutTheRest) {
+  given_network(line("A1", 0, 0, 1, 0, real("diameter", "1.0") + kind("storm-pipe") + kind("x")) +
+                line("A2", 0, 0, 1, 0, real("diameter", "1.0")) + line("A3", 0, 0, 1, 0, "") +
+                line("A4", 0, 0, 1, 0, "1000 kind\n1040 1.0\n" + kind("storm-pipe")));
+  EXPECT_EQ(network::kind_of(id(0xA1)), Kind::kStormPipe);
+  EXPECT_EQ(network::kind_of(id(0xA2)), Kind::kNone);
+  EXPECT_EQ(network::kind_of(id(0xA3)), std::nullopt);
+  EXPECT_EQ(network::kind_of(id(0xA4)), Kind::kNone) << "the first counts";
+  EXPECT_EQ(network::kind_of(AcDbObjectId()), std::nullopt);
+}
+
 TEST_F(PipeData, WritingAValuePatchesItsPairOnly) {
   const std::string before = "1000 remark\n1000 as built\n" + kind("water-pipe") +
                              "1000 diameter\n1040 3e2\n" + real("length", "12.50") +
@@ -264,6 +285,27 @@ TEST_F(PipeData, ANewValueGoesBehindTheRest) {
   std::string wanted = file;
   wanted.insert(wanted.find("1001\nOTHER"), "1000\nmaterial\n1070\n     2\n");
   EXPECT_EQ(database->save_bytes(), wanted);
+}
+
+TEST_F(PipeData, ANewValueIsNotTakenForAnothersValue) {
+  for (const std::string& odd :
+       {std::string("1000 code\n"), std::string("1000 remark\n"),
+        std::string("1000 history\n1002 {\n1000 entry\n"), std::string("1002 {\n")}) {
+    for (const std::string& before : {std::string(), kind("storm-pipe")}) {
+      given_network(line("A1", 0, 0, 10, 0, before + odd));
+      ASSERT_EQ(network::write_real(id(0xA1), Key::kDiameter, 300.0), Acad::eOk);
+      const std::optional<ObjectData> data = ObjectData::read(id(0xA1));
+      EXPECT_EQ(data->real(Key::kDiameter), 300.0) << before << odd;
+      EXPECT_EQ(data->text(Key::kCode), L"");
+      EXPECT_EQ(data->kind(), before.empty() ? Kind::kNone : Kind::kStormPipe);
+    }
+  }
+}
+
+TEST_F(PipeData, DataThatAreEmptyAreFilled) {
+  given_network(line("A1", 0, 0, 10, 0, "") + "1001 PIPENOTE\n1001 OTHER\n1040 1.0\n");
+  ASSERT_EQ(network::write_text(id(0xA1), Key::kKind, L"storm-pipe"), Acad::eOk);
+  EXPECT_EQ(network::kind_of(id(0xA1)), Kind::kStormPipe);
 }
 
 TEST_F(PipeData, AValueOfTheWrongGroupIsReplaced) {

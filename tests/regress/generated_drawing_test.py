@@ -12,6 +12,12 @@ GENERATOR = ""
 PIPES = 200
 
 
+def pipe_data(entity):
+    """The PIPENOTE pairs of an entity: group and value by key."""
+    tags = list(entity.get_xdata("PIPENOTE"))
+    return {key.value: (value.code, value.value) for key, value in zip(tags[::2], tags[1::2])}
+
+
 class GeneratedDrawing(unittest.TestCase):
 
     def setUp(self):
@@ -70,6 +76,27 @@ class GeneratedDrawing(unittest.TestCase):
         self.assertEqual(len(handles), len(set(handles)))
         self.assertGreater(stored, max(handles))
         self.assertGreaterEqual(seed, stored)
+
+    def test_a_network_joins_its_pipes_by_wells(self):
+        drawing = self.generate("--network")
+        self.assertEqual(independent_reader.complaints(drawing), [])
+        pipes = drawing.modelspace().query("LINE")
+        wells = drawing.modelspace().query("CIRCLE")
+        self.assertEqual((len(pipes), len(wells)), (PIPES, PIPES + 1))
+        self.assertGreater(int(drawing.header["$HANDSEED"], 16),
+                           max(int(well.dxf.handle, 16) for well in wells))
+        for number, pipe in enumerate(pipes):
+            data = pipe_data(pipe)
+            self.assertEqual(data["kind"], (1000, "drainage-pipe"))
+            self.assertGreater(data["start_invert"][1], data["end_invert"][1])
+            for key, point in (("start_node", pipe.dxf.start), ("end_node", pipe.dxf.end)):
+                self.assertEqual(key in data, number % 4 != 3)
+                if key not in data:
+                    continue
+                self.assertEqual(data[key][0], 1005)
+                well = drawing.entitydb[data[key][1]]
+                self.assertTrue(well.dxf.center.isclose(point))
+                self.assertEqual(pipe_data(well)["kind"], (1000, "drainage-well"))
 
     def test_a_version_that_does_not_exist_is_wrong_usage(self):
         done = subprocess.run([GENERATOR, "--version", "R13", self.path], capture_output=True)

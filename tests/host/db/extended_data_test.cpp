@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include "host/db/extended_data.h"
+#include "host/db/record.h"
 #include "tests/host/db/plan.h"
 
 namespace {
@@ -36,6 +38,46 @@ TEST_F(ExtendedData, IsReadPerApplicationOrWhole) {
   EXPECT_EQ(data(0x3A).size(), 12u);
   EXPECT_THAT(data(0x3A, L"NONE"), IsEmpty());
   EXPECT_THAT(data(0x2F), IsEmpty());
+}
+
+TEST_F(ExtendedData, TagsOfAnApplicationAreWalkedOneByOne) {
+  for (const Form form : kFormsWithDictionaries) {
+    given_plan(form);
+    const cad::RecordTags record = cad::record_tags(id(0x3A));
+    cad::ExtendedTags tags(record.bytes, *record.dialect, L"pn");
+    std::vector<int> codes;
+    for (cad::dxf::Tag tag; tags.next(tag);) codes.push_back(tag.code);
+    EXPECT_THAT(codes,
+                ElementsAre(1002, 1000, 1070, 1071, 1040, 1005, 1010, 1020, 1030, 1004, 1002))
+        << form_name(form);
+    EXPECT_TRUE(tags.found());
+    cad::ExtendedTags none(record.bytes, *record.dialect, L"NONE");
+    cad::dxf::Tag tag;
+    EXPECT_FALSE(none.next(tag));
+    EXPECT_FALSE(none.found());
+  }
+}
+
+TEST_F(ExtendedData, ATagIsReplacedAndTheOthersKeepTheirBytes) {
+  const std::string before = database().save_bytes();
+  const cad::RecordTags record = cad::record_tags(id(0x3A));
+  cad::ExtendedTags tags(record.bytes, *record.dialect, L"PN");
+  cad::dxf::Tag tag;
+  while (tags.next(tag) && tag.code != 1040) {
+  }
+  const std::string old(record.bytes.substr(tag.begin, tag.end - tag.begin));
+  AcDbObject* object = opened(0x3A, AcDb::kForWrite);
+  EXPECT_EQ(cad::replace_extended_tags(*object, 0, 4, "1040\n7.0\n"), Acad::eInvalidInput)
+      << "not extended data";
+  EXPECT_EQ(cad::replace_extended_tags(*object, tag.begin, 1 << 20, ""), Acad::eInvalidInput);
+  EXPECT_EQ(cad::replace_extended_tags(*object, tag.begin, tag.end, "1040\n7.0\n"), Acad::eOk);
+  object->close();
+  std::string wanted = before;
+  wanted.replace(wanted.find(old), old.size(), "1040\n7.0\n");
+  EXPECT_EQ(database().save_bytes(), wanted);
+  AcDbObject* const reading = opened(0x3A);
+  EXPECT_EQ(cad::replace_extended_tags(*reading, tag.begin, tag.end, ""), Acad::eNotOpenForWrite);
+  reading->close();
 }
 
 TEST_F(ExtendedData, ReadsTheSameInEveryForm) {
