@@ -102,6 +102,8 @@ class Respelling {
         old_(from.dialect()),
         now_(to.dialect()),
         kind_(from.kind_name(source)),
+        same_texts_(old_.binary == now_.binary && old_.code_page == now_.code_page),
+        same_numbers_(!old_.binary && !now_.binary),
         writer_(out_, now_) {}
 
   std::string spell(std::uint64_t owner, std::uint64_t reactor) {
@@ -225,7 +227,7 @@ class Respelling {
       ++at_;
       return;
     }
-    writer_.copy(tag, old_);
+    copy(tag);
   }
 
   /// True when the tag is done with.
@@ -292,11 +294,18 @@ class Respelling {
       const auto block = references_.blocks.find(folded(name));
       if (block != references_.blocks.end()) return writer_.text(tag.code, block->second.name);
     }
+    copy(tag);
+  }
+
+  /// What does not change keeps its spelling where the other drawing has the same.
+  void copy(const dxf::Tag& tag) {
+    const bool is_text = dxf::value_type(tag.code) == dxf::ValueType::kText;
+    if (is_text ? same_texts_ : same_numbers_) return writer_.raw(tag.code, tag.value);
     writer_.copy(tag, old_);
   }
 
   void reference_or_copy(const dxf::Tag& tag) {
-    if (!is_translated(tag.code)) return writer_.copy(tag, old_);
+    if (!is_translated(tag.code)) return copy(tag);
     const std::uint64_t handle = references_.handle(dxf::handle_value(tag));
     const bool optional = kind_ != "XRECORD" && is_optional_style(kind_, tag.code);
     if (handle == 0 && optional) return;
@@ -316,7 +325,7 @@ class Respelling {
       left_out_ = references_.missing.contains(missing_key("APPID", dxf::text_value(tag, old_)));
     if (left_out_) return;
     if (tag.code == 1005) return writer_.handle(1005, references_.handle(dxf::handle_value(tag)));
-    writer_.copy(tag, old_);
+    copy(tag);
   }
 
   Drawing& from_;
@@ -327,6 +336,8 @@ class Respelling {
   const dxf::Dialect& old_;
   const dxf::Dialect& now_;
   const std::string_view kind_;
+  const bool same_texts_;    // whether both drawings spell texts the same way
+  const bool same_numbers_;  // and numbers
   std::string out_;
   dxf::TagWriter writer_;
   std::vector<dxf::Tag> body_, extended_;

@@ -107,6 +107,7 @@ class Cloner {
   bool add_owned(const Item& item, const dxf::Tag& tag, bool is_extension);
   void need_name(std::string_view table, std::wstring_view name, std::string_view kind,
                  std::size_t place);
+  Stub* source_record(std::string_view table, std::wstring_view name);
   void need_record(std::string_view table, Stub& record, std::wstring_view name);
   void need_target(Stub& target, bool maps_only);
   void need_object(Stub& object, bool maps_only);

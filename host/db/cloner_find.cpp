@@ -92,6 +92,8 @@ void Cloner::refuse(Acad::ErrorStatus status, std::string where, std::string wha
 }
 
 void Cloner::add_entity(Stub& entity, std::size_t place) {
+  const std::string_view kind = from_.kind_name(entity);
+  if (kind == "BLOCK" || kind == "ENDBLK") return;  // stray ones would end the block it goes to
   const std::size_t main = items_.size();
   items_.push_back({.source = &entity, .role = Role::kEntity, .place = place});
   for (Stub* part : from_.sub_entities(entity))
@@ -228,7 +230,7 @@ void Cloner::need_name(std::string_view table, std::wstring_view name, std::stri
     return;
   }
   if (!known_names_.insert(missing_key(table, name)).second) return;
-  Stub* record = from_.table_record(table, name);
+  Stub* record = source_record(table, name);
   if (record) return need_record(table, *record, name);
   if (to_.table_record(table, name)) return;
   const bool is_possible = is_symbol_name(name, to_.has_long_names());
@@ -242,6 +244,12 @@ void Cloner::need_name(std::string_view table, std::wstring_view name, std::stri
   } else if (!is_always_there(name)) {
     references_.missing.insert(missing_key(table, name));
   }
+}
+
+/// A record of the source; none where a damaged table holds something else.
+Stub* Cloner::source_record(std::string_view table, std::wstring_view name) {
+  Stub* const record = from_.table_record(table, name);
+  return record && from_.kind_name(*record) == table ? record : nullptr;
 }
 
 void Cloner::need_record(std::string_view table, Stub& record, std::wstring_view name) {
@@ -293,7 +301,7 @@ void Cloner::need_shape_styles() {
   if (!styles || !own) return;
   for (const std::size_t index : from_.table_records(*styles)) {
     Stub& style = from_.stub_at(index);
-    if (!name_of(from_, style, "STYLE").empty()) continue;
+    if (from_.kind_name(style) != "STYLE" || !name_of(from_, style, "STYLE").empty()) continue;
     const std::wstring file = shape_file(from_, style);
     const Stub* same = nullptr;
     for (const std::size_t other : to_.table_records(*own)) {
@@ -358,7 +366,7 @@ void Cloner::need_block(std::wstring_view name, std::string_view kind, std::size
     return;
   }
   if (references_.blocks.contains(key)) return;
-  Stub* record = from_.table_record(kBlocks, name);
+  Stub* record = source_record(kBlocks, name);
   const Drawing::Block* source = source_block(name, record);
   const bool anonymous = is_anonymous_block(name);
   const Stub* own = anonymous ? nullptr : block_record_or_begin(to_, name);

@@ -82,7 +82,9 @@ Result<std::vector<AcDbObjectId>> copy_entities(const std::vector<AcDbObjectId>&
       return fail(described(stub), "belongs to another drawing than the entities before it");
     }
     if (stub.erased()) return fail(described(stub), "is erased");
-    if (!is_entity(id) || drawing.is_frame(stub)) return fail(described(stub), "is not an entity");
+    const std::string_view kind = record_kind(id);
+    if (!is_entity(id) || kind == "BLOCK" || kind == "ENDBLK")
+      return fail(described(stub), "is not an entity");
     if (drawing.is_sub_entity(stub)) {
       return fail(described(stub), "is a part of another entity: copy that one");
     }

@@ -193,7 +193,7 @@ TEST_F(InsertDrawing, ANewLayerKeepsItsPropertiesAndLinetype) {
   given(own);
   inserted();
   const std::string made = tags(record("LAYER", L"gas"));
-  EXPECT_THAT(made, HasSubstr("  2\nGas\n 70\n     1\n 62\n   -30\n  6\nDASHED\n"));
+  EXPECT_THAT(made, HasSubstr("  2\nGas\n 70\n1\n 62\n-30\n  6\nDASHED\n"));
   EXPECT_THAT(made, HasSubstr("330\n2\n100"));
   EXPECT_THAT(made, Not(HasSubstr("390\n")));
   EXPECT_FALSE(record("LTYPE", L"dashed").isNull());
@@ -224,7 +224,7 @@ TEST_F(InsertDrawing, ReferencesFollowAndTextsOfHandlesStay) {
   const AcDbObjectId xrecord = referred(dictionary, 360);
   EXPECT_EQ(tags(xrecord), "  0\nXRECORD\n  5\n" + hex(xrecord) + "\n102\n{ACAD_REACTORS\n330\n" +
                                hex(dictionary) + "\n102\n}\n330\n" + hex(dictionary) +
-                               "\n100\nAcDbXrecord\n280\n     1\n  1\n101\n320\n100\n330\n" +
+                               "\n100\nAcDbXrecord\n280\n1\n  1\n101\n320\n100\n330\n" +
                                hex(circle) + "\n340\n" + hex(line) + "\n330\n0\n");
 }
 
@@ -442,7 +442,7 @@ TEST_F(InsertDrawing, OldDrawingsGetHandlesAndClassMarkers) {
   EXPECT_EQ(tags(entity_in(block, "TEXT")),
             "  0\nTEXT\n  5\n" + hex(entity_in(block, "TEXT")) + "\n330\n" + hex(block) +
                 "\n100\nAcDbEntity\n  8\nOLD\n100\nAcDbText\n 10\n1.0\n 20\n2.0\n 40\n2.5\n  1\nT\n"
-                "  7\nHZ\n 72\n     1\n 11\n3.0\n 21\n4.0\n100\nAcDbText\n 73\n     2\n");
+                "  7\nHZ\n 72\n1\n 11\n3.0\n 21\n4.0\n100\nAcDbText\n 73\n2\n");
   EXPECT_THAT(tags(entity_in(block, "VERTEX")),
               HasSubstr("100\nAcDbVertex\n100\nAcDb2dVertex\n 10\n1.0\n"));
   EXPECT_THAT(tags(record("STYLE", L"HZ")),
@@ -510,7 +510,7 @@ TEST_F(InsertDrawing, NewerGroupsStayOutOfOlderDrawings) {
   EXPECT_THAT(line, Not(HasSubstr("420\n")));
   EXPECT_THAT(line, Not(HasSubstr("440\n")));
   EXPECT_THAT(line, HasSubstr(" 92\n        4\n310\n01020304\n"));
-  EXPECT_THAT(line, HasSubstr("370\n    25\n"));
+  EXPECT_THAT(line, HasSubstr("370\n25\n"));
 }
 
 TEST_F(InsertDrawing, ProxiesBringTheirClass) {
@@ -560,6 +560,36 @@ TEST_F(InsertDrawing, FiledObjectsAreFoundByTheirKeys) {
   EXPECT_EQ(referred(second, 340), definition);
 }
 
+TEST_F(InsertDrawing, DrawOrderAndUnitsComeAlong) {
+  std::string bytes = drawing_of(
+      std::string(kLine) +
+      "0 POINT\n5 101\n330 1F\n100 AcDbEntity\n8 0\n100 AcDbPoint\n10 0.0\n20 0.0\n30 0.0\n");
+  const auto put = [&](std::string_view in_front, std::string_view note) {
+    const std::size_t at = bytes.find(in_front);
+    ASSERT_NE(at, std::string::npos) << in_front;
+    bytes.insert(at, written::ascii(note));
+  };
+  put("  9\n$HANDSEED", "9 $INSUNITS\n70 6\n");
+  put("330\n1\n100\nAcDbSymbolTableRecord\n100\nAcDbBlockTableRecord\n  2\n*Model_Space",
+      "102 {ACAD_XDICTIONARY\n360 400\n102 }\n");
+  bytes.insert(bytes.rfind("  0\nENDSEC"),
+               written::ascii("0 DICTIONARY\n5 400\n330 1F\n100 AcDbDictionary\n280 1\n281 1\n"
+                              "3 ACAD_SORTENTS\n360 401\n0 SORTENTSTABLE\n5 401\n"
+                              "102 {ACAD_REACTORS\n330 400\n102 }\n330 400\n"
+                              "100 AcDbSortentsTable\n330 1F\n331 100\n5 101\n331 101\n5 100\n"));
+  given_source(bytes);
+  given(drawing_of(""));
+  const AcDbObjectId block = inserted();
+  const auto hex = [](AcDbObjectId id) { return cad::to_utf8(cad::handle_text(id.handle())); };
+  const AcDbObjectId order = referred(referred(block, 360), 360);
+  const std::string line = hex(entity_in(block, "LINE")), point = hex(entity_in(block, "POINT"));
+  EXPECT_THAT(tags(order), HasSubstr("AcDbSortentsTable\n330\n" + hex(block) + "\n331\n" + line +
+                                     "\n  5\n" + point + "\n331\n" + point + "\n  5\n" + line));
+  EXPECT_THAT(tags(block), HasSubstr(" 70\n     6\n"));
+  reopened();
+  EXPECT_FALSE(referred(record("BLOCK_RECORD", L"SYMBOL"), 360).isNull());
+}
+
 TEST_F(InsertDrawing, UndefinedNamesDoNoHarm) {
   given(drawing_of(""));
   given_source(little_drawing(
@@ -573,6 +603,19 @@ TEST_F(InsertDrawing, UndefinedNamesDoNoHarm) {
   EXPECT_THAT(made, Not(HasSubstr("NOLINES")));
   EXPECT_THAT(made, Not(HasSubstr("NOSTYLE")));
   EXPECT_THAT(kinds(record("BLOCK_RECORD", L"NOBLOCK")), testing::IsEmpty());
+}
+
+TEST_F(InsertDrawing, RecordsOfAnotherKindAndStrayFramesStayOut) {
+  std::string bytes = drawing_of(
+      "0 ENDBLK\n5 101\n330 1F\n100 AcDbEntity\n8 0\n100 AcDbBlockEnd\n"
+      "0 LINE\n5 100\n330 1F\n100 AcDbEntity\n8 GAS\n100 AcDbLine\n10 0.0\n20 0.0\n");
+  bytes.insert(bytes.find("  0\nENDTAB"), written::ascii("0 CIRCLE\n5 80\n330 2\n2 GAS\n"));
+  given_source(bytes);
+  given(drawing_of(""));
+  EXPECT_THAT(kinds(inserted()), ElementsAre("LINE"));
+  EXPECT_EQ(cad::record_kind(record("LAYER", L"GAS")), "LAYER");
+  reopened();
+  EXPECT_THAT(kinds(record("BLOCK_RECORD", L"SYMBOL")), ElementsAre("LINE"));
 }
 
 TEST_F(InsertDrawing, AnEmptyDrawingMakesAnEmptyBlock) {
