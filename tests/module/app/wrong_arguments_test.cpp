@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
 #include <vector>
 
@@ -119,6 +120,56 @@ TEST_F(WrongArguments, OfDimupdateAreTracedByPosition) {
     EXPECT_EQ(trace.lines(), Texts{row.traced}) << row.arguments;
   }
   EXPECT_EQ(document->database()->save_bytes(), before);
+}
+
+TEST_F(WrongArguments, InAnyMixtureLeaveADrawingThatIsWhole) {
+  const std::vector<std::string> values = {"pipe",
+                                           "label",
+                                           "(e \"30\")",
+                                           "(e \"31\")",
+                                           "(e \"4A\")",
+                                           "(e \"4B\")",
+                                           "\"pcgb\"",
+                                           "\"bzjg\"",
+                                           "\"jt\"",
+                                           "\"pipe_len\"",
+                                           "\"zh_mc\"",
+                                           "\"0\"",
+                                           "\"\"",
+                                           "\"1e400\"",
+                                           "\"\\t标注\\n\"",
+                                           "nil",
+                                           "T",
+                                           "-1",
+                                           "1e300",
+                                           "'(1.0 2.0 3.0)",
+                                           "(ssadd)",
+                                           "'(\"a\" . 1)",
+                                           "(namedobjdict)",
+                                           "(list pipe \"bzjg\")",
+                                           "(list (e \"30\") \"pcgb\")",
+                                           "(list (list (list nil)))"};
+  std::mt19937 random(20);
+  const auto below = [&](std::size_t end) { return static_cast<std::size_t>(random() % end); };
+  for (int round = 0; round < 4000; ++round) {
+    const Function& function = kFunctions[below(kFunctions.size())];
+    std::vector<std::string> arguments = function.arguments;
+    for (std::string& argument : arguments)
+      if (below(4) == 0) argument = values[below(values.size())];
+    if (below(8) == 0) arguments.resize(below(arguments.size() + 3), "nil");
+    std::string program = call(function, arguments);
+    if (below(20) == 0) program = "(entdel " + values[below(6)] + ")";
+    if (below(20) == 0) {
+      program = "(updatedim " + values[below(values.size())] + " " + values[below(6)] + ")";
+    }
+    eval(program);
+    ASSERT_TRUE(document->database()->open_objects().empty()) << program;
+  }
+  const Items kept = items();
+  const std::string saved = document->database()->save_bytes();
+  reopen();
+  EXPECT_EQ(items(), kept);
+  EXPECT_EQ(document->database()->save_bytes(), saved);
 }
 
 TEST_F(WrongArguments, KindsOfEntitiesThatAreNoPipesAreFine) {
