@@ -119,6 +119,7 @@ std::optional<dxf::Tag> Lens::owner_tag() const {
 }
 
 std::optional<Lens::Group> Lens::group(std::string_view name) const {
+  if (bytes_.find(name) == bytes_.npos) return std::nullopt;  // most records have none
   dxf::TagReader tags(bytes_, dialect_);
   dxf::Tag tag;
   std::optional<Group> found;

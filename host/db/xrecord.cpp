@@ -1,5 +1,7 @@
 #include "host/db/xrecord.h"
 
+#include <optional>
+
 #include "host/db/buffer_tags.h"
 #include "host/db/database.h"
 #include "host/db/drawing.h"
@@ -15,22 +17,40 @@ constexpr std::string_view kNewXrecord =
 constexpr int kCloningFlag = 280;
 constexpr int kExtendedData = 1001;
 
-/// Where the values begin: behind the class marker and the cloning flag. Values run to the end of
-/// the record or to extended data.
-std::size_t values_begin(std::string_view bytes, const cad::dxf::Dialect& dialect) {
+/// Offset behind the class marker, found by its text: in ASCII a line of letters is a value, and
+/// the line in front of it its code. Nothing for records that are spelled otherwise.
+std::optional<std::size_t> behind_plain_marker(std::string_view bytes,
+                                               const cad::dxf::Dialect& dialect) {
+  constexpr std::string_view kMarker = "100\nAcDbXrecord\n";
+  if (dialect.binary || dialect.crlf) return std::nullopt;
+  const std::size_t at = bytes.find(kMarker);
+  const bool whole_line = at != bytes.npos && at != 0 && bytes[at - 1] == '\n';
+  return whole_line ? std::optional(at + kMarker.size()) : std::nullopt;
+}
+
+std::size_t behind_marker(std::string_view bytes, const cad::dxf::Dialect& dialect) {
+  if (const auto behind = behind_plain_marker(bytes, dialect)) return *behind;
   cad::dxf::TagReader tags(bytes, dialect);
   cad::dxf::Tag tag;
   while (tags.next(tag)) {
-    if (tag.code != 100 || tag.value != kPart) continue;
-    const std::size_t behind_marker = tag.end;
-    if (!dialect.has_cloning_flags()) return behind_marker;
-    return tags.next(tag) && tag.code == kCloningFlag ? tag.end : behind_marker;
+    if (tag.code == 100 && tag.value == kPart) return tag.end;
   }
   return bytes.size();
 }
 
+/// Where the values begin: behind the class marker and the cloning flag. Values run to the end of
+/// the record or to extended data.
+std::size_t values_begin(std::string_view bytes, const cad::dxf::Dialect& dialect) {
+  const std::size_t begin = behind_marker(bytes, dialect);
+  if (!dialect.has_cloning_flags()) return begin;
+  cad::dxf::TagReader tags(bytes, dialect, begin);
+  cad::dxf::Tag tag;
+  return tags.next(tag) && tag.code == kCloningFlag ? tag.end : begin;
+}
+
 std::size_t values_end(std::string_view bytes, const cad::dxf::Dialect& dialect,
                        std::size_t begin) {
+  if (!dialect.binary && bytes.find("1001", begin) == bytes.npos) return bytes.size();
   cad::dxf::TagReader tags(bytes, dialect, begin);
   cad::dxf::Tag tag;
   while (tags.next(tag)) {

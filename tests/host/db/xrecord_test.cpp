@@ -229,6 +229,20 @@ TEST_F(Xrecord, ExtendedDataBehindTheValuesStays) {
   record->close();
 }
 
+TEST_F(Xrecord, TextsThatLookLikeTheFrameAreValues) {
+  const cad::ResbufChain chain(acutBuildList(1, L"100", 1, L"AcDbXrecord", 280, 7, 1, L"1001", 1,
+                                             L"{ACAD_XDICTIONARY", RTNONE));
+  ASSERT_EQ(set(0x51, chain.get()), Acad::eOk);
+  EXPECT_THAT(values(0x51),
+              ElementsAre("1 100", "1 AcDbXrecord", "280 7", "1 1001", "1 {ACAD_XDICTIONARY"));
+  auto* record = opened<AcDbXrecord>(0x51);
+  EXPECT_TRUE(record->extensionDictionary().isNull());
+  record->close();
+  reopened();
+  EXPECT_THAT(values(0x51),
+              ElementsAre("1 100", "1 AcDbXrecord", "280 7", "1 1001", "1 {ACAD_XDICTIONARY"));
+}
+
 TEST_F(Xrecord, ChangingOneLeavesItsFrameAsItWas) {
   const cad::ResbufChain chain(acutBuildList(1, L"new", 0));
   const std::string before = database().save_bytes();
