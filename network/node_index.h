@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <unordered_map>
 #include <vector>
 
@@ -12,8 +11,9 @@ namespace network {
 
 /// The nodes of a drawing by their place in plan. Made when first asked for, in one walk through
 /// the drawing; afterwards a change of the drawing costs as much as what was changed.
-///     NodeIndex& nodes = NodeIndex::of(*database);
-///     const NodeIndex::Nearest found = nodes.nearest(space_of(pipe), x, y, fits);
+///     NodeIndex& nodes = NodeIndex::of(drawing);
+///     const NodeIndex::Nearest found =
+///         nodes.nearest(NodeIndex::space_of(drawing, stub), x, y, fits, Kind::kStormPipe);
 class NodeIndex : public cad::DrawingListener {
  public:
   /// Kept with the drawing.

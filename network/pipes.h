@@ -58,19 +58,19 @@ class CGxJsGd : public CGxGd {
   std::optional<Ends> flow_ends() const override;
 };
 
-/// What pipes without pressure have in common is in their inverts, m.
+/// A drainage pipe: water flows from the higher invert to the lower.
 class CGxPsGd : public CGxGd {
  public:
   using CGxGd::CGxGd;
   static const CRuntimeClass* GetThisClass();
   const CRuntimeClass* GetRuntimeClass() const override { return GetThisClass(); }
 
-  std::optional<double> start_invert() const { return real(network::Key::kStartInvert); }
+  std::optional<double> start_invert() const { return real(network::Key::kStartInvert); }  ///< m
   std::optional<double> end_invert() const { return real(network::Key::kEndInvert); }
   std::optional<Ends> flow_ends() const override;
 };
 
-/// A storm-water pipe.
+/// A storm-water pipe: as a drainage pipe.
 class CGxYsGd : public CGxGd {
  public:
   using CGxGd::CGxGd;
