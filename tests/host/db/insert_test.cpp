@@ -1,130 +1,14 @@
-#include <gmock/gmock.h>
-
-#include <unistd.h>
-
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-
 #include "host/base/codepage.h"
-#include "host/base/numbers.h"
 #include "host/db/copy_entity.h"
-#include "host/db/drawing.h"
-#include "host/db/insert_drawing.h"
-#include "host/db/lens.h"
-#include "host/db/record.h"
-#include "host/db/stub.h"
 #include "host/db/undo.h"
+#include "tests/host/db/inserting.h"
 #include "tests/host/db/little.h"
-#include "tests/host/db/plan.h"
-#include "tests/host/db/shapes.h"
 
 namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
-
-/// A drawing becomes a block of another.
-class InsertDrawing : public DrawingTest {
- protected:
-  AcDbDatabase& given_source(std::string bytes) {
-    source_ = std::make_unique<AcDbDatabase>(false);
-    const cad::Status status = source_->read_bytes(std::move(bytes), "symbol.dxf");
-    EXPECT_TRUE(status) << status.error().message();
-    return *source_;
-  }
-  AcDbDatabase& source() { return *source_; }
-
-  AcDbObjectId inserted(const wchar_t* name = L"SYMBOL") {
-    Acad::ErrorStatus status = Acad::eOk;
-    const auto block = cad::insert_drawing(database(), name, *source_, status);
-    EXPECT_TRUE(block) << block.error().message();
-    EXPECT_EQ(status, Acad::eOk);
-    return block ? *block : AcDbObjectId();
-  }
-  /// The status and the line of an insertion that must fail and change nothing.
-  std::string refusal(const wchar_t* name = L"SYMBOL") {
-    const std::string before = database().save_bytes();
-    const std::uint64_t seed = database().handseed();
-    Acad::ErrorStatus status = Acad::eOk;
-    const auto block = cad::insert_drawing(database(), name, *source_, status);
-    EXPECT_FALSE(block);
-    EXPECT_EQ(database().save_bytes(), before);
-    EXPECT_EQ(static_cast<std::uint64_t>(database().handseed()), seed);
-    return block ? "" : std::to_string(status) + " " + block.error().message();
-  }
-
-  static std::string tags(AcDbObjectId object) {
-    std::string text(cad::record_tags(object).bytes);
-    std::erase(text, '\r');
-    return text;
-  }
-  AcDbObjectId record(std::string_view table, std::wstring_view name) {
-    return AcDbObjectId(database().drawing().table_record(table, name));
-  }
-  AcDbObjectId begin_of(AcDbObjectId block) {
-    cad::Drawing& drawing = database().drawing();
-    return AcDbObjectId(&drawing.stub_at(drawing.block_of(block.handle())->begin));
-  }
-  /// Kinds of a block's entities, parts included.
-  std::vector<std::string> kinds(AcDbObjectId block) {
-    std::vector<std::string> found;
-    cad::Drawing& drawing = database().drawing();
-    const cad::Drawing::Block* contents = cad::record_kind(block) == "BLOCK"
-                                              ? drawing.block_at(*block.stub())
-                                              : drawing.block_of(block.handle());
-    for (cad::Stub* at = drawing.first_in(*contents); at; at = drawing.entity_behind(*at))
-      found.emplace_back(drawing.kind_name(*at));
-    return found;
-  }
-  AcDbObjectId entity_in(AcDbObjectId block, std::string_view kind) {
-    cad::Drawing& drawing = database().drawing();
-    for (cad::Stub* at = drawing.first_in(*drawing.block_of(block.handle())); at;
-         at = drawing.entity_behind(*at))
-      if (drawing.kind_name(*at) == kind) return AcDbObjectId(at);
-    ADD_FAILURE() << "no " << kind;
-    return {};
-  }
-  std::wstring text(AcDbObjectId object, std::string_view part, int code) {
-    const cad::RecordTags record = cad::record_tags(object);
-    return cad::Lens(record.bytes, *record.dialect).text(part, code);
-  }
-  AcDbObjectId referred(AcDbObjectId object, int code) {
-    const cad::RecordTags record = cad::record_tags(object);
-    cad::dxf::Tag tag;
-    for (cad::dxf::TagReader at(record.bytes, *record.dialect); at.next(tag);)
-      if (tag.code == code) return cad::referenced(object, cad::dxf::handle_value(tag));
-    return {};
-  }
-
- private:
-  std::unique_ptr<AcDbDatabase> source_;
-};
-
-/// An R12 drawing without handles: an entity and a block, noted one tag per line.
-std::string old_drawing(std::string_view tables, std::string_view blocks,
-                        std::string_view entities) {
-  std::string note =
-      "0 SECTION\n2 HEADER\n9 $ACADVER\n1 AC1009\n9 $INSBASE\n10 4.0\n20 5.0\n30 0.0\n";
-  note += "0 ENDSEC\n0 SECTION\n2 TABLES\n";
-  note += tables;
-  note += "0 ENDSEC\n0 SECTION\n2 BLOCKS\n";
-  note += blocks;
-  note += "0 ENDSEC\n0 SECTION\n2 ENTITIES\n";
-  note += entities;
-  note += "0 ENDSEC\n0 EOF\n";
-  return written::ascii(note);
-}
-
-std::string insert_of(std::string_view name, std::string_view layer = "0") {
-  return "0 INSERT\n330 1F\n100 AcDbEntity\n8 " + std::string(layer) +
-         "\n100 AcDbBlockReference\n2 " + std::string(name) + "\n10 0.0\n20 0.0\n30 0.0\n";
-}
-
-constexpr std::string_view kLine =
-    "0 LINE\n5 100\n330 1F\n100 AcDbEntity\n8 0\n100 AcDbLine\n10 0.0\n20 0.0\n30 0.0\n11 1.0\n"
-    "21 0.0\n31 0.0\n";
 
 TEST_F(InsertDrawing, ModelSpaceBecomesTheBlock) {
   given(drawing_of(""));
@@ -215,7 +99,6 @@ TEST_F(InsertDrawing, ReferencesFollowAndTextsOfHandlesStay) {
   given(drawing_of(""));
   const AcDbObjectId block = inserted();
   const AcDbObjectId line = entity_in(block, "LINE"), circle = entity_in(block, "CIRCLE");
-  const auto hex = [](AcDbObjectId id) { return cad::to_utf8(cad::handle_text(id.handle())); };
   EXPECT_THAT(tags(line), Not(HasSubstr("REACTORS")));
   EXPECT_THAT(tags(circle), HasSubstr("1001\nPN\n1005\n" + hex(line) + "\n1005\n0\n"));
   const AcDbObjectId dictionary = referred(line, 360);
@@ -312,10 +195,6 @@ TEST_F(InsertDrawing, ABlockCannotContainItself) {
   // The source shows a block of the name without defining it.
   given_source(drawing_of(insert_of("SYMBOL")));
   EXPECT_EQ(refusal(), "97 block SYMBOL: would contain itself");
-  // What the drawing's own BOX shows counts, not the source's.
-  given(drawing_of(insert_of("BOX")));
-  const AcDbObjectId symbol = inserted(L"*U");
-  ASSERT_FALSE(symbol.isNull());
 }
 
 TEST_F(InsertDrawing, ABlockOfTheDrawingMayNotShowTheNewOne) {
@@ -373,144 +252,6 @@ TEST_F(InsertDrawing, UndoingLeavesTheFileAsItWas) {
   EXPECT_EQ(cad::undo_log(database()).redo(1), 1u);
   EXPECT_FALSE(record("BLOCK_RECORD", L"BOX").isNull());
   EXPECT_THAT(kinds(record("BLOCK_RECORD", L"SYMBOL")), ElementsAre("INSERT", "LINE"));
-}
-
-TEST_F(InsertDrawing, EveryFormOfFileGoesIntoEveryOther) {
-  for (const Form from :
-       {Form::kUtf8, Form::kChinese, Form::kBinary, Form::kOldBinary, Form::kR12}) {
-    for (const Form into : kFormsWithDictionaries) {
-      SCOPED_TRACE(std::string(form_name(from)) + " into " + std::string(form_name(into)));
-      given_plan(into);
-      std::string bytes = spelled(plan_note(), from);
-      std::size_t at = bytes.rfind("WELL");
-      for (at = 0; (at = bytes.find("WELL", at)) != std::string::npos;)
-        bytes.replace(at, 4, "PUMP");
-      given_source(bytes);
-      inserted();
-      reopened();
-      const AcDbObjectId block = record("BLOCK_RECORD", L"SYMBOL");
-      ASSERT_FALSE(block.isNull());
-      EXPECT_EQ(kinds(block).size(), 14u);
-      EXPECT_FALSE(record("BLOCK_RECORD", L"PUMP").isNull());
-      auto* line = opened<AcDbLine>(entity_in(block, "LINE"));
-      ASSERT_TRUE(line);
-      EXPECT_EQ(line->endPoint(), AcGePoint3d(4, 6, 0.5));
-      line->close();
-      EXPECT_EQ(text(entity_in(block, "TEXT"), "AcDbText", 1), L"DN300");
-    }
-  }
-}
-
-TEST_F(InsertDrawing, TextsChangeTheirCodePage) {
-  const std::string name = "\xB9\xDC\xCF\xDF";  // 管线 in code page 936
-  std::string note = "0 SECTION\n2 HEADER\n9 $ACADVER\n1 AC1015\n9 $DWGCODEPAGE\n3 ANSI_936\n";
-  note += "0 ENDSEC\n0 SECTION\n2 ENTITIES\n0 TEXT\n100 AcDbEntity\n8 " + name +
-          "\n100 AcDbText\n10 0.0\n20 0.0\n40 1.0\n1 " + name +
-          "^J\\U+2103\n100 AcDbText\n0 ENDSEC\n0 EOF\n";
-  given_source(written::ascii(note));
-  given(drawing_of(""));
-  const AcDbObjectId block = inserted(L"符号");
-  EXPECT_FALSE(record("LAYER", L"管线").isNull());
-  EXPECT_EQ(text(entity_in(block, "TEXT"), "AcDbText", 1), L"管线\n℃");
-  EXPECT_THAT(tags(entity_in(block, "TEXT")), HasSubstr("\n管线^J℃\n"));
-  // And back into an old drawing of a page that has none of these characters.
-  given_source(database().save_bytes());
-  const std::string plain = "0 SECTION\n2 HEADER\n9 $ACADVER\n1 AC1015\n0 ENDSEC\n";
-  given(written::ascii(plain + "0 SECTION\n2 ENTITIES\n0 ENDSEC\n0 EOF\n"));
-  std::vector<AcDbObjectId> nothing;
-  Acad::ErrorStatus status;
-  ASSERT_TRUE(cad::insert_drawing(database(), L"BACK", source(), status));
-}
-
-TEST_F(InsertDrawing, OldDrawingsGetHandlesAndClassMarkers) {
-  given_source(old_drawing(
-      "0 TABLE\n2 LAYER\n70 1\n0 LAYER\n2 OLD\n70 0\n62 5\n6 CONTINUOUS\n0 ENDTAB\n"
-      "0 TABLE\n2 STYLE\n70 1\n0 STYLE\n2 HZ\n70 0\n40 0.0\n41 0.7\n50 0.0\n71 0\n42 2.5\n3 txt\n"
-      "4 hztxt\n0 ENDTAB\n",
-      "0 BLOCK\n8 0\n2 DOT\n70 0\n10 0.0\n20 0.0\n30 0.0\n3 DOT\n0 POINT\n8 0\n10 0.0\n20 0.0\n"
-      "30 0.0\n0 ENDBLK\n8 0\n",
-      "0 TEXT\n8 OLD\n10 1.0\n20 2.0\n40 2.5\n1 T\n7 HZ\n72 1\n11 3.0\n21 4.0\n73 2\n"
-      "0 POLYLINE\n8 OLD\n66 1\n10 0.0\n20 0.0\n30 0.0\n0 VERTEX\n8 OLD\n10 1.0\n20 1.0\n30 0.0\n"
-      "0 SEQEND\n8 OLD\n0 INSERT\n8 0\n2 DOT\n10 1.0\n20 1.0\n30 0.0\n"
-      "0 3DLINE\n8 0\n10 0.0\n20 0.0\n30 0.0\n11 1.0\n21 1.0\n31 1.0\n"
-      "0 LINE\n67 1\n8 0\n10 0.0\n20 0.0\n11 1.0\n21 1.0\n"));
-  given(drawing_of(""));
-  const AcDbObjectId block = inserted();
-  EXPECT_THAT(kinds(block), ElementsAre("TEXT", "POLYLINE", "VERTEX", "SEQEND", "INSERT", "LINE"));
-  EXPECT_THAT(tags(begin_of(block)), HasSubstr(" 10\n4.0\n 20\n5.0\n"));
-  const auto hex = [](AcDbObjectId id) { return cad::to_utf8(cad::handle_text(id.handle())); };
-  EXPECT_EQ(tags(entity_in(block, "TEXT")),
-            "  0\nTEXT\n  5\n" + hex(entity_in(block, "TEXT")) + "\n330\n" + hex(block) +
-                "\n100\nAcDbEntity\n  8\nOLD\n100\nAcDbText\n 10\n1.0\n 20\n2.0\n 40\n2.5\n  1\nT\n"
-                "  7\nHZ\n 72\n1\n 11\n3.0\n 21\n4.0\n100\nAcDbText\n 73\n2\n");
-  EXPECT_THAT(tags(entity_in(block, "VERTEX")),
-              HasSubstr("100\nAcDbVertex\n100\nAcDb2dVertex\n 10\n1.0\n"));
-  EXPECT_THAT(tags(record("STYLE", L"HZ")),
-              HasSubstr("100\nAcDbSymbolTableRecord\n100\nAcDbTextStyleTableRecord\n  2\nHZ\n"));
-  const AcDbObjectId dot = record("BLOCK_RECORD", L"DOT");
-  ASSERT_FALSE(dot.isNull());
-  EXPECT_THAT(tags(begin_of(dot)), HasSubstr("100\nAcDbEntity\n  8\n0\n100\nAcDbBlockBegin\n"));
-  EXPECT_THAT(kinds(dot), ElementsAre("POINT"));
-}
-
-TEST_F(InsertDrawing, ArrowsOfDimensionStylesAreNamedOrReferredTo) {
-  const std::string style =
-      "0 TABLE\n2 DIMSTYLE\n70 1\n0 DIMSTYLE\n2 GB\n70 0\n3 \n4 \n5 DOT\n6 \n7 \n40 1.0\n0 "
-      "ENDTAB\n";
-  const std::string dot = "0 BLOCK\n8 0\n2 DOT\n70 0\n10 0.0\n20 0.0\n30 0.0\n0 ENDBLK\n8 0\n";
-  const std::string dimension =
-      "0 DIMENSION\n8 0\n3 GB\n10 0.0\n20 0.0\n11 0.0\n21 0.0\n70 1\n13 0.0\n23 0.0\n14 1.0\n"
-      "24 0.0\n";
-  given_source(old_drawing(style, dot, dimension));
-  std::string bytes = drawing_of("");
-  bytes.insert(bytes.find("  0\nTABLE"),
-               written::ascii("0 TABLE\n2 DIMSTYLE\n5 90\n330 0\n100 AcDbSymbolTable\n70 0\n"
-                              "0 ENDTAB\n"));
-  given(bytes);
-  inserted();
-  const AcDbObjectId made = record("DIMSTYLE", L"GB");
-  ASSERT_FALSE(made.isNull());
-  EXPECT_EQ(referred(made, 342), record("BLOCK_RECORD", L"DOT"));
-  EXPECT_THAT(tags(made), HasSubstr("DIMSTYLE\n105\n"));
-  // The other way round.
-  const std::string in_space = drawing_of(
-      "0 DIMENSION\n5 100\n330 1F\n100 AcDbEntity\n8 0\n100 AcDbDimension\n3 GB\n10 0.0\n70 1\n");
-  std::string saved = database().save_bytes();
-  saved.replace(saved.find("  0\nSECTION\n  2\nENTITIES"), std::string::npos,
-                in_space.substr(in_space.find("  0\nSECTION\n  2\nENTITIES")));
-  given_source(saved);
-  given(old_drawing("0 TABLE\n2 DIMSTYLE\n70 0\n0 ENDTAB\n", "", ""));
-  inserted(L"BACK");
-  EXPECT_THAT(tags(record("DIMSTYLE", L"GB")), HasSubstr("  5\nDOT\n"));
-  EXPECT_THAT(database().save_bytes(), HasSubstr("BLOCK\n"));
-}
-
-TEST_F(InsertDrawing, OldDrawingsTakeWhatTheyCanHold) {
-  given(old_drawing("0 TABLE\n2 LAYER\n70 0\n0 ENDTAB\n", "", ""));
-  given_source(drawing_of(kLine));
-  const AcDbObjectId block = inserted();
-  EXPECT_EQ(cad::record_kind(block), "BLOCK");
-  EXPECT_THAT(kinds(block), ElementsAre("LINE"));
-  const std::string saved = database().save_bytes();
-  const std::string made = saved.substr(saved.find("SYMBOL"));
-  EXPECT_THAT(made.substr(0, made.find("ENDBLK")), Not(HasSubstr("AcDb")));
-  given_source(drawing_of(
-      "0 LWPOLYLINE\n5 100\n330 1F\n100 AcDbEntity\n8 0\n100 AcDbPolyline\n90 0\n70 0\n"));
-  EXPECT_EQ(refusal(L"OTHER"),
-            "2 LWPOLYLINE 100: needs a drawing of release R14 or newer; this one is R12");
-}
-
-TEST_F(InsertDrawing, NewerGroupsStayOutOfOlderDrawings) {
-  given(spelled(plan_note(), Form::kChinese));
-  given_source(
-      drawing_of("0 LINE\n5 100\n330 1F\n100 AcDbEntity\n160 4\n310 01020304\n8 0\n62 1\n420 "
-                 "255\n440 33554560\n"
-                 "370 25\n100 AcDbLine\n10 0.0\n20 0.0\n11 1.0\n21 0.0\n"));
-  const std::string line = tags(entity_in(inserted(), "LINE"));
-  EXPECT_THAT(line, Not(HasSubstr("420\n")));
-  EXPECT_THAT(line, Not(HasSubstr("440\n")));
-  EXPECT_THAT(line, HasSubstr(" 92\n        4\n310\n01020304\n"));
-  EXPECT_THAT(line, HasSubstr("370\n25\n"));
 }
 
 TEST_F(InsertDrawing, ProxiesBringTheirClass) {
@@ -580,7 +321,6 @@ TEST_F(InsertDrawing, DrawOrderAndUnitsComeAlong) {
   given_source(bytes);
   given(drawing_of(""));
   const AcDbObjectId block = inserted();
-  const auto hex = [](AcDbObjectId id) { return cad::to_utf8(cad::handle_text(id.handle())); };
   const AcDbObjectId order = referred(referred(block, 360), 360);
   const std::string line = hex(entity_in(block, "LINE")), point = hex(entity_in(block, "POINT"));
   EXPECT_THAT(tags(order), HasSubstr("AcDbSortentsTable\n330\n" + hex(block) + "\n331\n" + line +
@@ -648,79 +388,6 @@ TEST_F(InsertDrawing, EntitiesAreCopiedIntoOtherDrawings) {
       cad::copy_entity(AcDbObjectId(from.drawing().find(0x37)), record("BLOCK_RECORD", L"WELL"));
   ASSERT_FALSE(shown);
   EXPECT_EQ(shown.error().message(), "block WELL: would contain itself");
-}
-
-class ReadDrawingFile : public testing::Test {
- protected:
-  ReadDrawingFile() {
-    folder_ =
-        std::filesystem::temp_directory_path() / ("read_drawing_" + std::to_string(::getpid()));
-    std::filesystem::create_directories(folder_);
-  }
-  ~ReadDrawingFile() override { std::filesystem::remove_all(folder_); }
-  std::wstring file(const char* name, std::string_view bytes) {
-    std::ofstream(folder_ / name, std::ios::binary) << bytes;
-    return path(name);
-  }
-  std::wstring path(const char* name) { return cad::from_utf8((folder_ / name).string()); }
-  std::filesystem::path folder_;
-};
-
-TEST_F(ReadDrawingFile, ContentsDecideHowAFileIsRead) {
-  for (const std::string& bytes :
-       {drawing_of(kLine), spelled(plan_note(), Form::kBinary), spelled(plan_note(), Form::kR12)}) {
-    AcDbDatabase database(false);
-    EXPECT_EQ(database.readDwgFile(file("psjt.dwg", bytes).c_str(), 3, false), Acad::eOk);
-    EXPECT_FALSE(database.first_entity().isNull());
-    EXPECT_EQ(database.readDwgFile(path("psjt.dwg").c_str()), Acad::eInvalidInput);
-  }
-}
-
-TEST_F(ReadDrawingFile, NamesAreFoundAsProgramsSpellThem) {
-  file("PSJT.dxf", drawing_of(kLine));
-  std::wstring name = path("psjt.dwg");
-  name.replace(name.rfind(L'/'), 1, L"\\");
-  AcDbDatabase database(false);
-  EXPECT_EQ(database.readDwgFile(name.c_str()), Acad::eOk);
-}
-
-TEST_F(ReadDrawingFile, WhatCannotBeReadSaysWhy) {
-  AcDbDatabase database(false);
-  EXPECT_EQ(database.readDwgFile(path("none.dwg").c_str()), Acad::eFileNotFound);
-  EXPECT_THAT(database.read_error().message(), testing::EndsWith("none.dwg: does not exist"));
-  EXPECT_EQ(database.readDwgFile(nullptr), Acad::eFileNotFound);
-  EXPECT_EQ(database.readDwgFile(path(".").c_str()), Acad::eFileNotFound);
-  EXPECT_EQ(database.readDwgFile(file("empty.dwg", "").c_str()), Acad::eBadDxfSequence);
-  const std::string whole = drawing_of(kLine);
-  EXPECT_EQ(database.readDwgFile(file("cut.dwg", whole.substr(0, whole.size() / 2)).c_str()),
-            Acad::eBadDxfSequence);
-  // The shell is as good as new.
-  EXPECT_EQ(database.readDwgFile(file("whole.dwg", whole).c_str()), Acad::eOk);
-  EXPECT_TRUE(database.read_error().message().empty());
-}
-
-TEST_F(ReadDrawingFile, ADwgFileIsConverted) {
-  const std::string path_before = std::getenv("PATH");
-  const auto converter = folder_ / "dwg2dxf";
-  file("made.dxf", drawing_of(kLine));
-  const auto given_converter = [&](const std::string& line) {
-    std::ofstream(converter) << "#!/bin/sh\n" << line << "\n";
-    std::filesystem::permissions(converter, std::filesystem::perms::owner_all);
-  };
-  ::setenv("PATH", folder_.c_str(), 1);
-  const std::wstring drawing = file("real.dwg", "AC1018 and what follows");
-  AcDbDatabase database(false);
-  given_converter("exit 1");
-  EXPECT_EQ(database.readDwgFile(drawing.c_str()), Acad::eInvalidDwgVersion);
-  EXPECT_THAT(database.read_error().message(), HasSubstr("real.dwg: is a DWG file (R2004), but"));
-  given_converter("echo nonsense > \"$3\"");
-  EXPECT_EQ(database.readDwgFile(drawing.c_str()), Acad::eInvalidDwgVersion);
-  EXPECT_THAT(database.read_error().message(), HasSubstr("made of it cannot be read"));
-  given_converter("/bin/cp '" + (folder_ / "made.dxf").string() + "' \"$3\"");
-  EXPECT_EQ(database.readDwgFile(drawing.c_str()), Acad::eOk);
-  EXPECT_FALSE(database.first_entity().isNull());
-  EXPECT_EQ(database.save_bytes(), drawing_of(kLine));
-  ::setenv("PATH", path_before.c_str(), 1);
 }
 
 }  // namespace
