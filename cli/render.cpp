@@ -158,7 +158,7 @@ void tell_gaps(const RenderOptions& options, const cad::picture::Picture& pictur
          " not drawn: a block would contain itself");
   if (const std::size_t n = picture.gaps.too_many)
     tell(counted(n, "block reference", "block references") +
-         " not drawn: blocks in blocks multiply beyond measure");
+         " drawn in part: blocks in blocks multiply beyond measure");
   if (const std::size_t n = picture.bad_coordinates)
     tell(counted(n, "piece", "pieces") + " not drawn: coordinates that are no places");
   if (const std::size_t n = picture.empty_texts)

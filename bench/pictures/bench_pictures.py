@@ -32,9 +32,9 @@ def peer_kinds():
     """The formats that the installed LibreCAD exports without a window: it names its tools."""
     if not shutil.which("librecad"):
         return []
-    told = subprocess.run(["librecad", "--help"], env=PEER_ENVIRONMENT, capture_output=True,
-                          text=True, timeout=60).stdout
-    return [kind for kind in ("svg", "png", "pdf") if f"dxf2{kind}" in told]
+    done = subprocess.run(["librecad", "--help"], env=PEER_ENVIRONMENT, capture_output=True,
+                          text=True, timeout=60)
+    return [kind for kind in ("svg", "png", "pdf") if f"dxf2{kind}" in done.stdout + done.stderr]
 
 
 def peer_seconds(kind, drawing, folder):

@@ -21,7 +21,7 @@ struct DrawingGaps {
   std::map<std::string, std::size_t, std::less<>> kinds;  ///< entities of kinds that are not drawn
   std::size_t missing_blocks = 0;  ///< references to blocks that the drawing lacks
   std::size_t cycles = 0;          ///< references within blocks to a block around them
-  std::size_t too_many = 0;        ///< references left out because blocks multiply beyond measure
+  std::size_t too_many = 0;        ///< references drawn in part: blocks multiply beyond measure
   bool empty() const { return kinds.empty() && !missing_blocks && !cycles && !too_many; }
 };
 
@@ -30,7 +30,7 @@ struct DrawingGaps {
 class EntityDrawer {
  public:
   /// `most`: entities of blocks that are drawn before the rest is given up.
-  explicit EntityDrawer(AcGiWorldDraw& draw, std::size_t most = 5'000'000)
+  explicit EntityDrawer(AcGiWorldDraw& draw, std::size_t most = 2'000'000)
       : canvas_(draw), left_(most) {}
 
   /// With the layer and colours it has; nothing when it, or its layer, is not to be seen.

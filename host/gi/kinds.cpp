@@ -32,6 +32,7 @@ constexpr KindRow kKinds[] = {
     {"IMAGE", draw_image},
     {"WIPEOUT", draw_wipeout},
     {"MPOLYGON", draw_hatch},
+    {"MULTILEADER", draw_mleader},
 };
 
 }  // namespace

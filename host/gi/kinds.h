@@ -14,6 +14,7 @@ void draw_curve(const EntityTags& entity, EntityDrawer& drawer);
 void draw_light_polyline(const EntityTags& entity, EntityDrawer& drawer);
 void draw_heavy_polyline(const EntityTags& entity, EntityDrawer& drawer);
 void draw_leader(const EntityTags& entity, EntityDrawer& drawer);
+void draw_mleader(const EntityTags& entity, EntityDrawer& drawer);
 void draw_mline(const EntityTags& entity, EntityDrawer& drawer);
 void draw_line_of_text(const EntityTags& entity, EntityDrawer& drawer);
 void draw_mtext(const EntityTags& entity, EntityDrawer& drawer);

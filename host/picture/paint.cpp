@@ -27,9 +27,15 @@ class Paint {
   }
 
   bool all() {
-    const std::size_t marked = scene_.items.size() - scene_.highlighted;
+    const std::size_t count = scene_.items.size();
+    const std::size_t marked = scene_.highlights.empty() ? count : scene_.highlights.front();
     for (std::size_t i = 0; i < marked; ++i) item(scene_.items[i], false);
-    for (std::size_t i = marked; i < scene_.items.size(); ++i) item(scene_.items[i], true);
+    for (std::size_t i = 0; i < scene_.highlights.size(); ++i) {
+      const std::size_t first = scene_.highlights[i];
+      const std::size_t end = i + 1 < scene_.highlights.size() ? scene_.highlights[i + 1] : count;
+      mark_if_small(std::span(scene_.items).subspan(first, end - first));
+      for (std::size_t k = first; k < end; ++k) item(scene_.items[k], true);
+    }
     return painted_;
   }
 
@@ -39,7 +45,7 @@ class Paint {
   void area(const Item& item, bool marked);
   void run(const Item& item, bool marked);
   void point(const Item& item, bool marked);
-  void mark_with_ring(const Item& item);
+  void mark_if_small(std::span<const Item> items);
   std::uint32_t color(const Ink& ink) const { return ink.foreground ? foreground_ : ink.rgb; }
   double weight(const Ink& ink) const { return std::max(kThin, ink.weight * kPixelsPerHundredth); }
   bool is_visible(const Box& box, double beyond) const {
@@ -66,7 +72,6 @@ void Paint::item(const Item& item, bool marked) {
   const bool endless = item.kind == Item::Kind::kRay || item.kind == Item::Kind::kXline;
   const double beyond = item.width * view_.scale + kMarkerWidth + kRing;
   if (!endless && !is_visible(item.box, beyond)) return;
-  if (marked && !endless) mark_with_ring(item);
   switch (item.kind) {
     case Item::Kind::kStroke:
       stroke(item, marked);
@@ -200,10 +205,12 @@ void Paint::point(const Item& item, bool marked) {
   painter_.stroke(path_, {color(ink), weight(ink), 1.0, {}, false});
 }
 
-void Paint::mark_with_ring(const Item& item) {
-  if (std::max(item.box.width(), item.box.height()) * view_.scale >= kSmallest) return;
-  const Point middle =
-      view_.place({(item.box.left + item.box.right) / 2.0, (item.box.bottom + item.box.top) / 2.0});
+/// An entity that is too small to be noticed gets a ring around it.
+void Paint::mark_if_small(std::span<const Item> items) {
+  Box box;
+  for (const Item& item : items) box.add(item.box);
+  if (box.is_empty() || std::max(box.width(), box.height()) * view_.scale >= kSmallest) return;
+  const Point middle = view_.place({(box.left + box.right) / 2.0, (box.bottom + box.top) / 2.0});
   path_.clear();
   path_.move(middle + Point{kRing, 0});
   path_.steps.push_back(Step::kArc);

@@ -4,6 +4,7 @@
 #include "host/db/database.h"
 #include "host/db/drawing.h"
 #include "host/db/entity_fields.h"
+#include "host/gi/draw_order.h"
 #include "host/picture/paint.h"
 #include "host/picture/scene_draw.h"
 
@@ -19,9 +20,7 @@ void for_each_entity(Drawing& drawing, AcDbObjectId space, Visit&& visit) {
   const std::uint64_t record =
       space.isNull() ? drawing.model_space() : static_cast<std::uint64_t>(space.handle());
   if (record != 0) {
-    for (Stub* stub = drawing.first_in_block(record); stub;
-         stub = drawing.next_in_block(record, *stub))
-      visit(AcDbObjectId(stub));
+    for (const AcDbObjectId entity : entities_in_draw_order(drawing, record)) visit(entity);
     return;
   }
   constexpr int kInPaper = 67;
@@ -74,9 +73,10 @@ Result<Picture> make_picture(AcDbDatabase& database, Format format, const Option
   picture.bad_coordinates = scene.skipped;
   picture.empty_texts = scene.empty_texts;
   const Frame frame = frame_of(scene, options.window, options.size);
-  const std::size_t once = scene.items.size();
-  for (const AcDbObjectId entity : options.highlights) drawer.draw(entity);
-  scene.highlighted = scene.items.size() - once;
+  for (const AcDbObjectId entity : options.highlights) {
+    scene.highlights.push_back(scene.items.size());
+    drawer.draw(entity);
+  }
 
   Sheet sheet;
   sheet.width = frame.view.width;

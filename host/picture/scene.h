@@ -115,7 +115,9 @@ struct Item {
 
 struct Scene {
   std::vector<Item> items;
-  std::size_t highlighted = 0;  ///< of them, the last so many are shown again, marked
+  /// Where the items of each highlighted entity begin: from the first on, all are shown again,
+  /// marked.
+  std::vector<std::size_t> highlights;
   std::vector<Ink> inks;
   /// Lengths drawn and not drawn in turn, in drawing units, beginning with drawn ones.
   std::vector<std::vector<double>> dashes;

@@ -141,6 +141,18 @@ class Render(unittest.TestCase):
         self.assertEqual(self.strokes(self.svg(plan, "--layer", "*-1,x")), ["#f00"])
         self.assertEqual(self.strokes(self.svg(plan, "--layer", "TEXT", "--layer", "PIPE-2")), ["#00f"])
 
+    def test_entities_cover_each_other_in_the_drawings_order(self):
+        corners = [(0, 0), (10, 0), (0, 10), (10, 10)]
+        for turned, colors in ((False, ["#f00", "#00f"]), (True, ["#00f", "#f00"])):
+            def draw(space):
+                below = space.add_solid(corners, dxfattribs={"layer": "PIPE-1"}).dxf.handle
+                above = space.add_solid(corners, dxfattribs={"layer": "PIPE-2"}).dxf.handle
+                if turned:
+                    space.set_redraw_order([(below, above), (above, below)])
+            root = self.svg(self.drawing(draw))
+            self.assertEqual([group.get("fill") for group in root.iter(SVG + "g")
+                              if group.find(SVG + "path") is not None], colors)
+
     def test_window_shows_a_part(self):
         self.assertEqual(self.strokes(self.svg(self.plan(), "--window", "20,10,40,-10")), ["#f00"])
 
@@ -159,7 +171,7 @@ class Render(unittest.TestCase):
 
     def test_report_counts_what_is_not_drawn(self):
         self.render(FIXTURES / "r2013_sample.dxf", "out.svg")
-        self.assertIn(": 15 MULTILEADER not drawn", self.result.stderr)
+        self.assertIn(": 3 TOLERANCE not drawn", self.result.stderr)
         self.assertRegex(self.result.stdout, r"out\.svg: 163 entities, \d+ x \d+ pixels\n")
 
     def test_a_layout_is_drawn_on_demand(self):

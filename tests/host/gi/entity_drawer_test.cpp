@@ -185,6 +185,23 @@ TEST_F(EntityDrawing, ALeaderEndsInAnArrowWhereThereIsRoom) {
   EXPECT_THAT(draw_.calls[1].points, SizeIs(3));
 }
 
+TEST_F(EntityDrawing, AMultileaderIsItsLinesItsArrowAndItsText) {
+  const std::string context =
+      "100 AcDbMLeader\n270 2\n300 CONTEXT_DATA{\n40 1.0\n" + point_tags(10, 0, 0) +
+      "41 2.0\n140 1.5\n290 1\n304 DN300\\PL=20\n" + point_tags(11, 0, 0, 1) +
+      point_tags(12, 31, 11) + point_tags(13, 1, 0) +
+      "42 0.0\n43 0.0\n45 1.0\n171 1\n296 0\n302 LEADER{\n" + point_tags(10, 22, 10) +
+      point_tags(11, 1, 0) + "40 8.0\n304 LEADER_LINE{\n" + point_tags(10, 2, -10) +
+      "305 }\n303 }\n301 }\n170 1\n291 1\n";
+  draw(DrawingNote().entity("MULTILEADER", context, "RED"));
+  ASSERT_THAT(draw_.kinds(), ElementsAre("polyline", "polygon", "text", "text"));
+  EXPECT_THAT(draw_.calls[0].points,
+              ElementsAre(AcGePoint3d(2, -10, 0), AcGePoint3d(22, 10, 0), AcGePoint3d(30, 10, 0)));
+  EXPECT_EQ(draw_.calls[1].points[0], AcGePoint3d(2, -10, 0));
+  EXPECT_EQ(draw_.calls[2].text, L"DN300");
+  EXPECT_NEAR(draw_.calls[2].points[0].y, 9.0, 1e-6);
+}
+
 TEST_F(EntityDrawing, AHatchIsFilledInItsColor) {
   const std::string square =
       "91 1\n92 2\n72 0\n73 1\n93 4\n10 0\n20 0\n10 4\n20 0\n10 4\n20 4\n10 0\n20 4\n97 0\n";

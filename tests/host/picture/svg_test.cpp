@@ -128,15 +128,16 @@ TEST_F(Svg, TextOfTheRightEndsAtItsPoint) {
 
 TEST_F(Svg, AParagraphIsARunForEachLine) {
   const auto found = svg(DrawingNote().entity(
-      "MTEXT", point_tags(10, 10, 90) + "40 5.0\n71 1\n1 one\\Ptwo\\Pthree\n"));
+      "MTEXT", point_tags(10, 10, 90) + "40 5.0\n71 1\n1 one\\Ptwo\\Pthree words\n"));
   ASSERT_THAT(found, SizeIs(3));
-  EXPECT_EQ(found[2].attribute("aria-label"), "three");
+  EXPECT_EQ(found[2].attribute("aria-label"), "three words");
 }
 
 TEST_F(Svg, AnUnderlineIsALine) {
   const auto found =
-      svg(DrawingNote().entity("TEXT", point_tags(10, 10, 20) + "40 5.0\n1 %%uAB\n"));
+      svg(DrawingNote().entity("TEXT", point_tags(10, 10, 20) + "40 5.0\n1 %%uA B\n"));
   ASSERT_THAT(found, SizeIs(2));
+  EXPECT_EQ(found[0].attribute("aria-label"), "A B");
   EXPECT_EQ(found[1].tag, "path");
   EXPECT_GT(found[1].points[0].second, 80.0);
 }
