@@ -171,6 +171,7 @@ class RealConverter(WithFolder):
                 self.assertEqual(document.dxfversion, version)
                 self.assertEqual(len(document.objects.query("XRECORD")), records)
                 self.assertEqual(document.audit().errors, [])
+                self.assertEqual([layer.dxf.name for layer in document.layers if layer.is_off()], [])
 
     def test_chinese_texts_of_old_drawings_come_through(self):
         drawing = self.folder / "chinese.dwg"
