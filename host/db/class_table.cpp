@@ -62,20 +62,13 @@ constexpr ClassRow refined(ClassRow row,
 }
 
 constexpr ClassRow kEntities[] = {
-    row<AcDbLine>("LINE", true),
-    row<AcDbText>("TEXT", true),
-    row<AcDbMText>("MTEXT", true),
-    row<AcDbBlockReference>("INSERT", true),
-    row<AcDbPolyline>("LWPOLYLINE", true),
-    row<AcDbArc>("ARC", true),
-    row<AcDbCircle>("CIRCLE", true),
-    refined(k2dPolyline, polyline_class),
-    refined(kVertex, vertex_class),
-    row<AcDbEllipse>("ELLIPSE", true),
-    row<AcDbSpline>("SPLINE", true),
-    row<AcDbRay>("RAY", true),
-    row<AcDbXline>("XLINE", true),
-    row<AcDbLeader>("LEADER", true),
+    row<AcDbLine>("LINE", true),           row<AcDbText>("TEXT", true),
+    row<AcDbMText>("MTEXT", true),         row<AcDbBlockReference>("INSERT", true),
+    row<AcDbPolyline>("LWPOLYLINE", true), row<AcDbArc>("ARC", true),
+    row<AcDbCircle>("CIRCLE", true),       refined(k2dPolyline, polyline_class),
+    refined(kVertex, vertex_class),        row<AcDbEllipse>("ELLIPSE", true),
+    row<AcDbSpline>("SPLINE", true),       row<AcDbRay>("RAY", true),
+    row<AcDbXline>("XLINE", true),         row<AcDbLeader>("LEADER", true),
 };
 
 constexpr ClassRow kTableRecords[] = {

@@ -267,8 +267,7 @@ Acad::ErrorStatus AcDbDictionary::setAt(const ACHAR* key, AcDbObject* object, Ac
   return Acad::eOk;
 }
 
-std::uint64_t cad::ObjectAccess::entry_of(const AcDbDictionary& dictionary,
-                                          std::wstring_view key) {
+std::uint64_t cad::ObjectAccess::entry_of(const AcDbDictionary& dictionary, std::wstring_view key) {
   const auto* found = dictionary.entries().find(key);
   return found ? found->handle : 0;
 }
