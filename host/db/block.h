@@ -11,8 +11,9 @@ class AcDbBlockTableRecord : public AcDbSymbolTableRecord {
   /// A block without entities, to be named and added to the block table.
   AcDbBlockTableRecord();
   /// Adds a new entity, which stays open for write. What was not set explicitly takes the
-  /// drawing's current layer and text style. eNotOpenForWrite, eAlreadyInDb, eKeyNotFound when its
-  /// layer does not exist.
+  /// drawing's current layer, colour, linetype and text style. eNotOpenForWrite, eAlreadyInDb,
+  /// eKeyNotFound when its layer does not exist, eNotApplicable when the drawing's release has no
+  /// entities of its kind.
   Acad::ErrorStatus appendAcDbEntity(AcDbObjectId& id, AcDbEntity* entity);
   /// Walks the entities in drawing order, erased ones left out. The caller deletes the iterator.
   Acad::ErrorStatus newIterator(AcDbBlockTableRecordIterator*& iterator) const;

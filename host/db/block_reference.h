@@ -16,12 +16,15 @@ class AcDbBlockReference : public AcDbEntity {
   /// About the normal, from the X axis that follows from it.
   double rotation() const;
   Acad::ErrorStatus setRotation(double angle);
+  AcGeScale3d scaleFactors() const;
+  /// eInvalidInput when a factor is 0.
+  Acad::ErrorStatus setScaleFactors(const AcGeScale3d& scale);
   AcGeVector3d normal() const;
   /// The insertion point stays where it is. eInvalidInput for a vector of no length.
   Acad::ErrorStatus setNormal(const AcGeVector3d& normal);
   /// The block; null when the drawing has none of the name.
   AcDbObjectId blockTableRecord() const;
-  /// eNullObjectId, eWrongObjectType for what is no block.
+  /// eNullObjectId, eWrongObjectType for what is no block, eWrongDatabase for another drawing's.
   Acad::ErrorStatus setBlockTableRecord(AcDbObjectId block);
 
  protected:

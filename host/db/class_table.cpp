@@ -75,6 +75,7 @@ constexpr ClassRow kTableRecords[] = {
     row<AcDbBlockTableRecord>("BLOCK_RECORD", false),
     row<AcDbLayerTableRecord>("LAYER", false),
     row<AcDbRegAppTableRecord>("APPID", false),
+    row<AcDbTextStyleTableRecord>("STYLE", false),
 };
 
 constexpr ClassRow kTables[] = {

@@ -1,10 +1,7 @@
 #include "host/db/curve.h"
 
 #include <cmath>
-#include <numbers>
 
-#include "host/db/lens.h"
-#include "host/geometry/ocs.h"
 #include "host/geometry/plane.h"
 
 PN_RX_DEFINE(AcDbCurve, AcDbEntity, L"")
@@ -16,10 +13,6 @@ using Acad::eNotApplicable;
 using Acad::eOk;
 using Acad::ErrorStatus;
 using cad::Curve;
-using cad::Lens;
-using cad::LensWriter;
-
-constexpr double kDegree = std::numbers::pi / 180;
 
 /// Parameters a hair outside, as sums of lengths give them, count as the end.
 bool on_curve(const Curve& curve, double param) {
@@ -206,49 +199,4 @@ ErrorStatus AcDbCurve::getPlane(AcGePlane& plane) const {
     plane.set(curve.segments().front().start(), *normal);
     return eOk;
   });
-}
-
-double AcDbCurve::real_of(std::string_view part, int code, double absent) const {
-  return Lens(content(), dialect()).real(part, code, absent);
-}
-
-double AcDbCurve::angle_of(std::string_view part, int code) const {
-  return real_of(part, code) * kDegree;
-}
-
-AcGePoint3d AcDbCurve::point_of(std::string_view part, int code) const {
-  return Lens(content(), dialect()).point(part, code);
-}
-
-AcGeVector3d AcDbCurve::normal_of(std::string_view part) const {
-  const Lens lens(content(), dialect());
-  if (!lens.find(part, 210)) return AcGeVector3d::kZAxis;
-  return lens.point(part, 210).asVector();
-}
-
-AcGePoint3d AcDbCurve::ocs_point_of(std::string_view part, int code) const {
-  return cad::ocs_to_wcs(normal_of(part)) * point_of(part, code);
-}
-
-ErrorStatus AcDbCurve::set_real(std::string_view part, int code, double value) {
-  if (!std::isfinite(value)) return eInvalidInput;
-  return patch([&](LensWriter& tags) { tags.set_real(part, code, value); });
-}
-
-ErrorStatus AcDbCurve::set_angle(std::string_view part, int code, double value) {
-  return set_real(part, code, value / kDegree);
-}
-
-ErrorStatus AcDbCurve::set_point(std::string_view part, int code, const AcGePoint3d& value) {
-  if (!std::isfinite(value.x + value.y + value.z)) return eInvalidInput;
-  return patch([&](LensWriter& tags) { tags.set_point(part, code, value); });
-}
-
-ErrorStatus AcDbCurve::set_ocs_point(std::string_view part, int code, const AcGePoint3d& value) {
-  return set_point(part, code, cad::ocs_to_wcs(normal_of(part)).transpose() * value);
-}
-
-ErrorStatus AcDbCurve::set_direction(std::string_view part, int code, const AcGeVector3d& value) {
-  if (value.isZeroLength()) return eInvalidInput;
-  return set_point(part, code, AcGePoint3d::kOrigin + value.normal());
 }

@@ -59,18 +59,4 @@ class AcDbCurve : public AcDbEntity {
 
  protected:
   using AcDbEntity::AcDbEntity;
-
-  // Values of a class part, angles in radians.
-  double real_of(std::string_view part, int code, double absent = 0.0) const;
-  double angle_of(std::string_view part, int code) const;
-  AcGePoint3d point_of(std::string_view part, int code) const;
-  AcGeVector3d normal_of(std::string_view part) const;  ///< Z where it is absent
-  /// In world coordinates, of a point stored in those of the part's normal.
-  AcGePoint3d ocs_point_of(std::string_view part, int code) const;
-  Acad::ErrorStatus set_real(std::string_view part, int code, double value);
-  Acad::ErrorStatus set_angle(std::string_view part, int code, double value);
-  Acad::ErrorStatus set_point(std::string_view part, int code, const AcGePoint3d& value);
-  Acad::ErrorStatus set_ocs_point(std::string_view part, int code, const AcGePoint3d& value);
-  /// A unit vector; eInvalidInput for one without length.
-  Acad::ErrorStatus set_direction(std::string_view part, int code, const AcGeVector3d& value);
 };

@@ -74,12 +74,10 @@ AcDbObjectId AcDbDatabase::linetypeTableId() const { return table_id(*drawing_, 
 AcDbObjectId AcDbDatabase::regAppTableId() const { return table_id(*drawing_, "APPID"); }
 
 AcDbObjectId AcDbDatabase::modelSpaceId() const {
-  return AcDbObjectId(drawing_->table_record("BLOCK_RECORD", L"*Model_Space"));
+  return AcDbObjectId(drawing_->find(drawing_->model_space()));
 }
 
-bool AcDbDatabase::tile_mode() const {
-  return cad::parse_int(cad::to_utf8(header_value("$TILEMODE"))).value_or(1) != 0;
-}
+bool AcDbDatabase::tile_mode() const { return drawing_->current_properties().tile_mode; }
 
 AcDbObjectId AcDbDatabase::currentSpaceId() const {
   if (tile_mode()) return modelSpaceId();
@@ -88,7 +86,7 @@ AcDbObjectId AcDbDatabase::currentSpaceId() const {
 }
 
 AcDbObjectId AcDbDatabase::clayer() const {
-  return AcDbObjectId(drawing_->table_record("LAYER", header_value("$CLAYER")));
+  return AcDbObjectId(drawing_->current_properties().layer);
 }
 
 AcDbHandle AcDbDatabase::handseed() const { return AcDbHandle(drawing_->next_handle()); }

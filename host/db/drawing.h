@@ -121,6 +121,16 @@ class Drawing {
   /// An object got another content or erased flag by the log: caches and edits follow.
   void restored(Stub& stub);
 
+  /// What new entities take that are given nothing else.
+  struct CurrentProperties {
+    Stub* layer = nullptr;     ///< null when the drawing has no such layer
+    Stub* style = nullptr;     ///< of texts; null for Standard, which goes without saying
+    Stub* linetype = nullptr;  ///< null for ByLayer
+    std::int64_t color = 256;
+    bool tile_mode = true;
+  };
+  const CurrentProperties& current_properties();
+
   // Tables, blocks, spaces.
   struct Table {
     std::string name;
@@ -278,6 +288,7 @@ class Drawing {
     std::vector<const Stub*> users;
   };
   std::vector<DeclaredClass> declared_classes_;  // behind those of the file
+  std::optional<CurrentProperties> current_properties_;
   bool alerted_ = false;
   /// Of each variable in the file: its first value tag, and the offset behind its last.
   mutable std::optional<std::map<std::string_view, std::pair<dxf::Tag, std::uint64_t>>> header_;

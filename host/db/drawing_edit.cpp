@@ -187,6 +187,11 @@ void Drawing::make_root(std::uint64_t anchor) {
 
 Stub& Drawing::add(AcDbObject& object, std::uint64_t owner, dxf::Section section,
                    std::uint64_t anchor, std::uint64_t reactor) {
+  if (const NewTags* fresh = ObjectAccess::fresh(object); fresh && reactor == 0) {
+    Stub& stub = new_stub(fresh->layout().kind, owner, section, anchor);
+    ObjectAccess::adopt(object, stub);
+    return stub;
+  }
   dxf::TagReader tags(ObjectAccess::content(object), ObjectAccess::dialect(object));
   dxf::Tag kind;
   tags.next(kind);

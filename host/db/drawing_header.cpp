@@ -80,6 +80,7 @@ void Drawing::set_header_tags(const std::string& name, std::optional<std::string
 
 void Drawing::exchange_header(const std::string& name, std::optional<std::string>& tags) {
   ++header_version_, ++version_;
+  current_properties_.reset();
   std::optional<std::string> before = header_edit(name);
   if (tags) {
     header_edits_.insert_or_assign(name, std::move(*tags));

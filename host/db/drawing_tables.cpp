@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/base/fold.h"
+#include "host/base/numbers.h"
 #include "host/db/drawing.h"
 #include "host/db/lens.h"
 #include "host/dxf/text.h"
@@ -55,9 +56,24 @@ void Drawing::add_to_table(Table& table, const Stub& record, std::wstring_view n
   if (names != table_names_.end()) names->second.insert_or_assign(folded(name), index);
   if (table.name == "LAYER") locked_layers_.reset();
   if (table.name == "BLOCK_RECORD") model_space_.reset();
+  current_properties_.reset();
+}
+
+const Drawing::CurrentProperties& Drawing::current_properties() {
+  if (current_properties_) return *current_properties_;
+  CurrentProperties now;
+  const auto named = [&](std::string_view variable) { return database_.header_value(variable); };
+  now.layer = table_record("LAYER", named("$CLAYER"));
+  now.tile_mode = wtoi(named("$TILEMODE").empty() ? L"1" : named("$TILEMODE")) != 0;
+  if (const std::wstring color = named("$CECOLOR"); !color.empty()) now.color = wtoi(color);
+  const std::wstring style = folded(named("$TEXTSTYLE")), line = folded(named("$CELTYPE"));
+  if (style != L"standard") now.style = table_record("STYLE", style);
+  if (line != L"bylayer") now.linetype = table_record("LTYPE", line);
+  return current_properties_.emplace(now);
 }
 
 void Drawing::table_changed(std::string_view table) {
+  current_properties_.reset();
   const auto found = table_names_.find(table);
   if (found != table_names_.end()) table_names_.erase(found);
   if (table == "LAYER") locked_layers_.reset();

@@ -1,55 +1,35 @@
 #include "host/db/entity.h"
 
 #include <cmath>
+#include <numbers>
 
-#include "host/db/block.h"
 #include "host/db/drawing.h"
 #include "host/db/lens.h"
 #include "host/db/object_access.h"
-#include "host/db/text.h"
 
 PN_RX_DEFINE(AcDbEntity, AcDbObject, L"")
-PN_RX_DEFINE(AcDbText, AcDbEntity, L"TEXT")
-PN_RX_DEFINE(AcDbMText, AcDbEntity, L"MTEXT")
 
 namespace {
 
 using cad::Lens;
 using cad::LensWriter;
+using cad::NewTags;
 
 constexpr std::string_view kEntityPart = "AcDbEntity";
-constexpr std::string_view kTextPart = "AcDbText";
-constexpr std::string_view kMTextPart = "AcDbMText";
 constexpr int kColorByLayer = 256;
-constexpr double kDegreesPerRadian = 57.295779513082320876798;
-
-constexpr std::string_view kNewText =
-    "  0\nTEXT\n  5\n0\n330\n0\n100\nAcDbEntity\n  8\n\n100\nAcDbText\n 10\n0.0\n 20\n0.0\n "
-    "30\n0.0\n"
-    " 40\n0.2\n  1\n\n100\nAcDbText\n";
-constexpr std::string_view kNewMText =
-    "  0\nMTEXT\n  5\n0\n330\n0\n100\nAcDbEntity\n  8\n\n100\nAcDbMText\n 10\n0.0\n 20\n0.0\n "
-    "30\n0.0\n"
-    " 40\n0.2\n 41\n0.0\n 71\n     1\n 72\n     5\n  1\n\n";
+constexpr int kLayer = 8, kColor = 62, kNormal = 210;
+constexpr double kDegree = std::numbers::pi / 180;
 
 // A drawing has no text for numbers that are not finite.
-bool is_finite(double value) { return std::isfinite(value); }
 bool is_finite(const AcGePoint3d& point) {
   return std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(point.z);
 }
 
 }  // namespace
 
-ACHAR* AcDbEntity::layer() const {
-  return acutNewString(Lens(content(), dialect()).text(kEntityPart, 8).c_str());
-}
+ACHAR* AcDbEntity::layer() const { return acutNewString(text_of(kEntityPart, kLayer).c_str()); }
 
-AcDbObjectId AcDbEntity::layerId() const {
-  const cad::Stub* own = cad::ObjectAccess::stub(*this);
-  if (!own) return {};
-  const std::wstring name = Lens(content(), dialect()).text(kEntityPart, 8);
-  return AcDbObjectId(cad::StubStore::drawing_of(*own).table_record("LAYER", name));
-}
+AcDbObjectId AcDbEntity::layerId() const { return record_of(kEntityPart, kLayer, "LAYER"); }
 
 Acad::ErrorStatus AcDbEntity::setLayer(const ACHAR* name) {
   if (!name) return Acad::eInvalidInput;
@@ -57,102 +37,115 @@ Acad::ErrorStatus AcDbEntity::setLayer(const ACHAR* name) {
   if (own && !cad::StubStore::drawing_of(*own).table_record("LAYER", name)) {
     return Acad::eKeyNotFound;
   }
-  return patch([&](LensWriter& tags) { tags.set_text(kEntityPart, 8, name); });
+  return set_text(kEntityPart, kLayer, name);
 }
 
 Acad::ErrorStatus AcDbEntity::setLayer(AcDbObjectId layer) {
-  if (layer.isNull()) return Acad::eNullObjectId;
-  const cad::Drawing& drawing = cad::StubStore::drawing_of(*layer.stub());
-  const Lens lens(drawing.bytes_of(*layer.stub()), drawing.dialect());
-  return setLayer(lens.text("AcDbLayerTableRecord", 2).c_str());
+  return set_record(kEntityPart, kLayer, "LAYER", layer);
 }
 
 int AcDbEntity::colorIndex() const {
-  return static_cast<int>(Lens(content(), dialect()).integer(kEntityPart, 62, kColorByLayer));
+  return static_cast<int>(integer_of(kEntityPart, kColor, kColorByLayer));
 }
 
 Acad::ErrorStatus AcDbEntity::setColorIndex(int color) {
   if (color < 0 || color > kColorByLayer) return Acad::eOutOfRange;
-  return patch([&](LensWriter& tags) { tags.set_integer(kEntityPart, 62, color); });
+  return set_integer(kEntityPart, kColor, color);
 }
 
-AcDbText::AcDbText() : AcDbEntity(kNewText) {}
-
-AcDbText::AcDbText(const AcGePoint3d& position, const ACHAR* text, AcDbObjectId style,
-                   double height, double rotation)
-    : AcDbText() {
-  setPosition(position);
-  setTextString(text);
-  if (height > 0) setHeight(height);
-  if (rotation != 0) setRotation(rotation);
-  if (style.isNull()) return;
-  const cad::Drawing& drawing = cad::StubStore::drawing_of(*style.stub());
-  const std::wstring name =
-      Lens(drawing.bytes_of(*style.stub()), drawing.dialect()).text("AcDbTextStyleTableRecord", 2);
-  patch([&](LensWriter& tags) { tags.set_text(kTextPart, 7, name); });
+double AcDbEntity::real_of(std::string_view part, int code, double absent) const {
+  if (fresh() && fresh()->has(code)) return fresh()->real(code, absent);
+  return Lens(content(), dialect()).real(part, code, absent);
 }
 
-ACHAR* AcDbText::textString() const {
-  return acutNewString(Lens(content(), dialect()).text(kTextPart, 1).c_str());
+std::int64_t AcDbEntity::integer_of(std::string_view part, int code, std::int64_t absent) const {
+  if (fresh() && fresh()->has(code)) return fresh()->integer(code, absent);
+  return Lens(content(), dialect()).integer(part, code, absent);
 }
 
-Acad::ErrorStatus AcDbText::setTextString(const ACHAR* text) {
-  if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
-  const std::wstring_view wanted = text ? text : L"";
-  const auto old = Lens(content(), dialect()).find(kTextPart, 1);
-  if (old && cad::dxf::text_value(*old, dialect()) == wanted) return Acad::eOk;
-  return patch([&](LensWriter& tags) { tags.set_text(kTextPart, 1, wanted); });
+std::wstring AcDbEntity::text_of(std::string_view part, int code) const {
+  if (fresh() && fresh()->has(code)) return fresh()->text(code);
+  return Lens(content(), dialect()).text(part, code);
 }
 
-AcGePoint3d AcDbText::position() const { return Lens(content(), dialect()).point(kTextPart, 10); }
-
-Acad::ErrorStatus AcDbText::setPosition(const AcGePoint3d& position) {
-  if (!is_finite(position)) return Acad::eInvalidInput;
-  return patch([&](LensWriter& tags) { tags.set_point(kTextPart, 10, position); });
+double AcDbEntity::angle_of(std::string_view part, int code) const {
+  return real_of(part, code) * kDegree;
 }
 
-double AcDbText::height() const { return Lens(content(), dialect()).real(kTextPart, 40, 0.0); }
-
-Acad::ErrorStatus AcDbText::setHeight(double height) {
-  if (!is_finite(height)) return Acad::eInvalidInput;
-  return patch([&](LensWriter& tags) { tags.set_real(kTextPart, 40, height); });
+AcGePoint3d AcDbEntity::point_of(std::string_view part, int code) const {
+  if (fresh() && fresh()->has(code)) return fresh()->point(code);
+  return Lens(content(), dialect()).point(part, code);
 }
 
-double AcDbText::rotation() const {
-  return Lens(content(), dialect()).real(kTextPart, 50, 0.0) / kDegreesPerRadian;
+AcGeVector3d AcDbEntity::normal_of(std::string_view part) const {
+  if (fresh() && fresh()->has(kNormal))
+    return fresh()->is_set(kNormal) ? fresh()->point(kNormal).asVector() : AcGeVector3d::kZAxis;
+  const Lens lens(content(), dialect());
+  if (!lens.find(part, kNormal)) return AcGeVector3d::kZAxis;
+  return lens.point(part, kNormal).asVector();
 }
 
-Acad::ErrorStatus AcDbText::setRotation(double rotation) {
-  if (!is_finite(rotation)) return Acad::eInvalidInput;
-  return patch(
-      [&](LensWriter& tags) { tags.set_real(kTextPart, 50, rotation * kDegreesPerRadian); });
+AcGePoint3d AcDbEntity::ocs_point_of(std::string_view part, int code) const {
+  return cad::ocs_to_wcs(normal_of(part)) * point_of(part, code);
 }
 
-AcDbMText::AcDbMText() : AcDbEntity(kNewMText) {}
-
-ACHAR* AcDbMText::contents() const {
-  return acutNewString(Lens(content(), dialect()).chunked_text(kMTextPart).c_str());
+AcDbObjectId AcDbEntity::record_of(std::string_view part, int code, std::string_view table) const {
+  const cad::Stub* own = cad::ObjectAccess::stub(*this);
+  if (!own) return {};
+  return AcDbObjectId(cad::StubStore::drawing_of(*own).table_record(table, text_of(part, code)));
 }
 
-Acad::ErrorStatus AcDbMText::setContents(const ACHAR* text) {
-  if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
-  const std::wstring_view wanted = text ? text : L"";
-  if (Lens(content(), dialect()).chunked_text(kMTextPart) == wanted) return Acad::eOk;
-  return patch([&](LensWriter& tags) { tags.set_chunked_text(kMTextPart, wanted); });
+Acad::ErrorStatus AcDbEntity::set_real(std::string_view part, int code, double value) {
+  if (!std::isfinite(value)) return Acad::eInvalidInput;
+  if (NewTags* values = fresh_for(code)) return values->set_real(code, value), Acad::eOk;
+  return patch([&](LensWriter& tags) { tags.set_real(part, code, value); });
 }
 
-AcGePoint3d AcDbMText::location() const { return Lens(content(), dialect()).point(kMTextPart, 10); }
-
-Acad::ErrorStatus AcDbMText::setLocation(const AcGePoint3d& location) {
-  if (!is_finite(location)) return Acad::eInvalidInput;
-  return patch([&](LensWriter& tags) { tags.set_point(kMTextPart, 10, location); });
+Acad::ErrorStatus AcDbEntity::set_integer(std::string_view part, int code, std::int64_t value) {
+  if (NewTags* values = fresh_for(code)) return values->set_integer(code, value), Acad::eOk;
+  return patch([&](LensWriter& tags) { tags.set_integer(part, code, value); });
 }
 
-double AcDbMText::textHeight() const {
-  return Lens(content(), dialect()).real(kMTextPart, 40, 0.0);
+Acad::ErrorStatus AcDbEntity::set_text(std::string_view part, int code, std::wstring_view value) {
+  if (NewTags* values = fresh_for(code)) return values->set_text(code, value), Acad::eOk;
+  return patch([&](LensWriter& tags) { tags.set_text(part, code, value); });
 }
 
-Acad::ErrorStatus AcDbMText::setTextHeight(double height) {
-  if (!is_finite(height)) return Acad::eInvalidInput;
-  return patch([&](LensWriter& tags) { tags.set_real(kMTextPart, 40, height); });
+Acad::ErrorStatus AcDbEntity::set_angle(std::string_view part, int code, double value) {
+  return set_real(part, code, value / kDegree);
+}
+
+Acad::ErrorStatus AcDbEntity::set_point(std::string_view part, int code, const AcGePoint3d& value) {
+  if (!is_finite(value)) return Acad::eInvalidInput;
+  if (NewTags* values = fresh_for(code)) return values->set_point(code, value), Acad::eOk;
+  return patch([&](LensWriter& tags) { tags.set_point(part, code, value); });
+}
+
+Acad::ErrorStatus AcDbEntity::set_ocs_point(std::string_view part, int code,
+                                            const AcGePoint3d& value) {
+  if (!is_finite(value)) return Acad::eInvalidInput;
+  const AcGeVector3d normal = normal_of(part);
+  if (normal.x == 0.0 && normal.y == 0.0 && normal.z > 0.0) return set_point(part, code, value);
+  return set_point(part, code, cad::ocs_to_wcs(normal).transpose() * value);
+}
+
+Acad::ErrorStatus AcDbEntity::set_direction(std::string_view part, int code,
+                                            const AcGeVector3d& value) {
+  if (value.isZeroLength()) return Acad::eInvalidInput;
+  return set_point(part, code, AcGePoint3d::kOrigin + value.normal());
+}
+
+Acad::ErrorStatus AcDbEntity::set_record(std::string_view part, int code, std::string_view table,
+                                         AcDbObjectId record) {
+  if (record.isNull()) return Acad::eNullObjectId;
+  const cad::Stub& stub = *record.stub();
+  const cad::Drawing& drawing = cad::StubStore::drawing_of(stub);
+  if (drawing.kind_name(stub) != table) return Acad::eWrongObjectType;
+  const cad::Stub* own = cad::ObjectAccess::stub(*this);
+  if (own && &cad::StubStore::drawing_of(*own) != &drawing) return Acad::eWrongDatabase;
+  if (stub.erased()) return Acad::eWasErased;
+  if (NewTags* values = fresh_for(code)) return values->set_record(code, stub), Acad::eOk;
+  cad::dxf::Tag name;
+  name.value = cad::symbol_name_bytes(stub);
+  return set_text(part, code, cad::dxf::text_value(name, drawing.dialect()));
 }

@@ -37,6 +37,32 @@ class AcDbEntity : public AcDbObject {
 
  protected:
   explicit AcDbEntity(std::string_view record) : AcDbObject(record) {}
+  explicit AcDbEntity(const cad::NewLayout& layout) : AcDbObject(layout) {}
+
+  // Values of a class part, angles in radians.
+  double real_of(std::string_view part, int code, double absent = 0.0) const;
+  std::int64_t integer_of(std::string_view part, int code, std::int64_t absent = 0) const;
+  std::wstring text_of(std::string_view part, int code) const;
+  double angle_of(std::string_view part, int code) const;
+  AcGePoint3d point_of(std::string_view part, int code) const;
+  AcGeVector3d normal_of(std::string_view part) const;  ///< Z where it is absent
+  /// In world coordinates, of a point stored in those of the part's normal.
+  AcGePoint3d ocs_point_of(std::string_view part, int code) const;
+  /// The record of a symbol table that a value names; null when the entity is in no drawing, or
+  /// the drawing has none of that name.
+  AcDbObjectId record_of(std::string_view part, int code, std::string_view table) const;
+  Acad::ErrorStatus set_real(std::string_view part, int code, double value);
+  Acad::ErrorStatus set_integer(std::string_view part, int code, std::int64_t value);
+  Acad::ErrorStatus set_text(std::string_view part, int code, std::wstring_view value);
+  Acad::ErrorStatus set_angle(std::string_view part, int code, double value);
+  Acad::ErrorStatus set_point(std::string_view part, int code, const AcGePoint3d& value);
+  Acad::ErrorStatus set_ocs_point(std::string_view part, int code, const AcGePoint3d& value);
+  /// A unit vector; eInvalidInput for one without length.
+  Acad::ErrorStatus set_direction(std::string_view part, int code, const AcGeVector3d& value);
+  /// The name of a record of that table: eNullObjectId, eWrongObjectType for a record of another,
+  /// eWrongDatabase for one of another drawing.
+  Acad::ErrorStatus set_record(std::string_view part, int code, std::string_view table,
+                               AcDbObjectId record);
 
  private:
   friend class cad::ObjectAccess;

@@ -1,5 +1,7 @@
 #include "host/db/line.h"
 
+#include "host/db/new_tags.h"
+
 PN_RX_DEFINE(AcDbLine, AcDbCurve, L"LINE")
 PN_RX_DEFINE(AcDbRay, AcDbCurve, L"RAY")
 PN_RX_DEFINE(AcDbXline, AcDbCurve, L"XLINE")
@@ -10,9 +12,10 @@ constexpr std::string_view kLinePart = "AcDbLine";
 constexpr std::string_view kRayPart = "AcDbRay";
 constexpr std::string_view kXlinePart = "AcDbXline";
 
-constexpr std::string_view kNewLine =
-    "  0\nLINE\n  5\n0\n330\n0\n100\nAcDbEntity\n  8\n\n100\nAcDbLine\n 10\n0.0\n"
-    " 20\n0.0\n 30\n0.0\n 11\n0.0\n 21\n0.0\n 31\n0.0\n";
+constexpr std::string_view kLineParts[] = {"AcDbEntity", kLinePart};
+constexpr cad::NewTag kLineTags[] = {{0, 67, 0}, {0, 8},  {0, 6},  {0, 62, 256},
+                                     {1, 39, 0}, {1, 10}, {1, 11}, {1, 210}};
+constexpr cad::NewLayout kNewLine{"LINE", kLineParts, kLineTags};
 constexpr std::string_view kNewRay =
     "  0\nRAY\n  5\n0\n330\n0\n100\nAcDbEntity\n  8\n\n100\nAcDbRay\n 10\n0.0\n"
     " 20\n0.0\n 30\n0.0\n 11\n1.0\n 21\n0.0\n 31\n0.0\n";
@@ -22,7 +25,10 @@ constexpr std::string_view kNewXline =
 
 }  // namespace
 
-AcDbLine::AcDbLine() : AcDbCurve(kNewLine) {}
+AcDbLine::AcDbLine() : AcDbCurve(kNewLine) {
+  setStartPoint(AcGePoint3d::kOrigin);
+  setEndPoint(AcGePoint3d::kOrigin);
+}
 
 AcDbLine::AcDbLine(const AcGePoint3d& start, const AcGePoint3d& end) : AcDbLine() {
   setStartPoint(start);

@@ -86,6 +86,9 @@ AcDbObject::AcDbObject(std::string_view record)
       size_(static_cast<std::uint32_t>(record.size())),
       flags_(cad::kOpenWrite | cad::kNewObject) {}
 
+AcDbObject::AcDbObject(const cad::NewLayout& layout)
+    : fresh_(std::make_unique<cad::NewTags>(layout)), flags_(cad::kOpenWrite | cad::kNewObject) {}
+
 AcDbObject::~AcDbObject() = default;
 
 AcDbObjectId AcDbObject::objectId() const { return AcDbObjectId(stub_); }
@@ -109,7 +112,12 @@ Acad::ErrorStatus AcDbObject::close() {
   if (!stub_) return Acad::eNotInDatabase;
   if (!ObjectAccess::is_open(*this)) return Acad::eNotOpenForRead;
   if (isWriteEnabled()) {
-    flags_ = static_cast<std::uint8_t>(flags_ & ~(cad::kOpenWrite | cad::kModified));
+    if (flags_ & kLayOut) closing();
+    if (fresh_) {
+      spell();
+      StubStore::drawing_of(*stub_).note_edit(*stub_);
+    }
+    flags_ = static_cast<std::uint8_t>(flags_ & ~(cad::kOpenWrite | cad::kModified | kLayOut));
   } else if (readers_ != 0) {
     --readers_;
   } else {
@@ -132,7 +140,9 @@ Acad::ErrorStatus AcDbObject::upgradeOpen() {
 
 Acad::ErrorStatus AcDbObject::downgradeOpen() {
   if (!isWriteEnabled() || !stub_) return Acad::eNotOpenForWrite;
-  flags_ = static_cast<std::uint8_t>(flags_ & ~(cad::kOpenWrite | cad::kModified));
+  if (flags_ & kLayOut) closing();
+  content();
+  flags_ = static_cast<std::uint8_t>(flags_ & ~(cad::kOpenWrite | cad::kModified | kLayOut));
   readers_ = 1;
   return Acad::eOk;
 }
@@ -264,7 +274,26 @@ const cad::dxf::Dialect& AcDbObject::dialect() const {
   return stub_ ? StubStore::drawing_of(*stub_).dialect() : cad::memory_dialect();
 }
 
+void AcDbObject::spell() {
+  const std::unique_ptr<cad::NewTags> fresh = std::move(fresh_);
+  owned_ = std::make_unique<std::string>();
+  fresh->spell(*owned_, dialect(), stub_ ? stub_->handle : 0, stub_ ? stub_->owner : 0);
+  data_ = owned_->data();
+  size_ = static_cast<std::uint32_t>(owned_->size());
+}
+
+cad::NewTags* AcDbObject::fresh_for(int code) {
+  if (!fresh_ || !fresh_->has(code)) return nullptr;
+  // Once another step of the undo log has begun, what this one finds must be on record.
+  if (stub_ && (flags_ & cad::kRecorded) == 0 &&
+      StubStore::drawing_of(*stub_).undo().is_recording())
+    return nullptr;
+  flags_ |= cad::kModified;
+  return fresh_.get();
+}
+
 std::string& AcDbObject::writable_content() {
+  if (fresh_) spell();
   if (stub_ && (flags_ & cad::kRecorded) == 0)
     StubStore::drawing_of(*stub_).undo().before_change(*stub_);
   if (!owned_) owned_ = std::make_unique<std::string>(content());
@@ -288,17 +317,27 @@ Acad::ErrorStatus AcDbObject::patch(const std::function<void(LensWriter&)>& chan
 
 void AcDbObject::entry_erased(AcDbObjectId) {}
 void AcDbObject::content_restored() {}
+void AcDbObject::closing() {}
 
 void ObjectAccess::adopt(AcDbObject& object, Stub& stub, std::string content) {
-  object.stub_ = &stub;
+  object.fresh_.reset();
   object.owned_ = std::make_unique<std::string>(std::move(content));
-  object.content_changed();
+  object.data_ = object.owned_->data();
+  object.size_ = static_cast<std::uint32_t>(object.owned_->size());
+  adopt(object, stub);
+}
+
+void ObjectAccess::adopt(AcDbObject& object, Stub& stub) {
+  object.stub_ = &stub;
   stub.object = &object;
+  object.flags_ |= kModified;
+  StubStore::drawing_of(stub).note_edit(stub);
   // The log has the stub as new; what it holds at first need not be taken back.
   if (StubStore::drawing_of(stub).undo().is_recording()) object.flags_ |= kRecorded;
 }
 
 void ObjectAccess::replace_content(AcDbObject& object, std::string content) {
+  object.content();
   if (object.stub_ && (object.flags_ & kRecorded) == 0) {
     StubStore::drawing_of(*object.stub_).undo().before_replacing(object);
   }

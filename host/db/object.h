@@ -13,7 +13,9 @@
 namespace cad {
 struct Stub;
 class LensWriter;
+class NewTags;
 class ObjectAccess;
+struct NewLayout;
 namespace dxf {
 struct Dialect;
 }
@@ -84,15 +86,27 @@ class AcDbObject : public AcRxObject {
   /// A new object whose tags are those of `record`, in the form of memory objects (see
   /// host/db/content.h), or, with a null view, a lens that the drawing is about to fill.
   explicit AcDbObject(std::string_view record);
+  /// A new object that holds values until somebody asks for its tags, close() at the latest.
+  explicit AcDbObject(const cad::NewLayout& layout);
 
   /// The tags as they stand.
-  std::string_view content() const { return {data_, size_}; }
+  std::string_view content() const {
+    if (fresh_) const_cast<AcDbObject*>(this)->spell();
+    return {data_, size_};
+  }
+  /// The values of a new object, whose tags are not spelled yet; else null.
+  const cad::NewTags* fresh() const { return fresh_.get(); }
+  /// The same for setting one of `code`; also null when the object has no place for it there.
+  cad::NewTags* fresh_for(int code);
   const cad::dxf::Dialect& dialect() const;
   /// The tags for changing, copied on the first write; call content_changed() afterwards.
   std::string& writable_content();
   void content_changed();
   /// One change of the tags: refused with eNotOpenForWrite unless open for write.
   Acad::ErrorStatus patch(const std::function<void(cad::LensWriter&)>& change);
+  /// The object's own layout is to be worked out by closing() once it is closed.
+  void lay_out_later() { flags_ |= kLayOut; }
+  virtual void closing();
   /// The tags became others by undoing: what was decoded from them is out of date.
   virtual void content_restored();
   /// Called before the owner's link to `entry` is cut because the entry was erased.
@@ -101,9 +115,14 @@ class AcDbObject : public AcRxObject {
  private:
   friend class cad::ObjectAccess;
 
+  static constexpr std::uint8_t kLayOut = 32;  // beside the bits of cad::OpenFlag
+
+  void spell();
+
   cad::Stub* stub_ = nullptr;   // null until added to a drawing
   const char* data_ = nullptr;  // into the mapped file, or into *owned_
   std::unique_ptr<std::string> owned_;
+  std::unique_ptr<cad::NewTags> fresh_;  // instead of the tags
   std::uint32_t size_ = 0;
   std::uint16_t readers_ = 0;
   std::uint8_t flags_ = 0;  // of cad::OpenFlag

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/db/new_tags.h"
 #include "host/db/object.h"
 #include "host/db/stub.h"
 
@@ -14,6 +15,7 @@ enum OpenFlag : std::uint8_t {
   kNewObject = 4,  // made with new and not closed since
   kModified = 8,
   kRecorded = 16,  // its state before the step being recorded is in the undo log
+  // 32 is AcDbObject::kLayOut
 };
 
 /// The host's way into the private part of objects. Nothing outside host/db uses it.
@@ -38,6 +40,9 @@ class ObjectAccess {
   }
   /// Makes a new object resident; it stays open for write.
   static void adopt(AcDbObject& object, Stub& stub, std::string content);
+  /// The same for one whose tags are not spelled yet.
+  static void adopt(AcDbObject& object, Stub& stub);
+  static NewTags* fresh(const AcDbObject& object) { return object.fresh_.get(); }
   /// Gives an object other tags as a whole.
   static void replace_content(AcDbObject& object, std::string content);
 
@@ -48,8 +53,12 @@ class ObjectAccess {
   static void set_flag(AcDbObject& object, OpenFlag flag, bool on) {
     object.flags_ = static_cast<std::uint8_t>(on ? object.flags_ | flag : object.flags_ & ~flag);
   }
-  static const std::string* own_content(const AcDbObject& object) { return object.owned_.get(); }
+  static const std::string* own_content(const AcDbObject& object) {
+    object.content();  // spells it
+    return object.owned_.get();
+  }
   static std::unique_ptr<std::string> take_content(AcDbObject& object) {
+    object.content();
     return std::move(object.owned_);
   }
   /// Puts `content`, or for null the file's, in place of the object's, which comes out in it.

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "host/db/lens.h"
+#include "host/db/new_tags.h"
 #include "host/db/polyline_tags.h"
 #include "host/geometry/ocs.h"
 
@@ -23,9 +24,13 @@ using Vertices = std::vector<PolylineVertex>;
 constexpr std::string_view kPart = "AcDbPolyline";
 constexpr int kConstantWidth = 43, kClosed = 1, kPlinegen = 128;
 
-constexpr std::string_view kNewPolyline =
-    "  0\nLWPOLYLINE\n  5\n0\n330\n0\n100\nAcDbEntity\n  8\n\n100\nAcDbPolyline\n"
-    " 90\n        0\n 70\n     0\n";
+constexpr int kCount = 90, kFlags = 70, kVertices = 10;
+
+constexpr std::string_view kParts[] = {"AcDbEntity", kPart};
+constexpr cad::NewTag kTags[] = {
+    {0, 67, 0},          {0, 8},     {0, 6},     {0, 62, 256},   {1, kCount}, {1, kFlags},
+    {1, kConstantWidth}, {1, 38, 0}, {1, 39, 0}, {1, kVertices}, {1, 210}};
+constexpr cad::NewLayout kNewPolyline{"LWPOLYLINE", kParts, kTags};
 
 /// Writes vertex i anew.
 void replace(LensWriter& tags, const PolylineVertex& vertex, const cad::dxf::Dialect& dialect) {
@@ -35,8 +40,13 @@ void replace(LensWriter& tags, const PolylineVertex& vertex, const cad::dxf::Dia
 
 }  // namespace
 
-AcDbPolyline::AcDbPolyline() : AcDbCurve(kNewPolyline) {}
-AcDbPolyline::AcDbPolyline(unsigned int) : AcDbPolyline() {}
+AcDbPolyline::AcDbPolyline() : AcDbCurve(kNewPolyline) {
+  set_integer(kPart, kCount, 0);
+  set_integer(kPart, kFlags, 0);
+}
+AcDbPolyline::AcDbPolyline(unsigned int numVerts) : AcDbPolyline() {
+  if (cad::NewTags* values = fresh_for(kVertices)) values->vertices().reserve(numVerts);
+}
 
 AcDbPolyline::SegType AcDbPolyline::segType(unsigned int index) const {
   const Vertices vertices = cad::read_vertices(content(), dialect());
@@ -122,9 +132,7 @@ ErrorStatus AcDbPolyline::setWidthsAt(unsigned int index, double start, double e
 
 ErrorStatus AcDbPolyline::addVertexAt(unsigned int index, const AcGePoint2d& point, double bulge,
                                       double startWidth, double endWidth) {
-  if (!std::isfinite(point.x + point.y + bulge)) return eInvalidInput;
-  const Vertices vertices = cad::read_vertices(content(), dialect());
-  if (index > vertices.size()) return eInvalidIndex;
+  if (!std::isfinite(point.x + point.y + bulge + startWidth + endWidth)) return eInvalidInput;
   PolylineVertex fresh;
   fresh.point = point;
   fresh.bulge = bulge;
@@ -132,6 +140,16 @@ ErrorStatus AcDbPolyline::addVertexAt(unsigned int index, const AcGePoint2d& poi
     fresh.start_width = std::max(startWidth, 0.0);
     fresh.end_width = std::max(endWidth, 0.0);
   }
+  if (cad::NewTags* values = fresh_for(kVertices);
+      values && !(fresh.start_width && values->is_set(kConstantWidth))) {
+    Vertices& held = values->vertices();
+    if (index > held.size()) return eInvalidIndex;
+    held.insert(held.begin() + index, fresh);
+    values->set_integer(kCount, static_cast<std::int64_t>(held.size()));
+    return eOk;
+  }
+  const Vertices vertices = cad::read_vertices(content(), dialect());
+  if (index > vertices.size()) return eInvalidIndex;
   const std::size_t place = index < vertices.size() ? vertices[index].begin
                             : !vertices.empty()
                                 ? vertices.back().end
@@ -210,6 +228,14 @@ ErrorStatus AcDbPolyline::getConstantWidth(double& width) const {
 
 ErrorStatus AcDbPolyline::setConstantWidth(double width) {
   if (!(width >= 0.0) || !std::isfinite(width)) return eInvalidInput;
+  if (cad::NewTags* values = fresh_for(kConstantWidth)) {
+    for (PolylineVertex& vertex : values->vertices()) {
+      vertex.start_width.reset();
+      vertex.end_width.reset();
+    }
+    values->set_real(kConstantWidth, width);
+    return eOk;
+  }
   Vertices vertices = cad::read_vertices(content(), dialect());
   const bool known = Lens(content(), dialect()).find(kPart, kConstantWidth).has_value();
   return patch([&](LensWriter& tags) {

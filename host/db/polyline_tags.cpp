@@ -1,8 +1,6 @@
 #include "host/db/polyline_tags.h"
 
 #include "host/db/entity_fields.h"
-#include "host/dxf/tag_writer.h"
-
 namespace cad {
 
 std::vector<PolylineVertex> read_vertices(std::string_view bytes, const dxf::Dialect& dialect) {
@@ -35,9 +33,7 @@ std::vector<PolylineVertex> read_vertices(std::string_view bytes, const dxf::Dia
   return vertices;
 }
 
-std::string vertex_tags(const PolylineVertex& vertex, const dxf::Dialect& dialect) {
-  std::string text;
-  dxf::TagWriter tags(text, dialect);
+void write_vertex(dxf::TagWriter& tags, const PolylineVertex& vertex) {
   tags.real(10, vertex.point.x);
   tags.real(20, vertex.point.y);
   if (vertex.start_width || vertex.end_width) {
@@ -45,6 +41,12 @@ std::string vertex_tags(const PolylineVertex& vertex, const dxf::Dialect& dialec
     tags.real(41, vertex.end_width.value_or(0.0));
   }
   if (vertex.bulge != 0.0) tags.real(42, vertex.bulge);
+}
+
+std::string vertex_tags(const PolylineVertex& vertex, const dxf::Dialect& dialect) {
+  std::string text;
+  dxf::TagWriter tags(text, dialect);
+  write_vertex(tags, vertex);
   return text;
 }
 

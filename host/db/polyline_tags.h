@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/dxf/dialect.h"
+#include "host/dxf/tag_writer.h"
 #include "host/geometry/point2d.h"
 
 namespace cad {
@@ -23,5 +23,6 @@ struct PolylineVertex {
 std::vector<PolylineVertex> read_vertices(std::string_view bytes, const dxf::Dialect& dialect);
 /// The tags of one vertex.
 std::string vertex_tags(const PolylineVertex& vertex, const dxf::Dialect& dialect);
+void write_vertex(dxf::TagWriter& tags, const PolylineVertex& vertex);
 
 }  // namespace cad

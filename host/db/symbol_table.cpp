@@ -1,8 +1,13 @@
 #include "host/db/symbol_table.h"
 
+#include <cmath>
+#include <numbers>
+
+#include "host/base/fold.h"
 #include "host/db/block.h"
 #include "host/db/block_frame.h"
 #include "host/db/drawing.h"
+#include "host/db/kind_table.h"
 #include "host/db/lens.h"
 #include "host/db/object_access.h"
 #include "host/db/open.h"
@@ -12,6 +17,7 @@ PN_RX_DEFINE(AcDbSymbolTableRecord, AcDbObject, L"")
 PN_RX_DEFINE(AcDbLayerTable, AcDbSymbolTable, L"TABLE")
 PN_RX_DEFINE(AcDbLayerTableRecord, AcDbSymbolTableRecord, L"LAYER")
 PN_RX_DEFINE(AcDbTextStyleTable, AcDbSymbolTable, L"TABLE")
+PN_RX_DEFINE(AcDbTextStyleTableRecord, AcDbSymbolTableRecord, L"STYLE")
 PN_RX_DEFINE(AcDbLinetypeTable, AcDbSymbolTable, L"TABLE")
 PN_RX_DEFINE(AcDbRegAppTable, AcDbSymbolTable, L"TABLE")
 PN_RX_DEFINE(AcDbRegAppTableRecord, AcDbSymbolTableRecord, L"APPID")
@@ -23,6 +29,7 @@ namespace {
 using cad::Drawing;
 using cad::Lens;
 using cad::LensWriter;
+using cad::NewTags;
 using cad::ObjectAccess;
 using cad::Stub;
 using cad::StubStore;
@@ -38,6 +45,12 @@ constexpr std::string_view kNewLayer =
 constexpr std::string_view kNewBlock =
     "  0\nBLOCK_RECORD\n  5\n0\n330\n0\n100\nAcDbSymbolTableRecord\n100\nAcDbBlockTableRecord\n"
     "  2\n\n340\n0\n";
+constexpr std::string_view kStylePart = "AcDbTextStyleTableRecord";
+constexpr std::string_view kNewStyle =
+    "  0\nSTYLE\n  5\n0\n330\n0\n100\nAcDbSymbolTableRecord\n100\nAcDbTextStyleTableRecord\n"
+    "  2\n\n 70\n     0\n 40\n0.0\n 41\n1.0\n 50\n0.0\n 71\n     0\n 42\n2.5\n  3\ntxt\n"
+    "  4\n\n";
+constexpr double kDegree = std::numbers::pi / 180;
 constexpr std::string_view kNewRegApp =
     "  0\nAPPID\n  5\n0\n330\n0\n100\nAcDbSymbolTableRecord\n100\nAcDbRegAppTableRecord\n"
     "  2\n\n 70\n     0\n";
@@ -46,7 +59,7 @@ constexpr std::string_view kNewRegApp =
 std::string_view name_part(std::string_view kind) {
   constexpr std::pair<std::string_view, std::string_view> kParts[] = {
       {"LAYER", kLayerPart},
-      {"STYLE", "AcDbTextStyleTableRecord"},
+      {"STYLE", kStylePart},
       {"LTYPE", "AcDbLinetypeTableRecord"},
       {"APPID", "AcDbRegAppTableRecord"},
       {"BLOCK_RECORD", "AcDbBlockTableRecord"},
@@ -178,6 +191,7 @@ bool AcDbLayerTableRecord::isLocked() const {
 bool AcDbLayerTableRecord::isOff() const { return layer_color(Lens(content(), dialect())) < 0; }
 
 Acad::ErrorStatus AcDbLayerTableRecord::setIsFrozen(bool frozen) {
+  if (isWriteEnabled() && isFrozen() == frozen) return Acad::eOk;
   const std::int64_t flags = layer_flags(Lens(content(), dialect()));
   return patch([&](LensWriter& tags) {
     tags.set_integer(kLayerPart, 70, frozen ? flags | kFrozen : flags & ~kFrozen);
@@ -185,6 +199,7 @@ Acad::ErrorStatus AcDbLayerTableRecord::setIsFrozen(bool frozen) {
 }
 
 Acad::ErrorStatus AcDbLayerTableRecord::setIsLocked(bool locked) {
+  if (isWriteEnabled() && isLocked() == locked) return Acad::eOk;
   const std::int64_t flags = layer_flags(Lens(content(), dialect()));
   return patch([&](LensWriter& tags) {
     tags.set_integer(kLayerPart, 70, locked ? flags | kLocked : flags & ~kLocked);
@@ -192,6 +207,7 @@ Acad::ErrorStatus AcDbLayerTableRecord::setIsLocked(bool locked) {
 }
 
 Acad::ErrorStatus AcDbLayerTableRecord::setIsOff(bool off) {
+  if (isWriteEnabled() && isOff() == off) return Acad::eOk;
   const std::int64_t color = colorIndex();
   return patch([&](LensWriter& tags) { tags.set_integer(kLayerPart, 62, off ? -color : color); });
 }
@@ -207,6 +223,131 @@ Acad::ErrorStatus AcDbLayerTableRecord::setColorIndex(int color) {
   return patch([&](LensWriter& tags) { tags.set_integer(kLayerPart, 62, off ? -color : color); });
 }
 
+AcDbTextStyleTableRecord::AcDbTextStyleTableRecord() : AcDbSymbolTableRecord(kNewStyle) {}
+
+double AcDbTextStyleTableRecord::real(int code, double absent) const {
+  return Lens(content(), dialect()).real(kStylePart, code, absent);
+}
+
+Acad::ErrorStatus AcDbTextStyleTableRecord::set_real(int code, double value) {
+  if (!std::isfinite(value)) return Acad::eInvalidInput;
+  return patch([&](LensWriter& tags) { tags.set_real(kStylePart, code, value); });
+}
+
+double AcDbTextStyleTableRecord::textSize() const { return real(40, 0.0); }
+Acad::ErrorStatus AcDbTextStyleTableRecord::setTextSize(double size) {
+  return size < 0.0 ? Acad::eInvalidInput : set_real(40, size);
+}
+double AcDbTextStyleTableRecord::xScale() const { return real(41, 1.0); }
+Acad::ErrorStatus AcDbTextStyleTableRecord::setXScale(double scale) {
+  return scale > 0.0 ? set_real(41, scale) : Acad::eInvalidInput;
+}
+double AcDbTextStyleTableRecord::obliquingAngle() const { return real(50, 0.0) * kDegree; }
+Acad::ErrorStatus AcDbTextStyleTableRecord::setObliquingAngle(double angle) {
+  return set_real(50, angle / kDegree);
+}
+
+namespace {
+
+std::wstring style_text(std::string_view bytes, const cad::dxf::Dialect& dialect, int code) {
+  return Lens(bytes, dialect).text(kStylePart, code);
+}
+
+}  // namespace
+
+Acad::ErrorStatus AcDbTextStyleTableRecord::fileName(ACHAR*& name) const {
+  name = acutNewString(style_text(content(), dialect(), 3).c_str());
+  return Acad::eOk;
+}
+Acad::ErrorStatus AcDbTextStyleTableRecord::setFileName(const ACHAR* name) {
+  return patch([&](LensWriter& tags) { tags.set_text(kStylePart, 3, name ? name : L""); });
+}
+Acad::ErrorStatus AcDbTextStyleTableRecord::bigFontFileName(ACHAR*& name) const {
+  name = acutNewString(style_text(content(), dialect(), 4).c_str());
+  return Acad::eOk;
+}
+Acad::ErrorStatus AcDbTextStyleTableRecord::setBigFontFileName(const ACHAR* name) {
+  return patch([&](LensWriter& tags) { tags.set_text(kStylePart, 4, name ? name : L""); });
+}
+
+namespace {
+
+constexpr std::string_view kEntityPart = "AcDbEntity";
+constexpr int kPaper = 67, kLayer = 8, kLinetype = 6, kColor = 62, kStyle = 7;
+
+bool is_paper(Drawing& drawing, const Stub& block) {
+  if (block.handle == drawing.model_space()) return false;
+  constexpr std::wstring_view kName = L"*paper_space";
+  const Lens lens(drawing.bytes_of(block), drawing.dialect());
+  return cad::folded(lens.text("AcDbBlockTableRecord", 2)).starts_with(kName);
+}
+
+/// What was not set explicitly, for values that are not spelled yet.
+Acad::ErrorStatus take_current_properties(NewTags& values, Drawing& drawing) {
+  const Drawing::CurrentProperties& current = drawing.current_properties();
+  const Stub* layer = values.record(kLayer);
+  if (!values.is_set(kLayer)) {
+    if (current.layer) {
+      values.set_record(kLayer, *current.layer);
+    } else {
+      values.set_text(kLayer, L"0");
+    }
+  } else if (layer && &StubStore::drawing_of(*layer) != &drawing) {
+    return Acad::eWrongDatabase;
+  } else if (!layer && !drawing.table_record("LAYER", values.text(kLayer))) {
+    return Acad::eKeyNotFound;
+  }
+  if (!values.is_set(kColor)) values.set_integer(kColor, current.color);
+  if (!values.is_set(kLinetype) && current.linetype)
+    values.set_record(kLinetype, *current.linetype);
+  if (values.has(kStyle) && !values.is_set(kStyle) && current.style)
+    values.set_record(kStyle, *current.style);
+  for (const int code : {kStyle, kLinetype, 2}) {
+    const Stub* record = values.has(code) ? values.record(code) : nullptr;
+    if (record && &StubStore::drawing_of(*record) != &drawing) return Acad::eWrongDatabase;
+  }
+  return Acad::eOk;
+}
+
+Acad::ErrorStatus take_current_properties(AcDbEntity& entity, Drawing& drawing, const Stub& block) {
+  const bool paper = is_paper(drawing, block);
+  if (NewTags* values = ObjectAccess::fresh(entity)) {
+    const Acad::ErrorStatus status = take_current_properties(*values, drawing);
+    if (status == Acad::eOk && paper) values->set_integer(kPaper, 1);
+    return status;
+  }
+  LensWriter tags(ObjectAccess::writable(entity), ObjectAccess::dialect(entity));
+  const Lens lens(ObjectAccess::writable(entity), ObjectAccess::dialect(entity));
+  const std::wstring layer = lens.text(kEntityPart, kLayer);
+  const Drawing::CurrentProperties& current = drawing.current_properties();
+  if (!layer.empty() && !drawing.table_record("LAYER", layer)) return Acad::eKeyNotFound;
+  if (layer.empty()) {
+    const auto name = [&] {
+      return Lens(drawing.bytes_of(*current.layer), drawing.dialect()).text(kLayerPart, 2);
+    };
+    tags.set_text(kEntityPart, kLayer, current.layer ? name() : L"0");
+  }
+  if (current.color != 256 && !lens.find(kEntityPart, kColor))
+    tags.set_integer(kEntityPart, kColor, current.color);
+  if (paper) tags.set_integer(kEntityPart, kPaper, 1);
+  ObjectAccess::changed(entity);
+  return Acad::eOk;
+}
+
+/// Whether the drawing's release has entities of that kind.
+bool fits_release(const AcDbEntity& entity, const Drawing& drawing) {
+  if (drawing.dialect().release >= cad::dxf::Release::kR2000)
+    return true;  // has all there are here
+  const NewTags* values = ObjectAccess::fresh(entity);
+  const std::string_view kind =
+      values ? values->layout().kind
+             : kind_of(ObjectAccess::content(entity), ObjectAccess::dialect(entity));
+  const cad::KindRow* row = cad::kind_row(kind, 0);
+  return !row || drawing.dialect().release >= row->since;
+}
+
+}  // namespace
+
 Acad::ErrorStatus AcDbBlockTableRecord::appendAcDbEntity(AcDbObjectId& id, AcDbEntity* entity) {
   id.setNull();
   if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
@@ -215,15 +356,9 @@ Acad::ErrorStatus AcDbBlockTableRecord::appendAcDbEntity(AcDbObjectId& id, AcDbE
   const Stub* own = ObjectAccess::stub(*this);
   if (!own) return Acad::eNotInDatabase;
   Drawing& drawing = StubStore::drawing_of(*own);
-
-  const Lens fresh(ObjectAccess::content(*entity), ObjectAccess::dialect(*entity));
-  const std::wstring layer = fresh.text("AcDbEntity", 8);
-  if (layer.empty()) {
-    const std::wstring current = drawing.database().header_value("$CLAYER");
-    entity->setLayer(current.empty() ? L"0" : current.c_str());
-  } else if (!drawing.table_record("LAYER", layer)) {
-    return Acad::eKeyNotFound;
-  }
+  if (!fits_release(*entity, drawing)) return Acad::eNotApplicable;
+  const Acad::ErrorStatus status = take_current_properties(*entity, drawing, *own);
+  if (status != Acad::eOk) return status;
 
   using cad::dxf::Section;
   if (drawing.is_space(own->handle)) {

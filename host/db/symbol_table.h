@@ -79,6 +79,30 @@ class AcDbLayerTable : public AcDbSymbolTable {
   using AcDbSymbolTable::AcDbSymbolTable;
 };
 
+/// How texts look: their font and shape. Angles are radians.
+class AcDbTextStyleTableRecord : public AcDbSymbolTableRecord {
+  PN_RX_MEMBERS(AcDbTextStyleTableRecord)
+ public:
+  AcDbTextStyleTableRecord();
+  double textSize() const;  ///< of all texts of the style; 0: each has its own
+  Acad::ErrorStatus setTextSize(double size);
+  double xScale() const;
+  Acad::ErrorStatus setXScale(double scale);
+  double obliquingAngle() const;
+  Acad::ErrorStatus setObliquingAngle(double angle);
+  /// Names of the font files, newly made: free them with acutDelString().
+  Acad::ErrorStatus fileName(ACHAR*& name) const;
+  Acad::ErrorStatus setFileName(const ACHAR* name);
+  Acad::ErrorStatus bigFontFileName(ACHAR*& name) const;
+  Acad::ErrorStatus setBigFontFileName(const ACHAR* name);
+
+ private:
+  friend class cad::ObjectAccess;
+  using AcDbSymbolTableRecord::AcDbSymbolTableRecord;
+  double real(int code, double absent) const;
+  Acad::ErrorStatus set_real(int code, double value);
+};
+
 class AcDbTextStyleTable : public AcDbSymbolTable {
   PN_RX_MEMBERS(AcDbTextStyleTable)
  private:

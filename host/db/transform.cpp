@@ -28,6 +28,15 @@ bool is_usable(const AcGeMatrix3d& map) {
   return !map.isSingular();
 }
 
+/// To the last bit: maps that come from no turn at all.
+bool is_identity(const AcGeMatrix3d& map) {
+  for (int row = 0; row < 4; ++row) {
+    for (int column = 0; column < 4; ++column)
+      if (map.entry[row][column] != (row == column ? 1.0 : 0.0)) return false;
+  }
+  return true;
+}
+
 void put_normal(TagSheet& sheet, std::string_view part, const AcGeVector3d& normal) {
   const std::size_t i = sheet.find({}, kNormal);
   if (i != TagSheet::kNone) return sheet.set_point(i, AcGePoint3d::kOrigin + normal);
@@ -221,6 +230,7 @@ class Plan {
 }  // namespace
 
 Acad::ErrorStatus transform_entity(AcDbEntity& entity, const AcGeMatrix3d& map, MirroredText text) {
+  if (is_identity(map)) return Acad::eOk;
   if (!is_usable(map)) return Acad::eInvalidInput;
   Plan plan;
   const Acad::ErrorStatus status = plan.add(entity, map, text);

@@ -14,7 +14,8 @@ namespace cad {
 enum class MirroredText { kMirrored, kReadable };
 
 /// Maps an entity, its vertices or attributes, and the points of its extended data. Only numbers
-/// that change are respelled. A dimension takes its block along when no other uses it.
+/// that change are respelled; the identity changes nothing. A dimension takes its block along when
+/// no other uses it.
 ///
 /// eCannotScaleNonUniformly: circles, arcs, texts and all that has no shape for the result;
 /// eNotApplicable: a kind whose geometry is not known; eInvalidInput: a map that is not finite or

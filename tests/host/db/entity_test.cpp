@@ -6,6 +6,8 @@
 #include <limits>
 #include <numbers>
 
+#include "host/db/polyline.h"
+#include "host/db/undo.h"
 #include "tests/host/db/plan.h"
 
 namespace {
@@ -47,10 +49,10 @@ TEST_F(Entities, TextsReadTheirTags) {
 }
 
 TEST_F(Entities, ChangingATextChangesItsLineOnly) {
-  auto* text = opened<AcDbText>(0x30, AcDb::kForWrite);
-  EXPECT_EQ(text->setTextString(L"DN400"), Acad::eOk);
+  auto* text = opened<AcDbText>(0x3C, AcDb::kForWrite);
+  EXPECT_EQ(text->setTextString(L"A0"), Acad::eOk);
   text->close();
-  expect_only_change("  1\nDN300\n", "  1\nDN400\n");
+  expect_only_change("  1\nA1\n", "  1\nA0\n");
 }
 
 TEST_F(Entities, ATextSetToWhatItShowsKeepsItsBytes) {
@@ -147,6 +149,153 @@ TEST_F(Entities, NumbersThatAreNotFiniteAreRefused) {
     line->close();
   }
   EXPECT_EQ(database().save_bytes(), spelled(plan_note(), Form::kUtf8));
+}
+
+// Texts placed by their alignment point
+
+TEST_F(Entities, AJustifiedTextBeginsElsewhereWhenItChanges) {
+  auto* text = opened<AcDbText>(0x30, AcDb::kForWrite);
+  EXPECT_EQ(text->setTextString(L"DN3000"), Acad::eOk);
+  EXPECT_EQ(text->position(), AcGePoint3d(10, 20, 0)) << "while it is open";
+  text->close();
+  text = opened<AcDbText>(0x30);
+  EXPECT_EQ(text->alignmentPoint(), AcGePoint3d(11, 20, 0));
+  EXPECT_NEAR(text->position().x, 12.25, 1e-9) << "half a height, turned";
+  EXPECT_LT(text->position().y, 20 - 2.5) << "half a width";
+  text->close();
+}
+
+TEST_F(Entities, AJustifiedTextStaysWhereItIsWhenOnlyItsColourChanges) {
+  auto* text = opened<AcDbText>(0x30, AcDb::kForWrite);
+  EXPECT_EQ(text->setColorIndex(1), Acad::eOk);
+  text->close();
+  text = opened<AcDbText>(0x30, AcDb::kForWrite);
+  EXPECT_EQ(text->position(), AcGePoint3d(10, 20, 0));
+  EXPECT_EQ(text->adjustAlignment(), Acad::eOk) << "on demand";
+  EXPECT_NEAR(text->position().x, 12.25, 1e-9);
+  text->close();
+}
+
+TEST_F(Entities, AlignmentPointsAreForJustifiedTexts) {
+  auto* text = opened<AcDbText>(0x3C, AcDb::kForWrite);
+  EXPECT_EQ(text->setAlignmentPoint({1, 2, 0}), Acad::eNotApplicable);
+  EXPECT_EQ(text->adjustAlignment(), Acad::eNotApplicable);
+  EXPECT_EQ(text->setVerticalMode(AcDb::kTextTop), Acad::eOk);
+  EXPECT_EQ(text->setAlignmentPoint({1, 2, 0}), Acad::eOk);
+  text->close();
+  EXPECT_THAT(database().save_bytes(),
+              HasSubstr(" 20\n-0.5\n 30\n0.0\n 40\n2.5\n  1\nA1\n 11\n1.0\n 21\n2.0\n 31\n0.0\n"
+                        "100\nAcDbText\n 73\n     3\n"))
+      << "the vertical mode in the second class part";
+}
+
+TEST_F(Entities, AFittedTextKeepsBothItsPoints) {
+  auto* text = new AcDbText({1, 2, 0}, L"fit", AcDbObjectId(), 2);
+  text->setHorizontalMode(AcDb::kTextFit);
+  EXPECT_EQ(text->setAlignmentPoint({9, 2, 0}), Acad::eOk);
+  const AcDbObjectId made = append(text);
+  text = opened<AcDbText>(made);
+  EXPECT_EQ(text->position(), AcGePoint3d(1, 2, 0));
+  EXPECT_EQ(text->alignmentPoint(), AcGePoint3d(9, 2, 0));
+  text->close();
+}
+
+TEST_F(Entities, ATextOfNoDrawingStaysWhereItWasPut) {
+  AcDbText text({1, 2, 0}, L"abc", AcDbObjectId(), 2);
+  text.setHorizontalMode(AcDb::kTextCenter);
+  EXPECT_EQ(text.setAlignmentPoint({5, 5, 0}), Acad::eOk);
+  EXPECT_EQ(text.adjustAlignment(), Acad::eNotApplicable);
+  EXPECT_EQ(text.position(), AcGePoint3d(1, 2, 0));
+}
+
+// New entities hold values until their tags are asked for
+
+TEST_F(Entities, NewOnesAnswerWhatTheyWereGiven) {
+  AcDbText text({1, 2, 3}, L"管", id(0x14), 2, 0.5);
+  EXPECT_EQ(text.position(), AcGePoint3d(1, 2, 3));
+  EXPECT_EQ(taken(text.textString()), L"管");
+  EXPECT_EQ(text.textStyle(), id(0x14));
+  EXPECT_EQ(text.setWidthFactor(0.7), Acad::eOk);
+  EXPECT_EQ(text.setWidthFactor(1.0), Acad::eOk);
+  EXPECT_EQ(text.widthFactor(), 1.0);
+  EXPECT_EQ(text.setColorIndex(3), Acad::eOk);
+  EXPECT_EQ(text.setColorIndex(256), Acad::eOk);
+  EXPECT_EQ(text.colorIndex(), 256);
+  EXPECT_EQ(text.setLayer(id(0x13)), Acad::eOk);
+  EXPECT_EQ(taken(text.layer()), L"OFF");
+  AcDbPolyline line;
+  EXPECT_EQ(line.addVertexAt(0, {1, 1}), Acad::eOk);
+  EXPECT_EQ(line.addVertexAt(0, {2, 2}, 0.5, 0.1, 0.2), Acad::eOk);
+  EXPECT_EQ(line.addVertexAt(3, {2, 2}), Acad::eInvalidIndex);
+  EXPECT_EQ(line.numVerts(), 2u);
+  double bulge = 0;
+  EXPECT_EQ(line.getBulgeAt(0, bulge), Acad::eOk);
+  EXPECT_EQ(bulge, 0.5);
+}
+
+TEST_F(Entities, NewOnesTakeTheCurrentProperties) {
+  ASSERT_TRUE(database().set_header_variable("$CLAYER", std::wstring(L"OFF")));
+  ASSERT_TRUE(database().set_header_variable("$CECOLOR", std::int64_t{4}));
+  auto* line = opened<AcDbLine>(append(new AcDbLine({0, 0, 0}, {1, 0, 0})));
+  EXPECT_EQ(line->layerId(), id(0x13));
+  EXPECT_EQ(line->colorIndex(), 4);
+  line->close();
+  auto* by_layer = new AcDbLine({0, 0, 0}, {1, 0, 0});
+  by_layer->setColorIndex(256);
+  line = opened<AcDbLine>(append(by_layer));
+  EXPECT_EQ(line->colorIndex(), 256) << "said so";
+  line->close();
+  auto* mtext = opened<AcDbMText>(append(new AcDbMText));
+  EXPECT_EQ(mtext->layerId(), id(0x13));
+  EXPECT_EQ(mtext->colorIndex(), 4);
+  mtext->close();
+}
+
+TEST_F(Entities, OfPaperSpaceAreMarkedAsSuch) {
+  append(new AcDbLine({0, 0, 0}, {1, 0, 0}), 0x19);
+  EXPECT_THAT(database().save_bytes(),
+              HasSubstr("330\n19\n100\nAcDbEntity\n 67\n     1\n  8\n0\n"));
+}
+
+TEST_F(Entities, ChangedBetweenStepsCanBeTakenBackStepByStep) {
+  AcDbBlockTableRecord* space = opened<AcDbBlockTableRecord>(0x18, AcDb::kForWrite);
+  auto* text = new AcDbText({1, 2, 0}, L"first", AcDbObjectId(), 2);
+  AcDbObjectId made;
+  ASSERT_EQ(space->appendAcDbEntity(made, text), Acad::eOk);
+  space->close();
+  cad::undo_log(database()).next_step();
+  text->setTextString(L"second");
+  text->close();
+  EXPECT_EQ(text_of(made.handle()), L"second");
+  EXPECT_EQ(cad::undo_log(database()).undo(1), 1u);
+  EXPECT_EQ(text_of(made.handle()), L"first");
+  EXPECT_EQ(cad::undo_log(database()).undo(1), 1u);
+  EXPECT_TRUE(made.isErased());
+  EXPECT_EQ(cad::undo_log(database()).redo(2), 2u);
+  EXPECT_EQ(text_of(made.handle()), L"second");
+}
+
+TEST_F(Entities, AreSavedAsTheyStandWhileTheyAreOpen) {
+  AcDbBlockTableRecord* space = opened<AcDbBlockTableRecord>(0x18, AcDb::kForWrite);
+  auto* text = new AcDbText({1, 2, 0}, L"open", AcDbObjectId(), 2);
+  AcDbObjectId made;
+  ASSERT_EQ(space->appendAcDbEntity(made, text), Acad::eOk);
+  space->close();
+  EXPECT_THAT(database().save_bytes(), HasSubstr("  1\nopen\n"));
+  EXPECT_EQ(text->setTextString(L"closed"), Acad::eOk);
+  text->close();
+  EXPECT_THAT(database().save_bytes(), HasSubstr("  1\nclosed\n"));
+}
+
+TEST_F(Entities, OfAnotherDrawingsRecordsAreRefused) {
+  AcDbDatabase other;
+  auto* text = new AcDbText({1, 2, 0}, L"x", AcDbObjectId(), 2);
+  EXPECT_EQ(text->setLayer(other.clayer()), Acad::eOk) << "nobody knows yet";
+  AcDbBlockTableRecord* space = opened<AcDbBlockTableRecord>(0x18, AcDb::kForWrite);
+  AcDbObjectId made;
+  EXPECT_EQ(space->appendAcDbEntity(made, text), Acad::eWrongDatabase);
+  space->close();
+  delete text;
 }
 
 // Texts of several pieces
