@@ -86,6 +86,7 @@ void SettingsInForce::read_the_rest() {
   labels.ReadZhMode(layout);
   WDLGX::GetDimH(L"1");  // names the table of pipe materials
   CGxData::Instance()->getPcBzSz();
+  KT::GetTextHigh();
 }
 
 std::vector<network::SettingNote> in_force(const network::SettingsLog& log) {

@@ -9,3 +9,7 @@ void CGxError::Report2Pp(int /*icon*/, const CString& text) {
   for (const CString* line : {&held, &text})
     if (!line->empty()) acutPrintf(L"\n%s", line->c_str());
 }
+
+void CGxError::Report2Cmd(const CString& text) {
+  if (!text.empty()) acutPrintf(L"%s", text.c_str());
+}

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "network/cad_variables.h"
+#include "network/drawing_geometry.h"
+#include "network/drawing_layers.h"
+#include "network/drawing_settings.h"
 #include "network/gx_data.h"
 #include "network/label_files.h"
 #include "network/list_text.h"
