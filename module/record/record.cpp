@@ -45,7 +45,12 @@ void erase_entity(const CDimRecordIterator& cursor) {
   if (dim::equal_no_case(cursor.field(CDimRecordIterator::posKind), dim::kNoEntityKind)) return;
   const std::wstring_view handle = cursor.field(CDimRecordIterator::posHandle);
   const AcDbObjectId id = dim::object_of_handle(handle.data());
-  if (const dim::Opened<AcDbEntity> entity{id, AcDb::kForWrite}) entity->erase();
+  const dim::Opened<AcDbEntity> entity(id, AcDb::kForWrite);
+  if (entity) {
+    entity->erase();
+  } else if (!id.isNull() && entity.status() != Acad::eWasErased) {
+    dim::trace(L"打开实体失败!");  // it stays drawn
+  }
 }
 
 }  // namespace

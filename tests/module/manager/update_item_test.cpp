@@ -190,6 +190,28 @@ TEST_F(UpdateItem, ALabelOnALockedLayerIsLeftAndItsItemDroppedWhileTheOthersFoll
             2);
 }
 
+TEST_F(UpdateItem, ALabelThatIsOpenElsewhereIsLeftAndItsItemDropped) {
+  given(L"pcgb", {item_of(L"gdh", L"1", L"40"), item_of(L"well_bh", L"7", L"41"),
+                  item_of(L"pipe_gg", L"8", L"42")});
+  const dim::Opened<AcDbEntity> held(plan.id(L"40"), AcDb::kForRead);
+  EXPECT_EQ(pipe().updateDim(L"pipe_gg", L"9"), Acad::eOk);
+  EXPECT_EQ(names_of(stored()), (Names{L"well_bh", L"pipe_gg"}));
+  EXPECT_EQ(plan.text(L"40"), L"label 40");
+  EXPECT_EQ(plan.text(L"42"), L"9");
+}
+
+TEST_F(UpdateItem, TheOnlyItemOfALabelThatCannotBeWrittenIsLostFromItsRecord) {
+  given(L"pcgb", {item_of(L"gdh", L"1", L"4B")});
+  EXPECT_EQ(pipe().updateDim(L"gdh", L"2"), Acad::eOk);
+  EXPECT_EQ(stored(), Items{});
+  EXPECT_EQ(plan.keys(L"2F"), Names{L"pcgb"});
+  EXPECT_EQ(pipe().dimRecEx(L"pcgb", item_of(L"gdh", L"3", L"40")), Acad::eOk);
+  EXPECT_EQ(stored(), Items{});
+  EXPECT_EQ(pipe().deleteDim(L"pcgb"), Acad::eOk);
+  EXPECT_EQ(pipe().dimRecEx(L"pcgb", item_of(L"gdh", L"3", L"40")), Acad::eOk);
+  EXPECT_EQ(stored(), Items{item_of(L"gdh", L"3", L"40")});
+}
+
 TEST_F(UpdateItem, AnOwnerErasedBetweenTheCallsFails) {
   given(L"pcgb", {item_of(L"gdh", L"1", L"40")});
   CDimManager manager = pipe();

@@ -42,7 +42,9 @@ TEST_F(DeleteRecord, IsNoLongerValidAfterwards) {
 
 TEST_F(DeleteRecord, AnEntityOfSeveralItemsIsErasedOnce) {
   given_items({item_of(L"a", L"1", L"40"), item_of(L"b", L"2", L"40"), item_of(L"c", L"3", L"41")});
+  const TraceLines trace;
   EXPECT_EQ(record.deleteDim(), Acad::eOk);
+  EXPECT_EQ(trace.lines(), Texts{});
   EXPECT_TRUE(plan.is_erased(L"40"));
   EXPECT_TRUE(plan.is_erased(L"41"));
 }
@@ -59,7 +61,9 @@ TEST_F(DeleteRecord, InformationErasesNothing) {
 TEST_F(DeleteRecord, AHandleThatIsNoneErasesNothingNotEvenTheEntityBefore) {
   given_items({item_of(L"a", L"1", L"40"), item_of(L"b", L"2", L"no handle"),
                item_of(L"c", L"3", L"FFF"), item_of(L"d", L"4")});
+  const TraceLines trace;
   EXPECT_EQ(record.deleteDim(), Acad::eOk);
+  EXPECT_EQ(trace.lines(), Texts{});
   EXPECT_TRUE(plan.is_erased(L"40"));
   for (const wchar_t* other : {L"2F", L"41", L"42", L"43"}) EXPECT_FALSE(plan.is_erased(other));
 }
@@ -76,7 +80,9 @@ TEST_F(DeleteRecord, EntitiesThatCannotBeOpenedForWriteStayDrawn) {
   given_items(
       {item_of(L"locked", L"1", L"4B"), item_of(L"held", L"2", L"40"), item_of(L"c", L"3", L"41")});
   const dim::Opened<AcDbEntity> held(plan.id(L"40"), AcDb::kForRead);
+  const TraceLines trace;
   EXPECT_EQ(record.deleteDim(), Acad::eOk);
+  EXPECT_EQ(trace.lines(), (Texts{L"打开实体失败!", L"打开实体失败!"}));
   EXPECT_FALSE(plan.is_erased(L"4B"));
   EXPECT_FALSE(plan.is_erased(L"40"));
   EXPECT_TRUE(plan.is_erased(L"41"));
