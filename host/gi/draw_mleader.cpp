@@ -32,6 +32,8 @@ struct Context {
   std::uint32_t color = 0;
   bool leaders_shown = true;
   bool has_landing = true;
+  bool has_frame = false;
+  double gap = 0.0;  ///< between text and frame
 };
 
 /// Its data stand in nested sections: the context, in it leaders, in these their lines.
@@ -54,6 +56,7 @@ class ContextReader {
     while (tags_.next(tag_)) {  // codes have other meanings here
       if (tag_.code == 170) context_.leaders_shown = integer() != 0;
       if (tag_.code == 291) context_.has_landing = integer() != 0;
+      if (tag_.code == 292) context_.has_frame = integer() != 0;
     }
     return std::move(context_);
   }
@@ -70,6 +73,9 @@ class ContextReader {
     switch (tag_.code) {
       case 140:
         context_.arrow_size = real();
+        break;
+      case 145:
+        context_.gap = real();
         break;
       case 290:
         context_.has_text = integer() != 0;
@@ -182,6 +188,11 @@ void draw_mleader(const EntityTags& entity, EntityDrawer& drawer) {
   paragraph.shape.reference_width = context.width;
   paragraph.shape.line_spacing = context.spacing;
   paragraph.shape.attachment = std::clamp(context.alignment, 1, 3);
+  if (context.has_frame && context.height > 0.0) {
+    constexpr int kFramed = 16;
+    paragraph.background.flags = kFramed;
+    paragraph.background.scale = 1.0 + context.gap / context.height;
+  }
   std::string_view style;
   if (const Stub* const record = entity.drawing ? entity.drawing->find(context.style) : nullptr)
     style = EntityFields(entity.drawing->bytes_of(*record), entity.dialect).bytes(2);

@@ -1,5 +1,6 @@
 #include "host/gi/paragraph.h"
 
+#include <array>
 #include <cmath>
 
 #include "host/font/mtext_layout.h"
@@ -36,6 +37,7 @@ class Drawn {
 
   void draw() {
     if (paragraph_.background.flags & kFilled) draw_background();
+    if (paragraph_.background.flags & kFramed) canvas_.outline(background_corners(), true);
     // Whoever collects texts is told of those of which nothing is seen.
     if (layout_.runs.empty() && !(paragraph_.shape.height > 0.0) && canvas_.fine())
       canvas_.fine()->glyphs(
@@ -52,8 +54,9 @@ class Drawn {
   }
 
  private:
-  static constexpr int kFilled = 1 | 2, kFilledLikeWindow = 2;
+  static constexpr int kFilled = 1 | 2, kFilledLikeWindow = 2, kFramed = 16;
 
+  std::array<AcGePoint3d, 4> background_corners() const;
   void draw_background();
   void draw_run(const font::MTextRun& run);
   void draw_words(std::span<const font::PlacedGlyph> glyphs);
@@ -68,13 +71,16 @@ class Drawn {
   font::MTextLayout layout_;
 };
 
-void Drawn::draw_background() {
-  // The box reaches beyond the text by a share of the height.
+/// The box reaches beyond the text by a share of the height.
+std::array<AcGePoint3d, 4> Drawn::background_corners() const {
   const double margin = (paragraph_.background.scale - 1.0) * paragraph_.shape.height;
   const font::Box box = layout_.frame;
-  const AcGePoint3d corners[] = {
-      at(box.left - margin, box.bottom - margin), at(box.right + margin, box.bottom - margin),
-      at(box.right + margin, box.top + margin), at(box.left - margin, box.top + margin)};
+  return {at(box.left - margin, box.bottom - margin), at(box.right + margin, box.bottom - margin),
+          at(box.right + margin, box.top + margin), at(box.left - margin, box.top + margin)};
+}
+
+void Drawn::draw_background() {
+  const std::array<AcGePoint3d, 4> corners = background_corners();
   if (paragraph_.background.flags & kFilledLikeWindow) return canvas_.mask(corners);
   if (paragraph_.background.true_color)
     canvas_.traits().setTrueColor(*paragraph_.background.true_color);

@@ -18,7 +18,7 @@ struct Paragraph {
   font::MTextShape shape;
 
   struct Background {
-    int flags = 0;  ///< 1 filled with `color`, 2 with the colour of the window
+    int flags = 0;  ///< 1 filled with `color`, 2 with the colour of the window, 16 framed
     int color = 7;
     std::optional<std::uint32_t> true_color;
     double scale = 1.5;  ///< the box is larger than the text by so many heights less one

@@ -223,6 +223,15 @@ TEST_F(EntityDrawing, AHatchPatternIsDrawnAsLines) {
   EXPECT_THAT(draw_.calls[0].points, ElementsAre(AcGePoint3d(0, 0.5, 0), AcGePoint3d(4, 0.5, 0)));
 }
 
+TEST_F(EntityDrawing, AParagraphMayBeFilledAndFramed) {
+  draw(DrawingNote().entity(
+      "MTEXT", point_tags(10, 0, 0) + "40 1.0\n71 7\n1 HH\n90 17\n63 2\n45 1.5\n", "RED"));
+  ASSERT_THAT(draw_.kinds(), ElementsAre("polygon", "polyline", "text"));
+  EXPECT_THAT(colors(), ElementsAre(2, 1, 1));
+  EXPECT_TRUE(draw_.calls[0].points[0].isEqualTo({-0.5, -0.5, 0}));
+  EXPECT_NEAR(draw_.calls[0].points[2].y, 1.5, 1e-9);
+}
+
 TEST_F(EntityDrawing, ColorsInAParagraphEndWithIt) {
   draw(DrawingNote()
            .entity("MTEXT", point_tags(10, 0, 0) + "40 1.0\n71 1\n1 a{\\C5;b}c\n", "RED")
