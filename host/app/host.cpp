@@ -161,6 +161,7 @@ void Host::close(AcApDocument* document) {
   Modules::instance().unload_drawing(*document);
   trace_open_objects(*document);
   manager.tell(&AcApDocManagerReactor::documentToBeDestroyed, document);
+  blackboard().forget_entities_of(*document->database());
   std::erase(manager.documents_, document);
   manager.current_ = nullptr;
   acdbHostApplicationServices()->setWorkingDatabase(nullptr);

@@ -45,7 +45,7 @@ DocumentSession::DocumentSession(AcApDocument& document)
         display_functions(), environment_functions(), loading_functions(), menu_functions(),
         unsupported_functions(), prompt_functions(), command_functions()})
     interpreter_->define(table);
-  set_propagated(*interpreter_);
+  set_propagated(*interpreter_, database());
   entmake = std::make_unique<EntmakeSequence>();
   command_line = std::make_unique<CommandLine>(*this);
 }

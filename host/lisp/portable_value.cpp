@@ -63,6 +63,11 @@ PortableValue PortableValue::of(const Value& value) {
   }
 }
 
+void PortableValue::forget_enames(const std::function<bool(std::uint64_t)>& is_gone) {
+  for (Item& item : items_)
+    if (item.mark == Mark::kEname && is_gone(item.bits)) item = {Mark::kEmpty};
+}
+
 Value PortableValue::in(Interpreter& interp) const {
   struct Open {
     std::vector<Value> items;

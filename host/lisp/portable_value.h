@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,8 @@ class PortableValue {
   /// Raises "bad argument type" for what cannot be carried.
   static PortableValue of(const Value& value);
   Value in(Interpreter& interp) const;
+  /// Puts nil in place of the entity names that answer true, as those of a drawing that closes.
+  void forget_enames(const std::function<bool(std::uint64_t ename)>& is_gone);
 
  private:
   enum class Mark { kOpen, kClose, kDot, kEmpty, kBlank, kInteger, kReal, kText, kSymbol, kEname };

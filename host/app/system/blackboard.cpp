@@ -1,6 +1,7 @@
 #include "host/app/system/blackboard.h"
 
 #include "host/app/builtin_tables.h"
+#include "host/app/data/entget.h"
 #include "host/app/documents.h"
 #include "host/app/session.h"
 #include "host/lisp/interpreter.h"
@@ -12,9 +13,30 @@ Blackboard& blackboard() {
   return shared;
 }
 
-void set_propagated(lisp::Interpreter& interp) {
+namespace {
+
+bool is_of(const AcDbDatabase& database, std::uint64_t ename) {
+  return id_of_name(ename).database() == &database;
+}
+
+/// The value as a drawing may have it.
+lisp::Value value_for(lisp::PortableValue value, lisp::Interpreter& interp,
+                      const AcDbDatabase& database) {
+  value.forget_enames([&](std::uint64_t ename) { return !is_of(database, ename); });
+  return value.in(interp);
+}
+
+}  // namespace
+
+void Blackboard::forget_entities_of(const AcDbDatabase& database) {
+  for (auto* const shared : {&variables, &propagated})
+    for (auto& [name, value] : *shared)
+      value.forget_enames([&](std::uint64_t ename) { return is_of(database, ename); });
+}
+
+void set_propagated(lisp::Interpreter& interp, const AcDbDatabase& database) {
   for (const auto& [name, value] : blackboard().propagated)
-    interp.set_variable(name, value.in(interp));
+    interp.set_variable(name, value_for(value, interp, database));
 }
 
 namespace {
@@ -30,7 +52,8 @@ Value fn_bb_set(Call& call) {
 
 Value fn_bb_ref(Call& call) {
   const auto found = blackboard().variables.find(call.symbol(0).name);
-  return found == blackboard().variables.end() ? Value() : found->second.in(call.interp());
+  if (found == blackboard().variables.end()) return Value();
+  return value_for(found->second, call.interp(), DocumentSession::of(call).database());
 }
 
 Value fn_propagate(Call& call) {
@@ -38,7 +61,8 @@ Value fn_propagate(Call& call) {
   const PortableValue value = PortableValue::of(symbol.value);
   for (AcApDocument* document : acDocManager->documents()) {
     lisp::Interpreter& interp = document->session().interpreter();
-    if (&interp != &call.interp()) interp.set_variable(symbol.name, value.in(interp));
+    if (&interp == &call.interp()) continue;
+    interp.set_variable(symbol.name, value_for(value, interp, *document->database()));
   }
   blackboard().propagated[symbol.name] = value;
   return Value();

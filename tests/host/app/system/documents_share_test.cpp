@@ -22,6 +22,18 @@ TEST_F(Blackboard, KeepsValuesOfDocumentsThatAreClosed) {
   EXPECT_EQ(eval(second, "(equal (vl-bb-ref 'kept) (list \"still\" (/ 1.0 3)))"), "T");
 }
 
+TEST_F(Blackboard, HasEntityNamesOfOnesOwnDrawing) {
+  AcApDocument* const first = host.new_drawing();
+  AcApDocument* const second = host.new_drawing();
+  const std::string point = "(setq p (entmakex '((0 . \"POINT\") (10 1.0 2.0 0.0))))";
+  eval(first, point + "(vl-bb-set 'points (list p 1 (cons 2 p)))");
+  EXPECT_EQ(eval(first, "(equal (vl-bb-ref 'points) (list p 1 (cons 2 p)))"), "T");
+  EXPECT_EQ(eval(second, "(vl-bb-ref 'points)"), "(nil 1 (2))");
+  host.close(first);
+  EXPECT_EQ(eval(second, "(vl-bb-ref 'points)"), "(nil 1 (2))");
+  EXPECT_EQ(eval(host.new_drawing(), "(vl-bb-ref 'points)"), "(nil 1 (2))");
+}
+
 TEST_F(Blackboard, TakesDataOnly) {
   host.new_drawing();
   EXPECT_EQ(eval("(vl-bb-set 'f car)").substr(0, 30), "error: bad argument type: data");
@@ -43,6 +55,15 @@ TEST_F(Propagate, ReachesOpenAndLaterDocuments) {
   EXPECT_EQ(eval(second, "company"), "\"Waterworks\"");
   AcApDocument* const third = host.new_drawing();
   EXPECT_EQ(eval(third, "company"), "\"Waterworks\"");
+}
+
+TEST_F(Propagate, LeavesEntityNamesInTheirDrawing) {
+  AcApDocument* const first = host.new_drawing();
+  AcApDocument* const second = host.new_drawing();
+  eval(first, "(setq p (list (entmakex '((0 . \"POINT\") (10 1.0 2.0 0.0))) 7)) (vl-propagate 'p)");
+  EXPECT_EQ(eval(second, "p"), "(nil 7)");
+  EXPECT_EQ(eval(host.new_drawing(), "p"), "(nil 7)");
+  EXPECT_EQ(eval(first, "(cdr (assoc 0 (entget (car p))))"), "\"POINT\"");
 }
 
 }  // namespace
