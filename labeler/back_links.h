@@ -1,0 +1,29 @@
+#pragma once
+
+#include <optional>
+
+#include "labeler/occupancy.h"
+#include "module/platform/objects.h"
+
+/// Label entities know their owner: extended data of the application PIPENOTE_LABEL hold its
+/// handle. Records lie with the owner and go with it; by the link a label that stays is recognised.
+namespace labeler {
+
+inline constexpr wchar_t kLabelApplication[] = L"PIPENOTE_LABEL";
+
+/// Makes the application's name known to a drawing, once before its first link.
+void register_links(AcDbDatabase& drawing);
+/// eOk, or why the entity could not be written.
+Acad::ErrorStatus link_to_owner(AcDbObjectId entity, AcDbObjectId owner);
+
+struct BackLink {
+  CString owner;             ///< handle as it stands
+  bool owner_there = false;  ///< neither erased nor unknown
+};
+/// Nothing for an entity that is no label of this module.
+std::optional<BackLink> back_link_of(AcDbObjectId entity);
+
+/// What a TEXT takes of the plan; nothing for other entities and texts without extent.
+std::optional<Box> text_box(AcDbObjectId entity);
+
+}  // namespace labeler

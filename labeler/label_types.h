@@ -1,0 +1,48 @@
+#pragma once
+
+#include <map>
+#include <span>
+#include <vector>
+
+#include "labeler/draft.h"
+#include "labeler/node_drafts.h"
+#include "labeler/route_drafts.h"
+
+/// The annotation types this module draws.
+namespace labeler {
+
+/// Which pipes meet at each node of the working drawing. Found in one walk, when first asked for.
+class Joints {
+ public:
+  /// In the order of the drawing; empty for a node without pipes.
+  std::span<const JoinedPipe> of(AcDbObjectId node);
+
+ private:
+  void find();
+  bool found_ = false;
+  std::map<AcDbObjectId, std::vector<JoinedPipe>> pipes_;
+};
+
+/// What a draft is made of besides the owner and the settings.
+struct DraftContext {
+  Joints& joints;
+  LeaderPlacement leader;  ///< of a well/pipe label
+  StakePlan stakes;        ///< of a route
+};
+
+struct LabelType {
+  const wchar_t* name;
+  OwnerKind owner;
+  CString (*layer)(const Owner& owner);
+  Drafted (*draft)(const Owner& owner, DraftContext& context);
+};
+
+std::span<const LabelType> label_types();
+/// Letter case ignored, as records are keyed; null for a type this module does not draw.
+const LabelType* find_type(const CString& name);
+
+/// Stakes along a route.
+inline constexpr wchar_t kStakeType[] = L"Zh_Xd_Dim";
+inline constexpr wchar_t kWellPipeType[] = L"bzjg";
+
+}  // namespace labeler

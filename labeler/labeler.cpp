@@ -1,0 +1,408 @@
+#include "labeler/labeler.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numbers>
+#include <utility>
+
+#include "labeler/back_links.h"
+#include "module/manager/dim_manager.h"
+#include "module/platform/opened.h"
+#include "module/style/style.h"
+
+namespace labeler {
+namespace {
+
+// Paper millimetres.
+constexpr double kGap = 0.7;
+constexpr double kArrowLength = 15.0;
+constexpr double kArrowWidth = 2.0;
+constexpr double kNodeRadius = 1.5;
+constexpr double kEndDistance = 4.0;
+constexpr double kTick = 1.5;
+constexpr double kLeaderLength = 12.0;
+
+/// Note of a label whose arrow could not be drawn, so that it is not looked for.
+constexpr wchar_t kNoArrowNote[] = L"bz_jt";
+
+constexpr double kByMeasure = -1.0;  // text width factor: that of the settings
+constexpr double kThinLine = -1.0;
+
+Sizes sizes_of(const CDimDraw& draw) {
+  const CDimStyle& style = CDimStyle::Instance();
+  Sizes sizes;
+  sizes.text_height = draw.TextHeight();
+  sizes.gap = draw.PaperLongToCAD(kGap);
+  sizes.line_space = draw.PaperLongToCAD(style.SwBzTxtLineSpace());
+  sizes.text_space = draw.PaperLongToCAD(style.SwBzTxtTxtSpace());
+  sizes.arrow_length = draw.PaperLongToCAD(kArrowLength);
+  sizes.arrow_width = draw.PaperLongToCAD(kArrowWidth);
+  sizes.node_radius = draw.PaperLongToCAD(kNodeRadius);
+  sizes.end_distance = draw.PaperLongToCAD(kEndDistance);
+  sizes.tick = draw.PaperLongToCAD(kTick);
+  return sizes;
+}
+
+AcGeVector3d direction_of(double angle) { return {std::cos(angle), std::sin(angle), 0.0}; }
+
+StuDim entity_item(AcDbObjectId entity) {
+  StuDim item;
+  item.name = item.handle = handle_of(entity);
+  return item;
+}
+
+StuDim arrow_item(AcDbObjectId entity) {
+  StuDim item;
+  item.name = item.value = L"jt";
+  item.handle = handle_of(entity);
+  return item;
+}
+
+/// Moves all entities of a label.
+bool move_label(const StoredLabel& label, const AcGeMatrix3d& map) {
+  const auto move = [&](AcDbObjectId id) {
+    dim::Opened<AcDbEntity> entity(id, AcDb::kForWrite);
+    return entity && entity->transformBy(map) == Acad::eOk;
+  };
+  bool done = true;
+  for (const StoredLine& line : label.lines) done = move(line.entity) && done;
+  for (const AcDbObjectId id : label.others) done = move(id) && done;
+  return done;
+}
+
+/// Number by which the boxes of an entity are filed.
+std::uint64_t box_owner(AcDbObjectId entity) { return entity.handle().value(); }
+
+}  // namespace
+
+CString status_text(Acad::ErrorStatus status) {
+  switch (status) {
+    case Acad::eOnLockedLayer:
+      return L"its layer is locked";
+    case Acad::eWasErased:
+      return L"it was erased";
+    case Acad::eWasOpenForRead:
+    case Acad::eWasOpenForWrite:
+      return L"it is open elsewhere";
+    case Acad::eNotInitializedYet:
+      return L"the drawing can hold no records; save it in a later release";
+    default:
+      return Gx::Format(L"the drawing refuses it (status %d)", static_cast<int>(status));
+  }
+}
+
+// A preview without a world draw is the database mode that leaves the current layer alone.
+Labeler::Labeler(Tell tell)
+    : tell_(std::move(tell)),
+      draw_(WDLGX::GetCTBL(), static_cast<AcGiWorldDraw*>(nullptr), nullptr) {
+  sizes_ = sizes_of(draw_);
+}
+
+Labeler::~Labeler() = default;
+
+void Labeler::tell(const Owner& owner, const LabelType& type, const CString& what) {
+  tell_(describe(owner) + L" (" + type.name + L"): " + what);
+}
+
+ReadingAngle Labeler::reading(double reference) {
+  return [this, reference](const AcGePoint3d& base, double along) {
+    const AcGePoint3d ahead = base + direction_of(along);
+    draw_.SetReferenceDirection(base, reference, along);
+    const bool flipped = draw_.DrawToOriginalPoint(ahead).distanceTo(ahead) > 1.0;
+    draw_.SetMatrix(AcGeMatrix3d());
+    const double angle = Gx::CalcDimAng(along);
+    return flipped ? std::fmod(angle + std::numbers::pi, 2 * std::numbers::pi) : angle;
+  };
+}
+
+TextWidth Labeler::text_width() {
+  return [this](const CString& text) {
+    double width = 0.0;
+    KT::GetTextWidth(text, sizes_.text_height, width, 0, Gx::GetTextWidthFactor());
+    return width;
+  };
+}
+
+void Labeler::keep_clear() {
+  constexpr double kCellOfTextHeights = 6.0;
+  taken_.emplace(kCellOfTextHeights * sizes_.text_height);
+  const AcDbDatabase* const drawing = acdbHostApplicationServices()->workingDatabase();
+  if (!drawing) return;
+  for (AcDbObjectId id = drawing->first_entity(); !id.isNull(); id = drawing->next_entity(id)) {
+    if (const std::optional<Box> text = text_box(id)) {
+      taken_->add(*text, box_owner(id));
+    } else if (const std::optional<Owner> part = network_part(id)) {
+      taken_->add(boxes_of(*part, sizes_));
+    }
+  }
+}
+
+/// The draft with its leader where the variant has it, unless the record says where it is.
+Draft Labeler::with_leader(const Draft& draft, int variant, double reference) {
+  Draft turned = draft;
+  if (draft.form != Form::kOnLeader || draft.leader.distance > 0.0) return turned;
+  turned.leader.distance = draw_.PaperLongToCAD(kLeaderLength);
+  turned.leader.leader_angle = leader_angle(variant) + reference;
+  turned.leader.text_angle = reference;
+  return turned;
+}
+
+/// The first place that nothing else takes, else the one where the least does.
+Shape Labeler::choose(const Owner& owner, Draft& draft, std::optional<int> fixed, double reference,
+                      Place& place, bool& crowded) {
+  const ReadingAngle read = reading(reference);
+  const TextWidth width = text_width();
+  const auto shape_at = [&](int variant, Draft& placed) {
+    place = place_of(draft.form, owner, variant, read);
+    placed = with_leader(draft, variant, reference);
+    return shape_of(placed, owner, place, sizes_, read, width);
+  };
+  const int count = taken_ ? variant_count(draft.form) : 1;
+  Draft best_draft;
+  int best = fixed.value_or(0);
+  Shape shape = shape_at(best, best_draft);
+  crowded = false;
+  if (taken_) {
+    int fewest = taken_->conflicts(boxes_of(shape, sizes_), std::numeric_limits<int>::max());
+    const int first = best;
+    for (int variant = 0; variant < count && fewest > 0; ++variant) {
+      if (variant == first) continue;
+      Draft other_draft;
+      Shape other = shape_at(variant, other_draft);
+      const int conflicts = taken_->conflicts(boxes_of(other, sizes_), fewest);
+      if (conflicts >= fewest) continue;
+      fewest = conflicts;
+      best = variant;
+      shape = std::move(other);
+      best_draft = std::move(other_draft);
+    }
+    place = place_of(draft.form, owner, best, read);
+    crowded = fewest > 0;
+  }
+  draft = std::move(best_draft);
+  return shape;
+}
+
+bool Labeler::mark(AcDbObjectId entity, AcDbObjectId owner) {
+  if (!links_registered_) register_links(*owner.database());
+  links_registered_ = true;
+  return !entity.isNull() && link_to_owner(entity, owner) == Acad::eOk;
+}
+
+void Labeler::set_layer(const Owner& owner, const LabelType& type) {
+  const network::Kind kind = owner.pipe   ? owner.pipe->kind()
+                             : owner.node ? owner.node->kind()
+                                          : network::Kind::kNone;
+  const auto [row, is_new] = layers_.try_emplace({&type, kind});
+  if (is_new) row->second = type.layer(owner);
+  if (row->second == layer_) return;
+  draw_.SetDrawLayer(row->second);
+  layer_ = row->second;
+}
+
+Labeler::Drawn Labeler::draw(const Owner& owner, const LabelType& type, Draft draft,
+                             std::optional<int> variant, double reference) {
+  Drawn drawn;
+  Place place;
+  const Shape shape = choose(owner, draft, variant, reference, place, drawn.crowded);
+  set_layer(owner, type);
+  draw_.ClearEntityIdArray();
+  std::vector<StuDim> items;
+  bool complete = true;
+  for (std::size_t i = 0; i < shape.texts.size(); ++i) {
+    const PlacedText& text = shape.texts[i];
+    const AcDbObjectId id =
+        draw_.DrawTextW(draft.lines[i].text(), text.at, text.horizontal, text.vertical,
+                        text.rotation, sizes_.text_height, kByMeasure);
+    complete = complete && mark(id, owner.id);
+    if (!complete) break;
+    const CString handle = handle_of(id);
+    for (const Piece& piece : draft.lines[i].pieces) items.push_back(item_of(piece, handle));
+    if (taken_) taken_->add(box_of(text, sizes_.text_height), box_owner(id));
+  }
+  for (const auto& [from, to] : shape.lines) {
+    const AcDbObjectId id = complete ? draw_.DrawLine(from, to, kThinLine) : AcDbObjectId();
+    complete = complete && mark(id, owner.id);
+    if (complete) items.push_back(entity_item(id));
+  }
+  if (complete && shape.arrow) {
+    std::pair<AcDbObjectId, AcDbObjectId> wells;
+    AcDbObjectId id;  // an arrow between wells that are not known could not be turned later
+    if (Gx::getWellAtGx(owner.id, wells) == Acad::eOk)
+      id = draw_.LeftInsertArrow(shape.arrow->middle, direction_of(shape.arrow->direction), false,
+                                 nullptr);
+    if (id.isNull()) {
+      items.push_back(note_of(kNoArrowNote, L"NULL"));
+    } else {
+      complete = mark(id, owner.id);
+      items.push_back(arrow_item(id));
+    }
+  }
+  if (draft.form == Form::kOnLeader) {
+    const std::vector<StuDim> notes = notes_of(draft.leader);
+    items.insert(items.end(), notes.begin(), notes.end());
+  }
+  items.insert(items.end(), draft.notes.begin(), draft.notes.end());
+  items.push_back(note_of(kPlaceNote, place_text(drawn_place(draft, place, shape, reference))));
+  const Acad::ErrorStatus filed =
+      complete ? file_label(owner.id, type.name, items) : Acad::eNotImplementedYet;
+  if (filed == Acad::eOk) {
+    drawn.done = true;
+    return drawn;
+  }
+  for (const AcDbObjectId id : draw_.GetAllDimEntityId())
+    if (dim::Opened<AcDbEntity> entity{id, AcDb::kForWrite}) entity->erase();
+  tell(owner, type,
+       L"cannot be labelled, " +
+           (complete ? status_text(filed) : CString(L"a text could not be drawn")));
+  return drawn;
+}
+
+void Labeler::label(const Owner& owner, const LabelType& type, const LabelOptions& options,
+                    LabelCounts& counts) {
+  std::optional<StoredLabel> stored = read_label(owner.id, type.name);
+  if (stored && stored->anything_there()) {
+    Check found = check(owner, type, std::move(stored));
+    if (found.state == Check::State::kNoData || !update(owner, type, found, false))
+      ++counts.skipped;
+    else
+      ++counts.updated;
+    return;
+  }
+  DraftContext context{joints_, {}, options.stakes};
+  context.leader.program = L"1";
+  Drafted drafted = type.draft(owner, context);
+  if (!drafted.draft) {
+    if (!drafted.why_not) return;
+    ++counts.skipped;
+    return tell(owner, type, CString(drafted.why_not) + L"; no label");
+  }
+  if (const Acad::ErrorStatus status = can_be_written(owner.id); status != Acad::eOk) {
+    ++counts.skipped;
+    return tell(owner, type, L"cannot be labelled, " + status_text(status));
+  }
+  const Drawn drawn = draw(owner, type, *std::move(drafted.draft), std::nullopt, options.reference);
+  ++(drawn.done ? counts.drawn : counts.skipped);
+  if (drawn.done && drawn.crowded) ++counts.crowded;
+}
+
+Check Labeler::check(const Owner& owner, const LabelType& type) {
+  return check(owner, type, read_label(owner.id, type.name));
+}
+
+Check Labeler::check(const Owner& owner, const LabelType& type, std::optional<StoredLabel> stored) {
+  if (!stored) return {};
+  DraftContext context{joints_, {}, {}};
+  read_notes(stored->notes, context.leader);
+  if (std::optional<StakePlan> stakes = stake_plan_of(stored->notes)) context.stakes = *stakes;
+  const double reference = stored->place ? stored->place->reference : 0.0;
+  const bool owner_fits = owner.kind == type.owner || type.owner == OwnerKind::kRoute;
+  Drafted drafted = owner_fits ? type.draft(owner, context)
+                               : Drafted{{},
+                                         type.owner == OwnerKind::kPipe ? L"the owner is no pipe"
+                                                                        : L"the owner is no node"};
+  return compare(owner, type, *std::move(stored), std::move(drafted), reading(reference));
+}
+
+bool Labeler::rewrite(const Owner& owner, const LabelType& type, const Check& check) {
+  std::vector<StuDim> items;
+  for (std::size_t i = 0; i < check.draft.lines.size(); ++i)
+    for (const Piece& piece : check.draft.lines[i].pieces)
+      items.push_back(item_of(piece, check.stored.lines[i].handle));
+  return rewrite_label(owner.id, type.name, items) == Acad::eOk;
+}
+
+/// Moves the label as it stands with its owner.
+bool Labeler::follow(const Owner& owner, const LabelType& type, Check& check) {
+  const DrawnPlace& was = *check.stored.place;
+  DrawnPlace now = was;
+  now.x = check.place.anchor.x;
+  now.y = check.place.anchor.y;
+  now.angle = check.place.angle;
+  const AcGePoint3d from(was.x, was.y, 0.0);
+  const AcGePoint3d to(now.x, now.y, 0.0);
+  const AcGeMatrix3d turn = AcGeMatrix3d::rotation(now.angle - was.angle, AcGeVector3d::kZAxis, to);
+  const AcGeMatrix3d map = turn * AcGeMatrix3d::translation(to - from);
+  const bool done = move_label(check.stored, map);
+  AcGePoint3d text(was.text_x, was.text_y, 0.0);
+  text.transformBy(map);
+  now.text_x = text.x;
+  now.text_y = text.y;
+  const StuDim note = note_of(kPlaceNote, place_text(now));
+  return rewrite_label(owner.id, type.name, {note}) == Acad::eOk && done;
+}
+
+/// About its middle.
+bool Labeler::turn_arrow(const Check& check) {
+  dim::Opened<AcDbBlockReference> arrow(check.stored.arrow, AcDb::kForWrite);
+  if (!arrow) return false;
+  const double angle = arrow->rotation();
+  const AcGePoint3d tip = arrow->position() + direction_of(angle) * sizes_.arrow_length;
+  return arrow->setPosition(tip) == Acad::eOk &&
+         arrow->setRotation(std::fmod(angle + std::numbers::pi, 2 * std::numbers::pi)) == Acad::eOk;
+}
+
+bool Labeler::redraw(const Owner& owner, const LabelType& type, Check& check) {
+  std::optional<int> variant;
+  double reference = 0.0;
+  if (check.stored.place) {
+    variant = check.stored.place->variant;
+    reference = check.stored.place->reference;
+  }
+  if (const Acad::ErrorStatus status = can_be_written(owner.id); status != Acad::eOk) {
+    tell(owner, type, L"cannot be redrawn, " + status_text(status));
+    return false;
+  }
+  if (taken_)
+    for (const StoredLine& line : check.stored.lines) taken_->remove(box_owner(line.entity));
+  CDimManager(owner.id).deleteDim(type.name);
+  if (!check.moved_by_hand) return draw(owner, type, check.draft, variant, reference).done;
+  // Its place is the user's choice.
+  std::optional<Occupancy> set_aside;
+  set_aside.swap(taken_);
+  const bool done =
+      draw(owner, type, check.draft, variant, reference).done && move_as_before(owner, type, check);
+  taken_.swap(set_aside);
+  return done;
+}
+
+/// Moves a label just drawn as far from its place as the one before had been moved by hand.
+bool Labeler::move_as_before(const Owner& owner, const LabelType& type, const Check& check) {
+  const std::optional<StoredLabel> drawn = read_label(owner.id, type.name);
+  if (!drawn || !drawn->place) return false;
+  const DrawnPlace& was = *check.stored.place;
+  const AcGePoint3d shown = place_shown(check.stored.lines.front().entity);
+  AcGeVector3d moved(shown.x - was.text_x, shown.y - was.text_y, 0.0);
+  moved.rotateBy(drawn->place->angle - was.angle, AcGeVector3d::kZAxis);
+  return move_label(*drawn, AcGeMatrix3d::translation(moved));
+}
+
+bool Labeler::update(const Owner& owner, const LabelType& type, Check& check,
+                     bool overwrite_edited) {
+  using State = Check::State;
+  const auto all_became = [&](Action action, const CString& trouble = {}) {
+    for (Finding& finding : check.findings) {
+      finding.action = action;
+      finding.trouble = trouble;
+    }
+    return action != Action::kFailed;
+  };
+  if (check.findings.empty()) return true;
+  if (check.state == State::kNoData) return all_became(Action::kKept);
+  if (check.edited && !overwrite_edited) return all_became(Action::kKept);
+  if (const Acad::ErrorStatus status = can_be_written(check.stored); status != Acad::eOk) {
+    tell(owner, type, L"the label is left as it is, " + status_text(status));
+    return all_became(Action::kFailed, status_text(status));
+  }
+  if (check.state == State::kStaleForm || (check.moved && !check.moved_by_hand))
+    return all_became(redraw(owner, type, check) ? Action::kRedrawn : Action::kFailed);
+  bool done = true;
+  if (check.state == State::kStaleText || check.edited) done = rewrite(owner, type, check);
+  if (check.turned) done = turn_arrow(check) && done;
+  if (check.moved) done = follow(owner, type, check) && done;
+  const Action action = check.moved ? Action::kFollowed : Action::kUpdated;
+  return all_became(done ? action : Action::kFailed);
+}
+
+}  // namespace labeler

@@ -1,0 +1,243 @@
+#include "labeler/stored_label.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <memory>
+#include <numbers>
+#include <system_error>
+#include <utility>
+
+#include "module/manager/dim_manager.h"
+#include "module/platform/opened.h"
+#include "module/platform/text.h"
+#include "module/record/record.h"
+#include "module/record/record_cursor.h"
+#include "module/record/record_factory.h"
+#include "module/record/record_table.h"
+#include "module/registry/update_service.h"
+
+namespace labeler {
+namespace {
+
+CDimupateRegisiter& registry() { return CDimUpdateServ::getInstance().getDimRegServ(); }
+
+AcDbObjectId dictionary_of(AcDbObjectId owner) {
+  if (dim::Opened<AcDbEntity> entity{owner, AcDb::kForRead}) return entity->extensionDictionary();
+  return {};
+}
+
+CString taken(wchar_t* text) {
+  CString copy = text ? text : L"";
+  acutDelString(text);
+  return copy;
+}
+
+ShownText shown_by(AcDbObjectId id) {
+  ShownText shown;
+  dim::Opened<AcDbEntity> entity(id, AcDb::kForRead);
+  if (!entity) return shown;
+  shown.there = true;
+  if (const AcDbText* text = AcDbText::cast(&*entity))
+    shown.text = taken(text->textString());
+  else if (const AcDbMText* lines = AcDbMText::cast(&*entity))
+    shown.text = taken(lines->contents());
+  return shown;
+}
+
+using Field = CDimRecordIterator::EnDimPos;
+
+/// The object of a handle in the working drawing.
+AcDbObjectId entity_of(std::wstring_view handle) {
+  return dim::object_of_handle(CString(handle).c_str());
+}
+
+StoredLine& line_of(StoredLabel& label, std::wstring_view handle) {
+  for (StoredLine& line : label.lines)
+    if (line.handle == handle) return line;
+  StoredLine& line = label.lines.emplace_back();
+  line.handle = handle;
+  line.entity = entity_of(handle);
+  line.shown = shown_by(line.entity);
+  return line;
+}
+
+void take_entity(StoredLabel& label, std::wstring_view name, std::wstring_view handle) {
+  const AcDbObjectId entity = entity_of(handle);
+  if (entity.isNull() || entity.isErased()) {
+    ++label.others_missing;
+    return;
+  }
+  label.others.push_back(entity);
+  if (name == L"jt") label.arrow = entity;
+}
+
+/// Files the item the cursor stands on. Most of its fields are empty or looked at only: it is not
+/// read as a whole.
+void take_item(StoredLabel& label, CDimRecordIterator& cursor) {
+  const std::wstring_view handle = cursor.field(Field::posHandle);
+  const std::wstring_view name = cursor.field(Field::posName);
+  if (cursor.isText() && !handle.empty()) {
+    const auto copy = [&](Field field) { return CString(cursor.field(field)); };
+    line_of(label, handle)
+        .line.pieces.push_back({CString(name), copy(Field::posPrefix), copy(Field::posValue),
+                                copy(Field::posSuffix), copy(Field::posSeparator)});
+  } else if (!handle.empty()) {
+    take_entity(label, name, handle);
+  } else if (name == kPlaceNote) {
+    label.place = place_of_text(cursor.field(Field::posValue));
+  } else if (StuDim note; cursor.getDim(note) == Acad::eOk) {
+    label.notes.push_back(std::move(note));
+  }
+}
+
+/// The record of the type, or null.
+AcDbObjectId record_of(CDimRecordTable& table, AcDbObjectId owner, const wchar_t* type) {
+  const AcDbObjectId dictionary = dictionary_of(owner);
+  AcDbObjectId id;
+  if (dictionary.isNull()) return id;
+  if (table.open(&registry(), dictionary, AcDb::kForRead, 0) != Acad::eOk) return id;
+  if (table.getAt(type, id) != Acad::eOk) id.setNull();
+  return id;
+}
+
+}  // namespace
+
+CString place_text(const DrawnPlace& place) {
+  return Gx::Format(L"( %f, %f, %f, %d, %f, %f, %f )", place.x, place.y, place.angle, place.variant,
+                    place.text_x, place.text_y, place.reference);
+}
+
+std::optional<DrawnPlace> place_of_text(std::wstring_view text) {
+  constexpr std::size_t kMostCharacters = 256;
+  std::array<char, kMostCharacters> characters;
+  if (text.size() > kMostCharacters) return std::nullopt;
+  std::transform(text.begin(), text.end(), characters.begin(),
+                 [](wchar_t c) { return c < 0x80 ? static_cast<char>(c) : '?'; });
+  const char* at = characters.data();
+  const char* const end = at + text.size();
+  double numbers[7];
+  for (double& number : numbers) {
+    while (at < end && (*at == ' ' || *at == '(' || *at == ',')) ++at;
+    const auto [behind, error] = std::from_chars(at, end, number);
+    if (error != std::errc() || !std::isfinite(number)) return std::nullopt;
+    at = behind;
+  }
+  const bool is_variant = numbers[3] >= 0.0 && numbers[3] < 100.0;
+  return DrawnPlace{
+      numbers[0], numbers[1], numbers[2], is_variant ? static_cast<int>(numbers[3]) : 0,
+      numbers[4], numbers[5], numbers[6]};
+}
+
+bool same_angle(double a, double b) {
+  return std::fabs(std::remainder(a - b, 2 * std::numbers::pi)) < kSameAngle;
+}
+
+bool StoredLabel::anything_there() const {
+  return !others.empty() || std::any_of(lines.begin(), lines.end(),
+                                        [](const StoredLine& line) { return line.shown.there; });
+}
+
+namespace {
+
+/// Visits the items of a record; false when there are none.
+template <class Visit>
+bool for_each_item(AcDbObjectId id, Visit visit) {
+  if (id.isNull()) return false;
+  CDimRecord record;
+  CDimRecordIterator cursor;
+  if (record.open(id, AcDb::kForRead, false) != Acad::eOk) return false;
+  if (record.newIterator(cursor) != Acad::eOk) return false;
+  bool any = false;
+  for (cursor.start(); cursor.stands_on_item(); cursor.step()) {
+    visit(cursor);
+    any = true;
+  }
+  return any;
+}
+
+}  // namespace
+
+std::optional<StoredLabel> read_record(AcDbObjectId record) {
+  StoredLabel label;
+  const bool any =
+      for_each_item(record, [&](CDimRecordIterator& cursor) { take_item(label, cursor); });
+  if (!any) return std::nullopt;
+  return label;
+}
+
+std::optional<StoredLabel> read_label(AcDbObjectId owner, const wchar_t* type) {
+  CDimRecordTable table;
+  return read_record(record_of(table, owner, type));
+}
+
+std::vector<StuDim> read_items(AcDbObjectId owner, const wchar_t* type) {
+  CDimRecordTable table;
+  std::vector<StuDim> items;
+  for_each_item(record_of(table, owner, type),
+                [&](CDimRecordIterator& cursor) { cursor.getDim(items.emplace_back()); });
+  return items;
+}
+
+AcGePoint3d place_shown(AcDbObjectId id) {
+  dim::Opened<AcDbEntity> entity(id, AcDb::kForRead);
+  if (!entity) return {};
+  if (const AcDbText* text = AcDbText::cast(&*entity))
+    return text->isDefaultAlignment() ? text->position() : text->alignmentPoint();
+  if (const AcDbMText* lines = AcDbMText::cast(&*entity)) return lines->location();
+  return {};
+}
+
+Acad::ErrorStatus file_label(AcDbObjectId owner, const wchar_t* type,
+                             const std::vector<StuDim>& items) {
+  const CDimManager manager(owner);  // makes the extension dictionary
+  if (manager.openStatus() != Acad::eOk) return manager.openStatus();
+  CDimRecordTable table;
+  if (const AcDbObjectId old = record_of(table, owner, type); !old.isNull()) {
+    CDimRecord record;
+    const Acad::ErrorStatus opened = record.open(old, AcDb::kForWrite, false);
+    if (opened != Acad::eOk) return opened;
+    if (const Acad::ErrorStatus erased = record.deleteDimInfo(); erased != Acad::eOk) return erased;
+  }
+  CDimUpdateServ& service = CDimUpdateServ::getInstance();
+  const std::unique_ptr<CDimRecord> record(service.getDimFactory().CreateDimRec(items));
+  if (!record) return Acad::eOutOfMemory;
+  record->setDimTypeName(type);
+  return table.add(*record);
+}
+
+Acad::ErrorStatus rewrite_label(AcDbObjectId owner, const wchar_t* type,
+                                const std::vector<StuDim>& items) {
+  CDimRecordTable table;
+  const AcDbObjectId id = record_of(table, owner, type);
+  if (id.isNull()) return Acad::eKeyNotFound;
+  CDimRecord record;
+  if (const Acad::ErrorStatus opened = record.open(id, AcDb::kForWrite, false); opened != Acad::eOk)
+    return opened;
+  CDimRecordIterator cursor;
+  if (const Acad::ErrorStatus read = record.newIterator(cursor); read != Acad::eOk) return read;
+  for (const StuDim& item : items) {
+    cursor.start();
+    if (const Acad::ErrorStatus set = cursor.setDim(item); set != Acad::eOk) return set;
+  }
+  if (const Acad::ErrorStatus stored = cursor.commit(); stored != Acad::eOk) return stored;
+  return record.updateDim();
+}
+
+Acad::ErrorStatus can_be_written(AcDbObjectId entity) {
+  return dim::Opened<AcDbEntity>(entity, AcDb::kForWrite).status();
+}
+
+Acad::ErrorStatus can_be_written(const StoredLabel& label) {
+  for (const StoredLine& line : label.lines) {
+    if (!line.shown.there) continue;
+    if (const Acad::ErrorStatus status = can_be_written(line.entity); status != Acad::eOk)
+      return status;
+  }
+  for (const AcDbObjectId entity : label.others)
+    if (const Acad::ErrorStatus status = can_be_written(entity); status != Acad::eOk) return status;
+  return Acad::eOk;
+}
+
+}  // namespace labeler
