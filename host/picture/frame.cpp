@@ -75,7 +75,7 @@ Frame frame_of(const Scene& scene, std::optional<Box> window, std::optional<Pict
   if (box.is_empty()) box = {0.0, 0.0, 1.0, 1.0};
   // Something without width or height is shown in the middle of as much as it has otherwise.
   const double longer = std::max(box.width(), box.height());
-  const double margin = window ? 0.0 : longer > 0.0 ? longer * kMargin : 0.5;
+  const double margin = !(longer > 0.0) ? 0.5 : window ? 0.0 : longer * kMargin;
   const double least = window ? 0.0 : longer / 20.0;
   const Point middle{(box.left + box.right) / 2.0, (box.bottom + box.top) / 2.0};
   const double half_width = std::max(box.width(), least) / 2.0 + margin;

@@ -52,6 +52,11 @@ TEST_F(Framing, ASinglePointIsShown) {
   EXPECT_FALSE(picture(DrawingNote().entity("POINT", point_tags(10, 5e5, 4e6))).blank);
 }
 
+TEST_F(Framing, AWindowWithoutExtentShowsWhatIsRoundIt) {
+  options.window = cad::picture::Box{5, 5, 5, 5};
+  EXPECT_FALSE(picture(DrawingNote().entity("LINE", line_tags(0, 0, 10, 10))).blank);
+}
+
 TEST_F(Framing, AnEmptyDrawingIsBlank) { EXPECT_TRUE(picture(DrawingNote()).blank); }
 
 TEST_F(Framing, AFewFarAwayEntitiesAreLeftOutAndCounted) {
