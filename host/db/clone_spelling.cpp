@@ -92,7 +92,7 @@ bool is_space_of_layout(std::string_view part, int code) {
 /// One copy in another drawing.
 class Respelling {
  public:
-  Respelling(Drawing& from, const Stub& source, Drawing& to, const Stub& copy,
+  Respelling(Drawing& from, const CloneSource& source, Drawing& to, const Stub& copy,
              const CloneReferences& references)
       : from_(from),
         source_(source),
@@ -101,13 +101,13 @@ class Respelling {
         references_(references),
         old_(from.dialect()),
         now_(to.dialect()),
-        kind_(from.kind_name(source)),
+        kind_(source.kind),
         same_texts_(old_.binary == now_.binary && old_.code_page == now_.code_page),
         same_numbers_(!old_.binary && !now_.binary),
         writer_(out_, now_) {}
 
   std::string spell(std::uint64_t owner, std::uint64_t reactor) {
-    out_.reserve(source_.length + 64);
+    out_.reserve(source_.bytes.size() + 64);
     writer_.raw(0, kind_now(kind_));
     writer_.handle(kind_ == "DIMSTYLE" ? 105 : 5, copy_.handle);
     read(reactor);
@@ -124,7 +124,7 @@ class Respelling {
     bool in_frame = true;
     bool has_handle = false, has_owner = false, has_markers = false;
     dxf::Tag tag;
-    dxf::TagReader tags(from_.bytes_of(source_), old_);
+    dxf::TagReader tags(source_.bytes, old_);
     tags.next(tag);  // the kind
     while (tags.next(tag)) {
       if (tag.code >= kFirstExtendedCode) {
@@ -329,7 +329,7 @@ class Respelling {
   }
 
   Drawing& from_;
-  const Stub& source_;
+  const CloneSource source_;
   Drawing& to_;
   const Stub& copy_;
   const CloneReferences& references_;
@@ -366,7 +366,7 @@ bool is_translated(int code) {
 
 std::string_view kind_now(std::string_view kind) { return kind == "3DLINE" ? "LINE" : kind; }
 
-std::string respell_copy(Drawing& from, const Stub& source, Drawing& to, const Stub& copy,
+std::string respell_copy(Drawing& from, const CloneSource& source, Drawing& to, const Stub& copy,
                          std::uint64_t owner, std::uint64_t reactor,
                          const CloneReferences& references) {
   return Respelling(from, source, to, copy, references).spell(owner, reactor);

@@ -53,9 +53,9 @@ std::vector<AcDbObjectId> Cloner::run() {
   return made;
 }
 
-Stub& Cloner::new_stub(const Stub& source, std::uint64_t owner, Section section,
-                       std::uint64_t anchor) {
-  Stub& stub = to_.new_stub(kind_now(from_.kind_name(source)), owner, section, anchor);
+Stub& Cloner::new_stub(const Stub& source, std::string_view kind, std::uint64_t owner,
+                       Section section, std::uint64_t anchor) {
+  Stub& stub = to_.new_stub(kind_now(kind), owner, section, anchor);
   stand_for(source, stub);
   return stub;
 }
@@ -71,7 +71,7 @@ void Cloner::make_records() {
     const std::string_view kind = from_.kind_name(*item.source);
     Drawing::Table& table = *to_.table(kind);
     item.copy_owner = to_.stub_at(table.stub).handle;
-    item.copy = &new_stub(*item.source, item.copy_owner, Section::kTables, table.end);
+    item.copy = &new_stub(*item.source, kind, item.copy_owner, Section::kTables, table.end);
     const int name_code = 2;
     std::wstring name;
     dxf::Tag tag;
@@ -105,15 +105,17 @@ void Cloner::make_block(BlockPlan& plan) {
   }
   if (table && plan.record) {
     const std::uint64_t owner = to_.stub_at(table->stub).handle;
-    plan.copy_record = &new_stub(*plan.record, owner, Section::kTables, table->end);
+    plan.copy_record = &new_stub(*plan.record, kBlocks, owner, Section::kTables, table->end);
     to_.add_to_table(*table, *plan.copy_record, plan.name);
   } else if (table) {
     plan.copy_record = &add_block_record(to_, plan.name);
   }
   const std::uint64_t anchor = to_.section_end(Section::kBlocks);
   const std::uint64_t owner = plan.copy_record ? plan.copy_record->handle : 0;
-  plan.copy_begin = &new_stub(from_.stub_at(plan.source->begin), owner, Section::kBlocks, anchor);
-  plan.copy_end = &new_stub(from_.stub_at(plan.source->end), owner, Section::kBlocks, anchor);
+  plan.copy_begin =
+      &new_stub(from_.stub_at(plan.source->begin), "BLOCK", owner, Section::kBlocks, anchor);
+  plan.copy_end =
+      &new_stub(from_.stub_at(plan.source->end), "ENDBLK", owner, Section::kBlocks, anchor);
   to_.add_block(*plan.copy_begin, *plan.copy_end);
   place = {owner, Section::kBlocks, anchor, plan.copy_begin};
 }
@@ -144,7 +146,7 @@ void Cloner::make_stub(Item& item) {
     } else {
       item.copy_owner = references_.handle(item.owner);
     }
-    item.copy = &new_stub(*item.source, item.copy_owner, Section::kObjects, anchor);
+    item.copy = &new_stub(*item.source, kind_of(item), item.copy_owner, Section::kObjects, anchor);
     return;
   }
   const Place& place = places_[item.place];
@@ -154,7 +156,13 @@ void Cloner::make_stub(Item& item) {
     const bool owned = within_ ? item.source->owner == main.source->handle : place.where.owner != 0;
     if (owned) item.copy_owner = main.copy->handle;
   }
-  item.copy = &new_stub(*item.source, item.copy_owner, place.where.section, place.where.anchor);
+  const ClonePlace& where = place.where;
+  if (item.role == Role::kPart && !item.stand_in.kind.empty()) {  // nothing refers to it
+    item.copy = &to_.new_stub(item.stand_in.kind, item.copy_owner, where.section, where.anchor);
+  } else {
+    item.copy =
+        &new_stub(*item.source, kind_of(item), item.copy_owner, where.section, where.anchor);
+  }
   const std::size_t index = StubStore::index_of(*item.copy);
   if (place.target) {
     place.target->added.push_back(index);
@@ -170,7 +178,9 @@ void Cloner::write(Item& item) {
     return adopt(to_, *item.copy, std::move(text));
   }
   const std::uint64_t reactor = item.role == Role::kFiled ? item.copy_owner : 0;
-  std::string text = respelled(*item.source, *item.copy, item.copy_owner, reactor);
+  declare_class(*item.source, *item.copy);
+  std::string text = respell_copy(from_, {kind_of(item), bytes_of(item)}, to_, *item.copy,
+                                  item.copy_owner, reactor, references_);
   if (item.role == Role::kEntity) put_space(item, text);
   adopt(to_, *item.copy, std::move(text));
   if (item.role == Role::kFiled) file(item);
@@ -183,10 +193,9 @@ void Cloner::file(const Item& item) {
     ObjectAccess::file_entry(*opened, item.keys.back(), item.copy->handle);
 }
 
-std::string Cloner::respelled(const Stub& source, const Stub& copy, std::uint64_t owner,
-                              std::uint64_t reactor) {
-  declare_class(source, copy);
-  return respell_copy(from_, source, to_, copy, owner, reactor, references_);
+std::string Cloner::respelled(const Stub& source, const Stub& copy, std::uint64_t owner) {
+  return respell_copy(from_, {from_.kind_name(source), from_.bytes_of(source)}, to_, copy, owner, 0,
+                      references_);
 }
 
 /// Kinds that the format lacks, and what proxies stand for, are declared in the drawing.

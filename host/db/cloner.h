@@ -13,6 +13,7 @@
 #include "host/base/result.h"
 #include "host/db/clone_references.h"
 #include "host/db/drawing.h"
+#include "host/db/old_polyline.h"
 #include "host/db/status.h"
 
 namespace cad {
@@ -78,6 +79,7 @@ class Cloner {
     std::size_t main = kNone;             ///< item of the entity that a part belongs to
     std::uint64_t owner = 0;              ///< of an object: its owner's handle in the source
     std::vector<std::wstring> keys = {};  ///< of a filed object
+    OldRecord stand_in = {};              ///< what is copied instead; no kind: the source
     Stub* copy = nullptr;
     std::uint64_t copy_owner = 0;
   };
@@ -98,7 +100,15 @@ class Cloner {
     Drawing::Block* target = nullptr;
   };
 
+  std::string_view kind_of(const Item& item) const {
+    return item.stand_in.kind.empty() ? from_.kind_name(*item.source) : item.stand_in.kind;
+  }
+  std::string_view bytes_of(const Item& item) const {
+    return item.stand_in.kind.empty() ? from_.bytes_of(*item.source) : item.stand_in.bytes;
+  }
+
   // Finding.
+  bool add_old_polyline(Stub& entity, std::size_t place);
   void refuse(Acad::ErrorStatus status, std::string where, std::string what);
   void scan(std::size_t item);
   void scan_extended(const dxf::Tag& tag);
@@ -115,7 +125,7 @@ class Cloner {
   void need_block(std::wstring_view name, std::string_view kind, std::size_t place);
   void plan_block(const std::wstring& key, std::wstring_view name, Stub* record,
                   const Drawing::Block* source);
-  void check_kind(const Stub& entity);
+  void check_kind(const Item& item);
   void check_name(std::string_view table, std::wstring_view name);
   const Drawing::Block* source_block(std::wstring_view name, const Stub* record);
   void order_blocks();
@@ -129,12 +139,11 @@ class Cloner {
   void write(Item& item);
   void write_blocks();
   void put_space(const Item& item, std::string& text) const;
-  std::string respelled(const Stub& source, const Stub& copy, std::uint64_t owner,
-                        std::uint64_t reactor = 0);
+  std::string respelled(const Stub& source, const Stub& copy, std::uint64_t owner);
   void declare_class(const Stub& source, const Stub& copy);
   void file(const Item& item);
-  Stub& new_stub(const Stub& source, std::uint64_t owner, dxf::Section section,
-                 std::uint64_t anchor);
+  Stub& new_stub(const Stub& source, std::string_view kind, std::uint64_t owner,
+                 dxf::Section section, std::uint64_t anchor);
 
   Drawing& from_;
   Drawing& to_;

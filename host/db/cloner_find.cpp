@@ -94,11 +94,28 @@ void Cloner::refuse(Acad::ErrorStatus status, std::string where, std::string wha
 void Cloner::add_entity(Stub& entity, std::size_t place) {
   const std::string_view kind = from_.kind_name(entity);
   if (kind == "BLOCK" || kind == "ENDBLK") return;  // stray ones would end the block it goes to
+  if (add_old_polyline(entity, place)) return;
   const std::size_t main = items_.size();
   items_.push_back({.source = &entity, .role = Role::kEntity, .place = place});
   for (Stub* part : from_.sub_entities(entity))
     if (!part->erased())
       items_.push_back({.source = part, .role = Role::kPart, .place = place, .main = main});
+}
+
+/// True where the receiving drawing has POLYLINEs only.
+bool Cloner::add_old_polyline(Stub& entity, std::size_t place) {
+  const bool too_new = !within_ && to_.dialect().release < dxf::Release::kR14;
+  if (!too_new || from_.kind_name(entity) != "LWPOLYLINE") return false;
+  const std::size_t main = items_.size();
+  for (OldRecord& record : old_polyline(from_.bytes_of(entity), from_.dialect())) {
+    const bool is_main = items_.size() == main;
+    items_.push_back({.source = &entity,
+                      .role = is_main ? Role::kEntity : Role::kPart,
+                      .place = place,
+                      .main = is_main ? kNone : main,
+                      .stand_in = std::move(record)});
+  }
+  return true;
 }
 
 void Cloner::stand_for(const Stub& source, const Stub& copy) {
@@ -141,15 +158,15 @@ Status Cloner::complete() {
 /// Looks through the tags of an item for what it owns and needs.
 void Cloner::scan(std::size_t index) {
   const Item item = items_[index];  // the list grows
-  const std::string_view kind = from_.kind_name(*item.source);
+  const std::string_view kind = kind_of(item);
   const bool is_graphic = item.role == Role::kEntity || item.role == Role::kPart;
-  if (is_graphic && !within_) check_kind(*item.source);
+  if (is_graphic && !within_) check_kind(item);
   if (kind == "SHAPE" && !within_) need_shape_styles();
   const dxf::Dialect& dialect = from_.dialect();
   const bool names_arrows = kind == "DIMSTYLE" && dialect.release < dxf::Release::kR2000;
   bool in_frame = true, is_extension = false;
   dxf::Tag tag;
-  for (dxf::TagReader tags(from_.bytes_of(*item.source), dialect); tags.next(tag) && status_;) {
+  for (dxf::TagReader tags(bytes_of(item), dialect); tags.next(tag) && status_;) {
     if (tag.code == 100) in_frame = false;
     if (tag.code == 102) is_extension = in_frame && tag.value == kExtensionGroup;
     if (is_owning(tag.code) && add_owned(item, tag, is_extension)) continue;
@@ -204,14 +221,14 @@ bool Cloner::add_owned(const Item& item, const dxf::Tag& tag, bool is_extension)
 }
 
 /// What the drawing's release cannot hold.
-void Cloner::check_kind(const Stub& entity) {
-  const std::string_view kind = kind_now(from_.kind_name(entity));
+void Cloner::check_kind(const Item& item) {
+  const std::string_view kind = kind_now(kind_of(item));
   const dxf::Release release = to_.dialect().release;
   if (release >= dxf::Release::kR2000 || kind == "SHAPE" || kind == "VIEWPORT") return;
   const KindRow* row = kind_row(kind);
   const dxf::Release since = row ? row->since : dxf::Release::kR13;
   if (release >= since) return;
-  refuse(Acad::eNotApplicable, described(from_, entity),
+  refuse(Acad::eNotApplicable, described(from_, *item.source),
          "needs a drawing of release " + std::string(dxf::release_name(since)) +
              " or newer; this one is " + std::string(dxf::release_name(release)));
 }

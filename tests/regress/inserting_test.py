@@ -20,14 +20,18 @@ RECEIVERS = ("r12_sample", "r12_binary", "r14_binary", "r2000_sample_xrecords", 
 
 
 def faults(document):
-    """What the audit complains about, without the handles, which the reader gives to R12 entities."""
-    return {re.sub(r"#[0-9A-F]+", "#", complaint)
-            for complaint in independent_reader.complaints(document)}
+    """What the audit complains about, without the handles, which the reader gives to R12 entities. Of
+    POLYLINEs in R12 files, the samples' own included, it complains that a SEQEND names no owner."""
+    found = {re.sub(r"#[0-9A-F]+", "#", complaint)
+             for complaint in independent_reader.complaints(document)}
+    if document.dxfversion == "AC1009":
+        found.discard("None: Deleted SEQEND(#) entity with invalid owner handle #None.")
+    return found
 
 
 def kinds(entities):
-    """Sorted kinds, with names that releases share."""
-    return sorted(entity.dxftype() for entity in entities)
+    """Sorted kinds; a light polyline is the old one in R12."""
+    return sorted(entity.dxftype().replace("LWPOLYLINE", "POLYLINE") for entity in entities)
 
 
 class Inserting(unittest.TestCase):

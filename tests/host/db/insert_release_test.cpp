@@ -147,9 +147,30 @@ TEST_F(InsertDrawing, OldDrawingsTakeWhatTheyCanHold) {
   const std::string made = saved.substr(saved.find("SYMBOL"));
   EXPECT_THAT(made.substr(0, made.find("ENDBLK")), Not(HasSubstr("AcDb")));
   given_source(drawing_of(
-      "0 LWPOLYLINE\n5 100\n330 1F\n100 AcDbEntity\n8 0\n100 AcDbPolyline\n90 0\n70 0\n"));
+      "0 ELLIPSE\n5 100\n330 1F\n100 AcDbEntity\n8 0\n100 AcDbEllipse\n10 0.0\n20 0.0\n"));
   EXPECT_EQ(refusal(L"OTHER"),
-            "2 LWPOLYLINE 100: needs a drawing of release R14 or newer; this one is R12");
+            "2 ELLIPSE 100: needs a drawing of release R13 or newer; this one is R12");
+}
+
+TEST_F(InsertDrawing, LightPolylinesBecomeOldOnes) {
+  given(
+      old_drawing("0 TABLE\n2 LAYER\n70 0\n0 ENDTAB\n0 TABLE\n2 APPID\n70 0\n0 ENDTAB\n", "", ""));
+  given_source(drawing_of(
+      "0 LWPOLYLINE\n5 100\n330 1F\n100 AcDbEntity\n8 PIPES\n62 1\n100 AcDbPolyline\n90 2\n70 1\n"
+      "38 5.0\n10 1.0\n20 2.0\n40 0.5\n41 0.0\n42 1.0\n10 3.0\n20 4.0\n1001 PN\n1005 100\n"));
+  const AcDbObjectId block = inserted();
+  EXPECT_THAT(kinds(block), ElementsAre("POLYLINE", "VERTEX", "VERTEX", "SEQEND"));
+  const std::string saved = database().save_bytes();
+  const std::size_t at = saved.find("  0\nPOLYLINE");
+  ASSERT_NE(at, std::string::npos);
+  const std::string handle = saved.substr(saved.find("  5\n", at) + 4, 1);
+  EXPECT_THAT(saved.substr(at),
+              testing::MatchesRegex("(.|\n)*  8\nPIPES\n 62\n1\n 66\n     1\n 10\n0.0\n 20\n0.0\n"
+                                    " 30\n5.0\n 70\n     1\n1001\nPN\n1005\n" +
+                                    handle + "\n  0\nVERTEX\n(.|\n)*"));
+  EXPECT_THAT(saved,
+              HasSubstr(" 62\n1\n 10\n1.0\n 20\n2.0\n 30\n5.0\n 40\n0.5\n 41\n0.0\n 42\n1.0\n"));
+  EXPECT_THAT(saved, HasSubstr("  0\nSEQEND\n"));
 }
 
 TEST_F(InsertDrawing, NewerGroupsStayOutOfOlderDrawings) {
