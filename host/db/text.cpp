@@ -163,6 +163,13 @@ Acad::ErrorStatus AcDbText::setVerticalMode(AcDb::TextVertMode mode) {
 }
 
 bool AcDbText::isDefaultAlignment() const {
+  if (!fresh()) {  // one walk tells most texts, which have neither group; two look-ups do not
+    cad::dxf::TagReader tags(content(), dialect());
+    cad::dxf::Tag tag;
+    bool has_mode = false;
+    while (!has_mode && tags.next(tag)) has_mode = tag.code == kAcross || tag.code == kUp;
+    if (!has_mode) return true;
+  }
   return horizontalMode() == AcDb::kTextLeft && verticalMode() == AcDb::kTextBase;
 }
 
@@ -175,10 +182,9 @@ Acad::ErrorStatus AcDbText::setAlignmentPoint(const AcGePoint3d& point) {
 
 Acad::ErrorStatus AcDbText::adjustAlignment(const AcDbDatabase* database) {
   if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
+  if (isDefaultAlignment() || (!this->database() && !database)) return Acad::eNotApplicable;
   const AcDb::TextHorzMode across = horizontalMode();
-  const bool between = across == AcDb::kTextAlign || across == AcDb::kTextFit;
-  if (isDefaultAlignment() || between || (!this->database() && !database))
-    return Acad::eNotApplicable;
+  if (across == AcDb::kTextAlign || across == AcDb::kTextFit) return Acad::eNotApplicable;
   const AcGePoint3d start = cad::text_start(*this, text_of(kTextPart, kText));
   return set_point(kTextPart, kPosition, start);
 }
