@@ -169,6 +169,7 @@ Acad::ErrorStatus CDimRecord::clearInvalid() {
 }
 
 Acad::ErrorStatus CDimRecord::clear_invalid(CDimRecordIterator& cursor) {
+  if (!isValid()) return dim::kNotOpen;
   const std::optional<int> dropped = dim::drop_stale_items(cursor);
   if (!dropped) return dim::kFailed;
   const bool is_stored = *dropped == 0 && record_object_->isWriteEnabled();

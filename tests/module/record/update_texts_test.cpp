@@ -2,6 +2,7 @@
 
 #include "module/platform/opened.h"
 #include "module/record/record.h"
+#include "module/record/record_cursor.h"
 #include "tests/module/plan.h"
 
 namespace {
@@ -148,7 +149,33 @@ TEST_F(UpdateTexts, ARecordOpenForReadingFailsAndNothingIsWritten) {
   EXPECT_EQ(plan.text(L"40"), L"label 40");
 }
 
-TEST_F(UpdateTexts, ARecordThatIsNotOpenFails) { EXPECT_EQ(CDimRecord().updateDim(), 1); }
+TEST_F(UpdateTexts, ARecordThatIsNotOpenFails) {
+  CDimRecordIterator cursor;
+  StuDim item = item_of(L"a", L"1");
+  EXPECT_EQ(CDimRecord().updateDim(), 1);
+  EXPECT_EQ(CDimRecord().update_texts(cursor), 1);
+  EXPECT_EQ(CDimRecord().set_at(cursor, item), 1);
+  EXPECT_EQ(CDimRecord().get_at(cursor, L"a", item), 1);
+}
+
+TEST_F(UpdateTexts, OneCopyOfTheItemsServesAllSteps) {
+  given_items({label(L"a", L"1", L"40"), label(L"gone", L"2", L"FFF"), label(L"c", L"3", L"41")});
+  CDimRecord record;
+  CDimRecordIterator cursor;
+  StuDim item;
+  ASSERT_EQ(record.open(id, AcDb::kForWrite, false), Acad::eOk);
+  ASSERT_EQ(record.newIterator(cursor), Acad::eOk);
+  EXPECT_EQ(record.get_at(cursor, L"C", item), Acad::eOk);
+  EXPECT_EQ(item, label(L"c", L"3", L"41"));
+  EXPECT_EQ(record.get_at(cursor, L"nobody", item), 1);
+  item.value = L"4";
+  EXPECT_EQ(record.set_at(cursor, item), Acad::eOk);
+  EXPECT_EQ(record.update_texts(cursor), Acad::eOk);
+  record.close();
+  EXPECT_EQ(left(), (Names{L"a", L"c"}));
+  EXPECT_EQ(plan.text(L"41"), L"4");
+  EXPECT_EQ(record.update_texts(cursor), 1);
+}
 
 TEST_F(UpdateTexts, ADamagedRecordFailsAndNoTextIsWritten) {
   Texts texts = {L"a", L"40", L"", L"1", L"", L"", L"", L""};
