@@ -185,7 +185,8 @@ Acad::ErrorStatus AcDbText::adjustAlignment(const AcDbDatabase* database) {
   if (isDefaultAlignment() || (!this->database() && !database)) return Acad::eNotApplicable;
   const AcDb::TextHorzMode across = horizontalMode();
   if (across == AcDb::kTextAlign || across == AcDb::kTextFit) return Acad::eNotApplicable;
-  const AcGePoint3d start = cad::text_start(*this, text_of(kTextPart, kText));
+  const AcGePoint3d start =
+      cad::text_start(*this, text_of(kTextPart, kText), point_of(kTextPart, kAlignmentPoint));
   return set_point(kTextPart, kPosition, start);
 }
 

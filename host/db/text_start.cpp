@@ -5,10 +5,8 @@
 
 namespace cad {
 
-AcGePoint3d text_start(const AcDbText& text, std::wstring_view string) {
+AcGePoint3d text_start(const AcDbText& text, std::wstring_view string, const AcGePoint3d& anchor) {
   const TextStyleRef style = text_style(text.textStyle());
-  const AcGeMatrix3d axes = ocs_to_wcs(text.normal()).transpose();
-  const AcGePoint3d anchor = axes * text.alignmentPoint();
   font::LinePlace place;
   place.second = {anchor.x, anchor.y};
   place.across = static_cast<font::Across>(text.horizontalMode());

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <string>
 #include <utility>
 #include <vector>
@@ -130,6 +131,29 @@ Acad::ErrorStatus map_sheet(TagSheet& sheet, const KindRules& kind, const AcGeVe
   return sheet.finite() ? Acad::eOk : Acad::eInvalidInput;
 }
 
+/// Labels are turned before they are added: a TEXT whose tags are not spelled yet, flat, by a turn
+/// about Z. False when it is something else; then nothing is changed.
+bool turned_while_new(AcDbEntity& entity, const AcGeMatrix3d& map) {
+  constexpr int kFirst = 10, kSecond = 11, kRotation = 50;
+  NewTags* const values = ObjectAccess::fresh(entity);
+  if (!values || ObjectAccess::stub(entity) || values->layout().kind != "TEXT" ||
+      values->is_set(kNormal))
+    return false;
+  constexpr double kNoise = 1e-12;
+  const AcGeVector3d x = map.column(0), y = map.column(1), z = map.column(2);
+  const auto same = [](const AcGeVector3d& a, const AcGeVector3d& b) {
+    return (a - b).length() <= kNoise;
+  };
+  const bool turn = std::fabs(x.length() - 1.0) <= kNoise && std::fabs(x.z) <= kNoise &&
+                    same(y, {-x.y, x.x, 0.0}) && same(z, AcGeVector3d::kZAxis);
+  if (!turn || !std::isfinite(map.translation().lengthSqrd())) return false;
+  for (const int code : {kFirst, kSecond})
+    if (values->is_set(code)) values->set_point(code, map * values->point(code));
+  const double by = std::atan2(x.y, x.x) * (180.0 / std::numbers::pi);
+  values->set_real(kRotation, normal_degrees(values->real(kRotation, 0.0) + by));
+  return true;
+}
+
 /// New contents of objects, worked out before any of them is written.
 class Plan {
  public:
@@ -230,7 +254,7 @@ class Plan {
 }  // namespace
 
 Acad::ErrorStatus transform_entity(AcDbEntity& entity, const AcGeMatrix3d& map, MirroredText text) {
-  if (is_identity(map)) return Acad::eOk;
+  if (is_identity(map) || turned_while_new(entity, map)) return Acad::eOk;
   if (!is_usable(map)) return Acad::eInvalidInput;
   Plan plan;
   const Acad::ErrorStatus status = plan.add(entity, map, text);

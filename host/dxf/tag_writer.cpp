@@ -53,6 +53,13 @@ bool is_plain(std::string_view bytes) {
 }  // namespace
 
 void TagWriter::code(int code) {
+  if (fits_line_pair(code)) {
+    const char line[] = {code >= 100 ? static_cast<char>('0' + code / 100) : ' ',
+                         code >= 10 ? static_cast<char>('0' + code / 10 % 10) : ' ',
+                         static_cast<char>('0' + code % 10), dialect_.crlf ? '\r' : '\n', '\n'};
+    out_.append(line, dialect_.crlf ? 5 : 4);
+    return;
+  }
   if (!dialect_.binary) {
     append_aligned(out_, code, 3);
     out_ += dialect_.eol();

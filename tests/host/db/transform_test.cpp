@@ -8,6 +8,7 @@
 #include <numbers>
 
 #include "host/base/numbers.h"
+#include "host/db/arxdbg_utils.h"
 #include "host/db/record.h"
 #include "host/dxf/tag_reader.h"
 #include "tests/host/db/plan.h"
@@ -417,6 +418,39 @@ TEST_F(Stretch, AnArcKeepsTheAngleItTurnsThrough) {
   EXPECT_EQ(cad::stretch_object(id(0x100), {0, 10, 0}, right_of_two), Acad::eOk);
   const std::string tags = tags_of(0x100);
   EXPECT_THAT(tags, testing::HasSubstr("20 5.0\n30 0.0\n40 5.38516480713450"));
+}
+
+// A new text is turned by its values, one of a drawing by its tags
+
+TEST(NewTexts, AreTurnedAsThoseOfADrawingAre) {
+  for (const double angle : {0.5, 3.14159265358979, -2.0}) {
+    AcDbDatabase drawing;
+    acdbHostApplicationServices()->setWorkingDatabase(&drawing);
+    const AcGeMatrix3d map = AcGeMatrix3d::rotation(angle, AcGeVector3d::kZAxis, {7, -3, 2});
+    AcDbObjectId ids[2];
+    for (const bool first : {false, true}) {
+      auto* text = new AcDbText({1, 2, 3}, L"abc", AcDbObjectId(), 2, 0.25);
+      text->setHorizontalMode(AcDb::kTextRight);
+      text->setAlignmentPoint({5, 6, 3});
+      if (first) {
+        EXPECT_EQ(text->transformBy(map), Acad::eOk);
+      }
+      EXPECT_EQ(ArxDbgUtils::addToCurrentSpace(text), Acad::eOk);
+      ids[first] = text->objectId();
+      text->close();
+      if (!first) {
+        EXPECT_EQ(cad::transform_object(ids[0], map), Acad::eOk);
+      }
+    }
+    AcDbText* both[2] = {};
+    for (const int i : {0, 1})
+      ASSERT_EQ(acdbOpenObject(both[i], ids[i], AcDb::kForRead), Acad::eOk);
+    EXPECT_LT(both[0]->position().distanceTo(both[1]->position()), 1e-9);
+    EXPECT_LT(both[0]->alignmentPoint().distanceTo(both[1]->alignmentPoint()), 1e-9);
+    EXPECT_NEAR(both[0]->rotation(), both[1]->rotation(), 1e-9);
+    for (AcDbText* text : both) text->close();
+    acdbHostApplicationServices()->setWorkingDatabase(nullptr);
+  }
 }
 
 }  // namespace
