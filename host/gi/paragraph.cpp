@@ -28,7 +28,7 @@ std::wstring words_of(std::span<const font::PlacedGlyph> glyphs) {
 /// One drawing of a paragraph.
 class Drawn {
  public:
-  Drawn(const Paragraph& paragraph, const TextStyles::Style& style, EntityDrawer& drawer)
+  Drawn(const Paragraph& paragraph, const TextStyle& style, EntityDrawer& drawer)
       : drawer_(drawer),
         canvas_(drawer.canvas()),
         style_(style),
@@ -66,7 +66,7 @@ class Drawn {
 
   EntityDrawer& drawer_;
   Canvas& canvas_;
-  const TextStyles::Style& style_;
+  const TextStyle& style_;
   const Paragraph& paragraph_;
   font::MTextLayout layout_;
 };
@@ -129,8 +129,7 @@ void Drawn::draw_words(std::span<const font::PlacedGlyph> glyphs) {
 
 }  // namespace
 
-void draw_paragraph(const Paragraph& paragraph, const TextStyles::Style& style,
-                    EntityDrawer& drawer) {
+void draw_paragraph(const Paragraph& paragraph, const TextStyle& style, EntityDrawer& drawer) {
   Drawn(paragraph, style, drawer).draw();
 }
 

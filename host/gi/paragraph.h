@@ -25,7 +25,6 @@ struct Paragraph {
   } background;
 };
 
-void draw_paragraph(const Paragraph& paragraph, const TextStyles::Style& style,
-                    EntityDrawer& drawer);
+void draw_paragraph(const Paragraph& paragraph, const TextStyle& style, EntityDrawer& drawer);
 
 }  // namespace cad
