@@ -18,10 +18,13 @@ namespace {
 constexpr double kGap = 0.7;
 constexpr double kArrowLength = 15.0;
 constexpr double kArrowWidth = 2.0;
-constexpr double kNodeRadius = 1.5;
+constexpr double kNodeRadius = 2.0;
 constexpr double kEndDistance = 4.0;
 constexpr double kTick = 1.5;
 constexpr double kLeaderLength = 12.0;
+
+/// A text upon a text cannot be read, one upon a line can.
+constexpr int kTextWeight = 4;
 
 /// Note of a label whose arrow could not be drawn, so that it is not looked for.
 constexpr wchar_t kNoArrowNote[] = L"bz_jt";
@@ -131,7 +134,7 @@ void Labeler::keep_clear() {
   if (!drawing) return;
   for (AcDbObjectId id = drawing->first_entity(); !id.isNull(); id = drawing->next_entity(id)) {
     if (const std::optional<Box> text = text_box(id)) {
-      taken_->add(*text, box_owner(id));
+      taken_->add(*text, box_owner(id), kTextWeight);
     } else if (const std::optional<Owner> part = network_part(id)) {
       taken_->add(boxes_of(*part, sizes_));
     }
@@ -205,6 +208,11 @@ Labeler::Drawn Labeler::draw(const Owner& owner, const LabelType& type, Draft dr
                              std::optional<int> variant, double reference) {
   Drawn drawn;
   Place place;
+  std::pair<AcDbObjectId, AcDbObjectId> wells;
+  if (draft.flow != 0 && Gx::getWellAtGx(owner.id, wells) != Acad::eOk) {
+    draft.flow = 0;  // an arrow between wells that are not known could not be turned later
+    draft.notes.push_back(note_of(kNoArrowNote, L"NULL"));
+  }
   const Shape shape = choose(owner, draft, variant, reference, place, drawn.crowded);
   set_layer(owner, type);
   draw_.ClearEntityIdArray();
@@ -219,7 +227,7 @@ Labeler::Drawn Labeler::draw(const Owner& owner, const LabelType& type, Draft dr
     if (!complete) break;
     const CString handle = handle_of(id);
     for (const Piece& piece : draft.lines[i].pieces) items.push_back(item_of(piece, handle));
-    if (taken_) taken_->add(box_of(text, sizes_.text_height), box_owner(id));
+    if (taken_) taken_->add(box_of(text, sizes_.text_height), box_owner(id), kTextWeight);
   }
   for (const auto& [from, to] : shape.lines) {
     const AcDbObjectId id = complete ? draw_.DrawLine(from, to, kThinLine) : AcDbObjectId();
@@ -227,16 +235,14 @@ Labeler::Drawn Labeler::draw(const Owner& owner, const LabelType& type, Draft dr
     if (complete) items.push_back(entity_item(id));
   }
   if (complete && shape.arrow) {
-    std::pair<AcDbObjectId, AcDbObjectId> wells;
-    AcDbObjectId id;  // an arrow between wells that are not known could not be turned later
-    if (Gx::getWellAtGx(owner.id, wells) == Acad::eOk)
-      id = draw_.LeftInsertArrow(shape.arrow->middle, direction_of(shape.arrow->direction), false,
-                                 nullptr);
+    const AcDbObjectId id = draw_.LeftInsertArrow(
+        shape.arrow->middle, direction_of(shape.arrow->direction), false, nullptr);
     if (id.isNull()) {
-      items.push_back(note_of(kNoArrowNote, L"NULL"));
+      draft.notes.push_back(note_of(kNoArrowNote, L"NULL"));
     } else {
       complete = mark(id, owner.id);
       items.push_back(arrow_item(id));
+      if (taken_) taken_->add(box_of(*shape.arrow, sizes_), box_owner(id));
     }
   }
   if (draft.form == Form::kOnLeader) {
@@ -356,6 +362,8 @@ bool Labeler::redraw(const Owner& owner, const LabelType& type, Check& check) {
   }
   if (taken_)
     for (const StoredLine& line : check.stored.lines) taken_->remove(box_owner(line.entity));
+  if (taken_)
+    for (const AcDbObjectId other : check.stored.others) taken_->remove(box_owner(other));
   CDimManager(owner.id).deleteDim(type.name);
   if (!check.moved_by_hand) return draw(owner, type, check.draft, variant, reference).done;
   // Its place is the user's choice.

@@ -14,9 +14,11 @@ constexpr double kPi = std::numbers::pi;
 struct MiddleVariant {
   double fraction;
   bool below;
+  bool further = false;  ///< from the pipe, where a label nearer to it leaves room
 };
-constexpr MiddleVariant kMiddleVariants[] = {{0.5, false},  {0.5, true},  {0.35, false},
-                                             {0.65, false}, {0.35, true}, {0.65, true}};
+constexpr MiddleVariant kMiddleVariants[] = {{0.5, false},       {0.5, true},      {0.35, false},
+                                             {0.65, false},      {0.35, true},     {0.65, true},
+                                             {0.5, false, true}, {0.5, true, true}};
 
 /// In which direction from the node.
 struct NodeVariant {
@@ -99,9 +101,13 @@ void row_of_lines(Shape& shape, const Frame& frame, bool below, const Sizes& siz
 Shape along_middle(const Draft& draft, const Place& place, const Sizes& sizes,
                    const std::vector<double>& widths) {
   Shape shape;
-  const Frame frame(place.anchor, place.angle);
-  const bool below = kMiddleVariants[place.variant].below;
+  const auto& [fraction, below, further] = kMiddleVariants[place.variant];
   const std::size_t above = std::min(draft.above, widths.size());
+  const double step = sizes.text_height + sizes.line_space;
+  double away = 0.0;
+  if (further) away = step * (draft.in_a_row ? 1.0 : static_cast<double>(above)) + sizes.gap;
+  const Frame at_pipe(place.anchor, place.angle);
+  const Frame frame(at_pipe.point(0, below ? -away : away), place.angle);
   if (draft.in_a_row) {
     row_of_lines(shape, frame, below, sizes, widths);
   } else {
@@ -109,11 +115,11 @@ Shape along_middle(const Draft& draft, const Place& place, const Sizes& sizes,
     stack_lines(shape, frame, above, widths.size(), !below, sizes, widths);
   }
   if (draft.flow == 0) return shape;
-  // On the side without text, else beyond the first lines.
+  // On the side without text, unless that is taken; else beyond the first lines.
   const bool both_sides = !draft.in_a_row && above < widths.size();
-  const double beyond = static_cast<double>(above) * (sizes.text_height + sizes.line_space);
+  const double beyond = static_cast<double>(above) * step;
   double y = sizes.gap + sizes.arrow_width / 2;
-  y = both_sides ? y + beyond : -y;
+  y = both_sides || further ? y + beyond : -y;
   shape.arrow =
       PlacedArrow{frame.point(0, below ? -y : y), draft.flow > 0 ? place.along : place.along + kPi};
   return shape;
@@ -137,7 +143,7 @@ Shape beside_node(const Place& place, const Sizes& sizes, const std::vector<doub
   Shape shape;
   const Frame frame(place.anchor, place.angle);
   const auto [dx, dy] = kNodeVariants[place.variant];
-  const double away = (sizes.node_radius + sizes.gap) * (dx && dy ? std::numbers::sqrt2 / 2 : 1.0);
+  const double away = dx && dy ? sizes.node_radius : sizes.node_radius + sizes.gap;
   const double step = sizes.text_height + sizes.line_space;
   const double height = step * static_cast<double>(widths.size()) - sizes.line_space;
   const double bottom = dy > 0 ? away : dy < 0 ? -away - height : -height / 2;
@@ -261,12 +267,15 @@ Box box_of(const PlacedText& text, double height) {
   return {AcGePoint2d(middle.x, middle.y), text.width / 2, height / 2, text.rotation};
 }
 
+Box box_of(const PlacedArrow& arrow, const Sizes& sizes) {
+  return {AcGePoint2d(arrow.middle.x, arrow.middle.y), sizes.arrow_length / 2,
+          sizes.arrow_width / 2, arrow.direction};
+}
+
 std::vector<Box> boxes_of(const Shape& shape, const Sizes& sizes) {
   std::vector<Box> boxes;
   for (const PlacedText& text : shape.texts) boxes.push_back(box_of(text, sizes.text_height));
-  if (shape.arrow)
-    boxes.push_back({AcGePoint2d(shape.arrow->middle.x, shape.arrow->middle.y),
-                     sizes.arrow_length / 2, sizes.arrow_width / 2, shape.arrow->direction});
+  if (shape.arrow) boxes.push_back(box_of(*shape.arrow, sizes));
   return boxes;
 }
 

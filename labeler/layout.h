@@ -70,6 +70,7 @@ Shape shape_of(const Draft& draft, const Owner& owner, const Place& place, const
 /// What the label takes of the plan.
 std::vector<Box> boxes_of(const Shape& shape, const Sizes& sizes);
 Box box_of(const PlacedText& text, double height);
+Box box_of(const PlacedArrow& arrow, const Sizes& sizes);
 
 /// What the owner itself takes: the chords of a pipe's curve, the symbol of a node.
 std::vector<Box> boxes_of(const Owner& owner, const Sizes& sizes);

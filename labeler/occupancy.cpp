@@ -79,7 +79,7 @@ bool Occupancy::for_each_cell(const Box& box, Visit visit) const {
   return true;
 }
 
-void Occupancy::add(const Box& box, std::uint64_t owner) {
+void Occupancy::add(const Box& box, std::uint64_t owner, int weight) {
   const double size = box.half_width + box.half_height;
   const double far = std::fabs(box.centre.x) + std::fabs(box.centre.y) + size;
   if (!(far / cell_ < kFarthest)) return;  // not finite, too
@@ -87,37 +87,38 @@ void Occupancy::add(const Box& box, std::uint64_t owner) {
   const double pieces = std::max(std::ceil(2.0 * box.half_width / piece), 1.0);
   if (pieces > kMostPieces) return;
   const double step = 2.0 * box.half_width / pieces;
-  const auto source = static_cast<std::uint32_t>(removed_.size());
-  removed_.push_back(false);
-  if (owner) owned_[owner].push_back(source);
+  const auto index = static_cast<std::uint32_t>(boxes_.size());
+  boxes_.push_back(box);
+  weights_.push_back(weight);
+  if (owner) owned_[owner].push_back(index);
   for (double i = 0.0; i < pieces; ++i) {
     Box part = box;
     part.half_width = step / 2;
     const double along = (i + 0.5) * step - box.half_width;
     part.centre.x += along * std::cos(box.angle);
     part.centre.y += along * std::sin(box.angle);
-    const auto index = static_cast<std::uint32_t>(parts_.size());
-    parts_.push_back({part, source});
     for_each_cell(part, [&](std::uint64_t cell) {
-      cells_[cell].push_back(index);
+      std::vector<std::uint32_t>& filed = cells_[cell];
+      if (filed.empty() || filed.back() != index) filed.push_back(index);
       return true;
     });
   }
 }
 
-void Occupancy::add(std::span<const Box> boxes, std::uint64_t owner) {
-  for (const Box& box : boxes) add(box, owner);
+void Occupancy::add(std::span<const Box> boxes, std::uint64_t owner, int weight) {
+  for (const Box& box : boxes) add(box, owner, weight);
 }
 
 void Occupancy::remove(std::uint64_t owner) {
   const auto owned = owned_.find(owner);
   if (owned == owned_.end()) return;
-  for (const std::uint32_t source : owned->second) removed_[source] = true;
+  for (const std::uint32_t index : owned->second) weights_[index] = 0;
   owned_.erase(owned);
 }
 
 int Occupancy::conflicts(std::span<const Box> boxes, int enough) const {
-  std::vector<std::uint32_t> met;  // a box may be filed in several cells and pieces
+  int weight = 0;
+  std::vector<std::uint32_t> met;  // a box may be filed in several cells
   for (const Box& box : boxes) {
     const double far = std::fabs(box.centre.x) + std::fabs(box.centre.y) + box.half_width;
     if (!(far / cell_ < kFarthest)) continue;
@@ -125,17 +126,17 @@ int Occupancy::conflicts(std::span<const Box> boxes, int enough) const {
       const auto found = cells_.find(cell);
       if (found == cells_.end()) return true;
       for (const std::uint32_t index : found->second) {
-        const Part& part = parts_[index];
-        if (removed_[part.source] || !overlap(box, part.box)) continue;
-        if (std::find(met.begin(), met.end(), part.source) != met.end()) continue;
-        met.push_back(part.source);
-        if (static_cast<int>(met.size()) >= enough) return false;
+        if (weights_[index] == 0 || !overlap(box, boxes_[index])) continue;
+        if (std::find(met.begin(), met.end(), index) != met.end()) continue;
+        met.push_back(index);
+        weight += weights_[index];
+        if (weight >= enough) return false;
       }
       return true;
     });
     if (!go_on) break;
   }
-  return static_cast<int>(met.size());
+  return weight;
 }
 
 }  // namespace labeler

@@ -30,11 +30,13 @@ class Occupancy {
  public:
   /// `cell` is the side of a cell, about the size of a label, above 0.
   explicit Occupancy(double cell);
-  /// What is added with an owner, a number above 0, can be taken out again.
-  void add(const Box& box, std::uint64_t owner = 0);
-  void add(std::span<const Box> boxes, std::uint64_t owner = 0);
+  /// What is added with an owner, a number above 0, can be taken out again. The weight is how bad
+  /// it is to lie upon the box.
+  void add(const Box& box, std::uint64_t owner = 0, int weight = 1);
+  void add(std::span<const Box> boxes, std::uint64_t owner = 0, int weight = 1);
   void remove(std::uint64_t owner);
-  /// How many of what is filed overlap one of the boxes; at most `enough`.
+  /// The weight of all that is filed and overlaps one of the boxes. What is `enough` or more may be
+  /// less than all.
   int conflicts(std::span<const Box> boxes, int enough) const;
 
  private:
@@ -45,17 +47,11 @@ class Occupancy {
   template <class Visit>
   bool for_each_cell(const Box& box, Visit visit) const;
 
-  /// A box, or a piece of a long one.
-  struct Part {
-    Box box;
-    std::uint32_t source;  // the box it is of
-  };
-
   double cell_;
-  std::vector<Part> parts_;
-  std::vector<bool> removed_;  // by source
+  std::vector<Box> boxes_;
+  std::vector<int> weights_;  // of the boxes; 0 of those removed
   std::unordered_map<std::uint64_t, std::vector<std::uint32_t>> cells_;
-  std::unordered_map<std::uint64_t, std::vector<std::uint32_t>> owned_;  // sources
+  std::unordered_map<std::uint64_t, std::vector<std::uint32_t>> owned_;
 };
 
 }  // namespace labeler

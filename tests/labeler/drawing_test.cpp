@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <numbers>
+#include <set>
 
 #include "module/registry/update_service.h"
 #include "tests/labeler/labelling.h"
@@ -235,6 +236,16 @@ TEST_F(DrawingLabels, LabelsGoToTheOtherSideRatherThanUponEachOther) {
             "((\"drawn\" 2) (\"updated\" 0) (\"crowded\" 0) (\"skipped\" 0))");
   EXPECT_GT(place_of(first).y, 0.0);
   EXPECT_LT(place_of(second).y, -1.5);
+}
+
+TEST_F(DrawingLabels, LabelsOfPipesInOnePlaceDoNotLieUponEachOther) {
+  const std::string first = given_pipe(0, 0, 40, 0), second = given_pipe(0, 0, 40, 0),
+                    third = given_pipe(0, 0, 40, 0);
+  eval("(labelnetwork)");
+  std::set<long> rows;
+  for (const std::string& pipe : {first, second, third})
+    rows.insert(std::lround(place_of(pipe).y * 100));
+  EXPECT_EQ(rows.size(), 3u);
 }
 
 TEST_F(DrawingLabels, LabelsWithoutRoomAreCountedAndTold) {

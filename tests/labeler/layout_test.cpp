@@ -96,6 +96,17 @@ TEST(Layout, TheOtherSideIsTheSecondChoice) {
   EXPECT_EQ(shape.texts[0].vertical, AcDb::kTextTop);
 }
 
+TEST(Layout, TheLastChoicesStandBeyondALabelThatIsNearer) {
+  const Draft draft = lines(Form::kAlongMiddle, 1);
+  const int further = variant_count(Form::kAlongMiddle) - 2;
+  const Sizes sizes = some_sizes();
+  const Box near = boxes_of(shape_in(draft, straight_pipe(), 0), sizes).front();
+  const Box far = boxes_of(shape_in(draft, straight_pipe(), further), sizes).front();
+  EXPECT_FALSE(overlap(near, far));
+  EXPECT_GT(far.centre.y, near.centre.y);
+  EXPECT_LT(boxes_of(shape_in(draft, straight_pipe(), further + 1), sizes).front().centre.y, 0.0);
+}
+
 TEST(Layout, ReadFromTheOtherSideAboveIsTheOtherSide) {
   const Shape shape = shape_in(lines(Form::kAlongMiddle, 1), straight_pipe(), 0, backward);
   EXPECT_NEAR(shape.texts[0].at.y, -0.5, 1e-9);

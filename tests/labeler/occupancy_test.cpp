@@ -58,6 +58,13 @@ TEST(Occupied, CountsUpToWhatIsEnough) {
   EXPECT_EQ(taken.conflicts({&box, 1}, 3), 3);
 }
 
+TEST(Occupied, AHeavyBoxCountsAsMany) {
+  Occupancy taken(1.0);
+  taken.add(square(0, 0, 1), 0, 4);
+  taken.add(square(0, 0, 1));
+  EXPECT_EQ(conflicts(taken, square(0, 0, 1)), 5);
+}
+
 TEST(Occupied, WhatIsRemovedIsFree) {
   Occupancy taken(1.0);
   taken.add(square(0, 0, 1), 7);
