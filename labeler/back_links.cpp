@@ -63,7 +63,6 @@ std::optional<Box> text_box(AcDbObjectId id) {
   placed.at = text->isDefaultAlignment() ? text->position() : text->alignmentPoint();
   placed.horizontal = text->horizontalMode();
   placed.vertical = text->verticalMode();
-  if (placed.vertical == AcDb::kTextBase) placed.vertical = AcDb::kTextBottom;
   placed.rotation = text->rotation();
   return box_of(placed, text->height());
 }

@@ -15,7 +15,7 @@ namespace labeler {
 namespace {
 
 // Paper millimetres.
-constexpr double kGap = 0.7;
+constexpr double kGap = 1.0;
 constexpr double kArrowLength = 15.0;
 constexpr double kArrowWidth = 2.0;
 constexpr double kNodeRadius = 2.0;

@@ -28,6 +28,9 @@ constexpr NodeVariant kNodeVariants[] = {{1, 1}, {-1, 1}, {1, -1}, {-1, -1},
                                          {1, 0}, {-1, 0}, {0, 1},  {0, -1}};
 
 constexpr double kLeaderAngles[] = {kPi / 4, 3 * kPi / 4, 7 * kPi / 4, 5 * kPi / 4};
+/// How far letters may reach below their base line, in text heights.
+constexpr double kBelowBaseLine = 1.0 / 3.0;
+
 constexpr int kSides = 2;  // above and below
 
 /// A label's own axes: x along the reading direction, y up.
@@ -79,9 +82,8 @@ void stack_lines(Shape& shape, const Frame& frame, std::size_t from, std::size_t
   for (std::size_t i = from; i < to; ++i) {
     const std::size_t rank = below ? i - from : to - 1 - i;
     const double y = sizes.gap + static_cast<double>(rank) * step;
-    shape.texts.push_back(below
-                              ? frame.text(0, -y, AcDb::kTextCenter, AcDb::kTextTop, widths[i])
-                              : frame.text(0, y, AcDb::kTextCenter, AcDb::kTextBottom, widths[i]));
+    shape.texts.push_back(below ? frame.text(0, -y, AcDb::kTextCenter, AcDb::kTextTop, widths[i])
+                                : frame.text(0, y, AcDb::kTextCenter, AcDb::kTextBase, widths[i]));
   }
 }
 
@@ -91,9 +93,9 @@ void row_of_lines(Shape& shape, const Frame& frame, bool below, const Sizes& siz
   for (const double width : widths) total += width;
   double x = -total / 2;
   for (const double width : widths) {
-    shape.texts.push_back(
-        below ? frame.text(x, -sizes.gap, AcDb::kTextLeft, AcDb::kTextTop, width)
-              : frame.text(x, sizes.gap, AcDb::kTextLeft, AcDb::kTextBottom, width));
+    shape.texts.push_back(below
+                              ? frame.text(x, -sizes.gap, AcDb::kTextLeft, AcDb::kTextTop, width)
+                              : frame.text(x, sizes.gap, AcDb::kTextLeft, AcDb::kTextBase, width));
     x += width + sizes.text_space;
   }
 }
@@ -135,7 +137,7 @@ Shape at_end(const Draft& draft, const Place& place, const Sizes& sizes,
   const bool below = place.variant == 1;
   shape.texts.push_back(frame.text(x, below ? -sizes.gap : sizes.gap,
                                    to_the_right ? AcDb::kTextLeft : AcDb::kTextRight,
-                                   below ? AcDb::kTextTop : AcDb::kTextBottom, widths.front()));
+                                   below ? AcDb::kTextTop : AcDb::kTextBase, widths.front()));
   return shape;
 }
 
@@ -152,7 +154,7 @@ Shape beside_node(const Place& place, const Sizes& sizes, const std::vector<doub
                                            : AcDb::kTextCenter;
   for (std::size_t i = 0; i < widths.size(); ++i) {
     const double y = bottom + height - sizes.text_height - step * static_cast<double>(i);
-    shape.texts.push_back(frame.text(dx * away, y, mode, AcDb::kTextBottom, widths[i]));
+    shape.texts.push_back(frame.text(dx * away, y, mode, AcDb::kTextBase, widths[i]));
   }
   return shape;
 }
@@ -171,8 +173,8 @@ Shape on_leader(const Draft& draft, const Place& place, const Sizes& sizes,
   shape.lines.emplace_back(frame.point(left, y), frame.point(left + widest, y));
   const double step = sizes.text_height + sizes.line_space;
   for (std::size_t i = 0; i < widths.size(); ++i) {
-    const double base = i == 0 ? y + sizes.line_space : y - step * static_cast<double>(i);
-    shape.texts.push_back(frame.text(left, base, AcDb::kTextLeft, AcDb::kTextBottom, widths[i]));
+    const double base = i == 0 ? y + sizes.gap : y - step * static_cast<double>(i);
+    shape.texts.push_back(frame.text(left, base, AcDb::kTextLeft, AcDb::kTextBase, widths[i]));
   }
   return shape;
 }
@@ -261,7 +263,8 @@ Box box_of(const PlacedText& text, double height) {
   double x = 0.0, y = 0.0;  // of the middle, from the point the text stands at
   if (text.horizontal == AcDb::kTextLeft) x = text.width / 2;
   if (text.horizontal == AcDb::kTextRight) x = -text.width / 2;
-  if (text.vertical == AcDb::kTextBottom) y = height / 2;
+  if (text.vertical == AcDb::kTextBase) y = height / 2;
+  if (text.vertical == AcDb::kTextBottom) y = height / 2 + kBelowBaseLine * height;
   if (text.vertical == AcDb::kTextTop) y = -height / 2;
   const AcGePoint3d middle = Frame(text.at, text.rotation).point(x, y);
   return {AcGePoint2d(middle.x, middle.y), text.width / 2, height / 2, text.rotation};

@@ -49,7 +49,7 @@ double leader_angle(int variant);
 struct PlacedText {
   AcGePoint3d at;
   AcDb::TextHorzMode horizontal = AcDb::kTextLeft;
-  AcDb::TextVertMode vertical = AcDb::kTextBottom;
+  AcDb::TextVertMode vertical = AcDb::kTextBase;
   double rotation = 0.0;
   double width = 0.0;
 };

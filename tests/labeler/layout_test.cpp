@@ -60,7 +60,7 @@ TEST(Layout, ALabelStandsAboveTheMiddleOfThePipe) {
   EXPECT_NEAR(shape.texts[0].at.x, 20.0, 1e-9);
   EXPECT_NEAR(shape.texts[0].at.y, 0.5, 1e-9);
   EXPECT_EQ(shape.texts[0].horizontal, AcDb::kTextCenter);
-  EXPECT_EQ(shape.texts[0].vertical, AcDb::kTextBottom);
+  EXPECT_EQ(shape.texts[0].vertical, AcDb::kTextBase);
 }
 
 TEST(Layout, TheMiddleIsThatOfTheLengthOnTheTrueCurve) {

@@ -67,7 +67,7 @@ TEST_F(StaleLabels, AMovedPipeGetsItsLabelDrawnAnew) {
   EXPECT_EQ(stale(), row(pipe, "xzgj",
                          "\"\" \"20.000, 0.000\" \"20.000, 10.000\" \"moved\" \"stale\" \"\""));
   update();
-  EXPECT_NEAR(place_of(pipe).y, 10.35, 1e-6);
+  EXPECT_NEAR(place_of(pipe).y, 10.5, 1e-6);
   EXPECT_EQ(stale(), "nil");
 }
 
@@ -80,11 +80,11 @@ TEST_F(StaleLabels, ALabelMovedByHandKeepsItsPlaceBesideThePipe) {
   update();
   EXPECT_EQ(text_handle(pipe), text);
   EXPECT_NEAR(place_of(pipe).x, 25.0, 1e-6);
-  EXPECT_NEAR(place_of(pipe).y, 15.35, 1e-6);
+  EXPECT_NEAR(place_of(pipe).y, 15.5, 1e-6);
   EXPECT_EQ(stale(), "nil");
   move_line(pipe, 0, -10);
   update();
-  EXPECT_NEAR(place_of(pipe).y, 5.35, 1e-6) << "and is still known as moved";
+  EXPECT_NEAR(place_of(pipe).y, 5.5, 1e-6) << "and is still known as moved";
 }
 
 TEST_F(StaleLabels, ALabelMovedByHandIsWrittenWhereItIs) {
