@@ -127,16 +127,17 @@ TextWidth Labeler::text_width() {
   };
 }
 
-void Labeler::keep_clear() {
+void Labeler::keep_clear(std::span<const Owner> parts) {
   constexpr double kCellOfTextHeights = 6.0;
   taken_.emplace(kCellOfTextHeights * sizes_.text_height);
   const AcDbDatabase* const drawing = acdbHostApplicationServices()->workingDatabase();
   if (!drawing) return;
+  for (const Owner& part : parts) taken_->add(boxes_of(part, sizes_));
   for (AcDbObjectId id = drawing->first_entity(); !id.isNull(); id = drawing->next_entity(id)) {
     if (const std::optional<Box> text = text_box(id)) {
       taken_->add(*text, box_owner(id), kTextWeight);
-    } else if (const std::optional<Owner> part = network_part(id)) {
-      taken_->add(boxes_of(*part, sizes_));
+    } else if (parts.empty()) {
+      if (const std::optional<Owner> part = network_part(id)) taken_->add(boxes_of(*part, sizes_));
     }
   }
 }

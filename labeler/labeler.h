@@ -3,6 +3,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -38,8 +39,9 @@ class Labeler {
   Labeler(const Labeler&) = delete;
   Labeler& operator=(const Labeler&) = delete;
 
-  /// From now on labels drawn keep clear of what is in the drawing. One walk through it.
-  void keep_clear();
+  /// From now on labels drawn keep clear of what is in the drawing. One walk through it; a caller
+  /// that has looked at all its pipes and nodes hands them over.
+  void keep_clear(std::span<const Owner> parts = {});
 
   /// Draws the label, or brings one that is there up to date; a label that was erased entity by
   /// entity is drawn again.

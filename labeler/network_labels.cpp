@@ -136,7 +136,7 @@ LabelCounts label_network(Labeler& labeler, std::span<const LabelType* const> ty
   for_each_entity([&](AcDbObjectId id) {
     if (std::optional<Owner> part = network_part(id)) parts.push_back(*std::move(part));
   });
-  labeler.keep_clear();
+  labeler.keep_clear(parts);
   LabelCounts counts;
   for (const LabelType* type : types)
     for (const Owner& part : parts)
