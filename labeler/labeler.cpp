@@ -218,6 +218,7 @@ Labeler::Drawn Labeler::draw(const Owner& owner, const LabelType& type, Draft dr
   set_layer(owner, type);
   draw_.ClearEntityIdArray();
   std::vector<StuDim> items;
+  items.reserve(shape.texts.size() + shape.lines.size() + 8);  // usually enough
   bool complete = true;
   for (std::size_t i = 0; i < shape.texts.size(); ++i) {
     const PlacedText& text = shape.texts[i];

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <memory>
 #include <numbers>
+#include <string>
 #include <system_error>
 #include <utility>
 
@@ -105,8 +106,18 @@ AcDbObjectId record_of(CDimRecordTable& table, AcDbObjectId owner, const wchar_t
 }  // namespace
 
 CString place_text(const DrawnPlace& place) {
-  return Gx::Format(L"( %f, %f, %f, %d, %f, %f, %f )", place.x, place.y, place.angle, place.variant,
-                    place.text_x, place.text_y, place.reference);
+  constexpr int kDecimals = 6;  // as draw values have
+  std::string text = "( ";
+  const auto add = [&](double value) {
+    dim::append_fixed(text, value, kDecimals);
+    text += ", ";
+  };
+  for (const double value : {place.x, place.y, place.angle}) add(value);
+  text += std::to_string(place.variant) + ", ";
+  for (const double value : {place.text_x, place.text_y}) add(value);
+  dim::append_fixed(text, place.reference, kDecimals);
+  text += " )";
+  return {text.begin(), text.end()};
 }
 
 std::optional<DrawnPlace> place_of_text(std::wstring_view text) {

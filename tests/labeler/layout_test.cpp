@@ -197,6 +197,8 @@ TEST(DrawnPlaceText, IsReadAsItWasWritten) {
   const DrawnPlace place{1234567.25, -3.5, 0.785398, 4, 10.5, 20.25, 3.141593};
   const std::optional<DrawnPlace> read = place_of_text(place_text(place));
   ASSERT_TRUE(read);
+  EXPECT_EQ(place_text(place),
+            L"( 1234567.250000, -3.500000, 0.785398, 4, 10.500000, 20.250000, 3.141593 )");
   EXPECT_EQ(place_text(*read), place_text(place));
   EXPECT_EQ(read->variant, 4);
   EXPECT_EQ(read->x, 1234567.25);
