@@ -16,6 +16,8 @@ void add_network_command(CLI::App& program, int& status);
 void add_format_command(CLI::App& program, int& status);
 void add_settings_command(CLI::App& program, int& status);
 void add_import_command(CLI::App& program, int& status);
+void add_label_command(CLI::App& program, int& status);
+void add_update_command(CLI::App& program, int& status);
 void add_render_command(CLI::App& program, int& status);
 
 }  // namespace cli

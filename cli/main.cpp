@@ -43,6 +43,8 @@ int main(int argc, char** argv) {
   cli::add_format_command(program, status);
   cli::add_settings_command(program, status);
   cli::add_import_command(program, status);
+  cli::add_label_command(program, status);
+  cli::add_update_command(program, status);
   cli::add_render_command(program, status);
 
   try {

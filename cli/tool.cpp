@@ -9,6 +9,7 @@
 #include <iostream>
 #include <optional>
 
+#include "cli/progress.h"
 #include "host/app/console.h"
 #include "host/base/codepage.h"
 #include "host/base/file.h"
@@ -62,6 +63,7 @@ void use_folders(const ToolOptions& options) {
 }
 
 void complain(std::string_view line) {
+  Progress::hide_current();
   std::fflush(stdout);
   std::fprintf(stderr, "pipenote: %.*s\n", static_cast<int>(line.size()), line.data());
 }
