@@ -5,6 +5,7 @@
 #include <csignal>
 #include <new>
 #include <string>
+#include <vector>
 
 #include "cli/add_commands.h"
 #include "cli/exit_status.h"
@@ -34,6 +35,7 @@ int main(int argc, char** argv) {
   program.footer("Help on a command: pipenote COMMAND --help\nExample: pipenote info plan.dxf");
 
   int status = cli::kSuccess;
+  const std::vector<std::string> passed_on = cli::take_passed_on(argc, argv);
   cli::add_run_command(program, status);
   cli::add_repl_command(program, status);
   cli::add_info_command(program, status);
@@ -46,6 +48,7 @@ int main(int argc, char** argv) {
   cli::add_label_command(program, status);
   cli::add_update_command(program, status);
   cli::add_render_command(program, status);
+  cli::add_batch_command(program, passed_on, status);
 
   try {
     program.parse(argc, argv);
