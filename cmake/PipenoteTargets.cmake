@@ -111,16 +111,31 @@ function(pn_gather target)
   endforeach()
   list(FILTER links EXCLUDE REGEX "LINK_ONLY")
   list(REMOVE_DUPLICATES links)
+  # What is made here is passed on to users; libraries from outside stay a matter of this one, for
+  # no header includes theirs.
+  set(ours ${links})
+  list(FILTER ours INCLUDE REGEX "^(cadhost|pipenetwork)$")
+  set(others ${links})
+  list(FILTER others EXCLUDE REGEX "^(cadhost|pipenetwork)$")
   add_library(${target} SHARED ${objects})
   set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
-  target_link_libraries(${target} PUBLIC ${links})
+  target_link_libraries(${target} PUBLIC ${ours} PRIVATE ${others})
 endfunction()
 
-# pn_name_module(<target> <file name>): a loadable module lib/<file name>.so, installed beside the others.
+# pn_export(<shared library> <name>): users of the installed package link it as pipenote::<name>.
+function(pn_export target name)
+  set_target_properties(${target} PROPERTIES EXPORT_NAME ${name})
+  target_compile_features(${target} INTERFACE cxx_std_20)
+  target_include_directories(
+    ${target} INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/pipenote>)
+endfunction()
+
+# pn_name_module(<target> <file name> [EXPORT <set>]): a loadable module lib/<file name>.so, installed
+# beside the others.
 function(pn_name_module target file_name)
   set_target_properties(${target} PROPERTIES PREFIX "" SUFFIX ".so" OUTPUT_NAME "${file_name}"
                                              INSTALL_RPATH "$ORIGIN/..")
-  install(TARGETS ${target} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/pipenote)
+  install(TARGETS ${target} ${ARGN} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/pipenote)
 endfunction()
 
 # pn_module(<target> NAME labeler.arx SOURCES a.cpp... [USES module app...] [LINKS ...])

@@ -1,26 +1,104 @@
-"""The program works from where it is installed: it finds its libraries and its module."""
+"""The program works from where it is installed, and modules are built against what is there."""
 
+import os
 import pathlib
 import subprocess
 import sys
 import tempfile
 import unittest
 
+import ezdxf
+
 CMAKE = BUILD = ""
-DRAWING = pathlib.Path(__file__).resolve().parents[1] / "fixtures" / "dxf" / "r2018_sample.dxf"
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+DRAWING = ROOT / "tests" / "fixtures" / "dxf" / "r2018_sample.dxf"
+MODEL = ROOT / "tests" / "fixtures" / "networks" / "sewer_state_plane.inp"
+
+LABEL_ONE = """
+(setq pipe (entnext))
+(while (and pipe (not (labelfall pipe))) (setq pipe (entnext pipe)))
+(princ (cdr (assoc 1 (entget (entlast)))))
+(princ)
+"""
+CHANGE_IT = """
+(setq pipe (entnext))
+(while (not (and (assoc 102 (entget pipe)) (assoc -3 (entget pipe '("PIPENOTE")))))
+  (setq pipe (entnext pipe)))
+(setq was (entget pipe '("PIPENOTE")))
+(defun set-inverts (pairs)
+  (cond ((null pairs) nil)
+        ((member (cdr (car pairs)) '("start_invert" "end_invert"))
+         (cons (car pairs)
+               (cons (cons 1040 (if (= (cdr (car pairs)) "start_invert") 12.5 10.25))
+                     (set-inverts (cddr pairs)))))
+        (T (cons (car pairs) (set-inverts (cdr pairs))))))
+(entmod (subst (list -3 (cons "PIPENOTE" (set-inverts (cdr (cadr (assoc -3 was))))))
+               (assoc -3 was) was))
+(updatedim "fall" pipe)
+(princ (cdr (assoc 1 (entget (entlast)))))
+(princ)
+"""
 
 
 class Installed(unittest.TestCase):
 
+    @classmethod
+    def setUpClass(cls):
+        cls.holder = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(cls.holder.cleanup)
+        cls.folder = pathlib.Path(cls.holder.name)
+        cls.prefix = cls.folder / "installed"
+        cls.call(CMAKE, "--install", BUILD, "--prefix", cls.prefix)
+
+    @classmethod
+    def call(cls, *command):
+        done = subprocess.run(command, capture_output=True, text=True, check=False, cwd=cls.folder)
+        if done.returncode:
+            raise AssertionError(f"{command}\n{done.stdout}\n{done.stderr}")
+        return done.stdout
+
+    def pipenote(self, *arguments):
+        return subprocess.run([self.prefix / "bin" / "pipenote", *arguments], cwd=self.folder,
+                              capture_output=True, text=True, check=False)
+
+    def recorded(self, drawing):
+        """The texts in the records of the module's type, as another program reads them."""
+        texts = []
+        for entity in ezdxf.readfile(self.folder / drawing).modelspace():
+            if entity.has_extension_dict and "fall" in entity.get_extension_dict().dictionary:
+                record = entity.get_extension_dict().dictionary["fall"]
+                texts += [tag.value for tag in record.tags if tag.code == 1]
+        return texts
+
     def test_the_module_is_found_and_loaded(self):
-        with tempfile.TemporaryDirectory() as prefix:
-            subprocess.run([CMAKE, "--install", BUILD, "--prefix", prefix], check=True,
-                           capture_output=True)
-            done = subprocess.run([pathlib.Path(prefix) / "bin" / "pipenote", "run", DRAWING,
-                                   "-e", "(dimUserRec (list (entnext) \"pcgb\") \"a\" \"b\")",
-                                   "-e", "(type dimRec)"],
-                                  capture_output=True, text=True, check=False)
-            self.assertEqual((done.returncode, done.stdout, done.stderr), (0, "EXRXSUBR\n", ""))
+        done = self.pipenote("run", DRAWING,
+                             "-e", "(dimUserRec (list (entnext) \"pcgb\") \"a\" \"b\")",
+                             "-e", "(type dimRec)")
+        self.assertEqual((done.returncode, done.stdout, done.stderr), (0, "EXRXSUBR\n", ""))
+
+    def test_a_module_is_built_with_the_package_and_keeps_its_labels_right(self):
+        # From a copy, so that no header of the tree is found by chance.
+        source, build = self.folder / "module", self.folder / "build"
+        source.mkdir()
+        for name in os.listdir(ROOT / "examples" / "module"):
+            (source / name).write_bytes((ROOT / "examples" / "module" / name).read_bytes())
+        self.call(CMAKE, "-S", source, "-B", build, f"-DCMAKE_PREFIX_PATH={self.prefix}",
+                  "-DCMAKE_CXX_FLAGS=-Wall -Wextra -Werror")
+        self.call(CMAKE, "--build", build)
+        module = build / "falls.arx.so"
+
+        (self.folder / "label.lsp").write_text(LABEL_ONE)
+        (self.folder / "change.lsp").write_text(CHANGE_IT)
+        self.assertEqual(self.pipenote("import", MODEL, "-o", "net.dxf").returncode, 0)
+        done = self.pipenote("run", "net.dxf", "--load", module, "label.lsp", "-o", "fall.dxf")
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        self.assertRegex(done.stdout, r"^h=\d+\.\d\dm$")
+        self.assertIn(done.stdout[2:-1], self.recorded("fall.dxf"))
+
+        changed = self.pipenote("run", "fall.dxf", "--load", module, "change.lsp", "-o", "new.dxf")
+        self.assertEqual((changed.returncode, changed.stdout, changed.stderr), (0, "h=2.25m", ""))
+        self.assertNotIn(done.stdout.encode(), (self.folder / "new.dxf").read_bytes())
+        self.assertIn("2.25", self.recorded("new.dxf"))
 
 
 if __name__ == "__main__":
