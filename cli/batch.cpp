@@ -25,9 +25,9 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr char kFooter[] =
-    R"help(Runs the command once for each drawing, in processes of their own: one that fails or crashes
-takes no other along. What they print comes in the order of the drawings, then a table of how each
-ended. What stands behind -- is passed on to the command.
+    R"help(Runs the command once for each drawing, in processes of their own: one that fails
+or crashes takes no other along. What they print comes in the order of the drawings, then a table
+of how each ended. What stands behind -- is passed on to the command.
 
 Examples:
   pipenote batch check plans/*.dxf

@@ -128,7 +128,7 @@ class Batch(unittest.TestCase):
         names = [self.drawing("x/plan.dxf"), self.drawing("y/plan.dxf"), self.drawing("a.dxf")]
         os.symlink("a.dxf", self.folder / "link.dxf")
         for arguments, what in [
-                ([*names, "--out-dir", "out"], "x/plan.dxf and y/plan.dxf would both be written to"),
+                ([*names, "--out-dir", "out"], "x/plan.dxf and y/plan.dxf would both be written"),
                 (["x/plan.dxf", "a.dxf", "--out-dir", "x"], "x/plan.dxf would be overwritten"),
                 (["a.dxf", "link.dxf", "--in-place"], "a.dxf and link.dxf would both be written"),
                 (["./a.dxf", "a.dxf", "--in-place"], "./a.dxf and a.dxf would both be written")]:
@@ -145,7 +145,8 @@ class Batch(unittest.TestCase):
                           ["info", "a.dxf", "--in-place"], ["render", "a.dxf"],
                           ["import", "a.inp", "--in-place"], ["info", "a.dxf", "--jobs", "0"],
                           ["run", "a.dxf", "--out-dir", "o", "--in-place"],
-                          ["run", "a.dxf", "--ending", "x"], ["run", "a.dxf", "--", "-o", "one.dxf"],
+                          ["run", "a.dxf", "--ending", "x"],
+                          ["run", "a.dxf", "--", "-o", "one.dxf"],
                           ["run", "a.dxf", "--", "--output=one.dxf"]):
             done = self.run_batch(*arguments)
             self.assertEqual((done.returncode, done.stdout), (2, ""), arguments)
@@ -199,6 +200,20 @@ class Batch(unittest.TestCase):
         done = self.run_batch("info", *names, "--jobs", "4", preexec_fn=lambda: resource.setrlimit(
             resource.RLIMIT_NOFILE, (32, 32)))
         self.assertEqual(self.table(done.stdout), {name: "not read" for name in names})
+
+    def test_the_example_labels_a_folder(self):
+        (self.folder / "in").mkdir()
+        self.drawing("in/plan.dxf")
+        shutil.copyfile(FIXTURES / "networks" / "Net1.inp", self.folder / "in" / "Net1.inp")
+        script = FIXTURES.parents[1] / "examples" / "batch" / "label-all.sh"
+        path = str(pathlib.Path(PROGRAM).parent) + os.pathsep + os.environ["PATH"]
+        done = subprocess.run([script, "in", "out"], cwd=self.folder, text=True, check=False,
+                              capture_output=True, env={**os.environ, "PATH": path})
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertRegex(done.stdout, r'"drawn" 23')  # 12 pipes, 11 nodes
+        self.assertEqual(sorted(os.listdir(self.folder / "out" / "pictures")),
+                         ["Net1.png", "plan.png"])
+        self.assertEqual(sorted(os.listdir(self.folder / "in")), ["Net1.inp", "plan.dxf"])
 
     def test_what_has_no_output_file_writes_none(self):
         names = [self.drawing("a.dxf"), self.drawing("b.dxf")]
