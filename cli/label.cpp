@@ -36,7 +36,7 @@ Types of labels:
   pcjdb    flow, ground and head of a node
 
 Exit status: 0 when the drawing was labelled; 1, and nothing written, when it has no pipes and no
-nodes or the work was interrupted.
+nodes, none of them could be labelled or the work was interrupted.
 
 Examples:
   pipenote label plan.dxf -o labelled.dxf
@@ -57,7 +57,7 @@ struct Counts {
   long updated = 0;
   long crowded = 0;
   long skipped = 0;
-  bool any() const { return drawn + updated + skipped != 0; }
+  bool any_label() const { return drawn + updated != 0; }
 };
 
 std::string label_call(const LabelOptions& options) {
@@ -138,8 +138,12 @@ ExitStatus label(const LabelOptions& options) {
     return refused ? kWrongUsage : kProgramFailed;
   }
   const Counts counts = counts_of(*answer);
-  if (!counts.any() && !has_network(*drawing->database())) {
-    complain(options.drawing + ": has no pipes and no nodes to label; nothing was written");
+  if (!counts.any_label()) {
+    for (const std::string& line : lines) complain(options.drawing + ": " + line);
+    complain(options.drawing +
+             (has_network(*drawing->database()) ? ": no pipe and no node could be labelled"
+                                                : ": has no pipes and no nodes to label") +
+             "; nothing was written");
     return kProgramFailed;
   }
   progress.show("writing");

@@ -10,6 +10,8 @@ import sys
 import tempfile
 import unittest
 
+import ezdxf
+
 import independent_reader
 
 PROGRAM = ""
@@ -249,6 +251,21 @@ class Label(Labelling):
         self.assert_one_line(WITHOUT_NETWORK.name, "no pipes and no nodes")
         self.assertFalse(out.exists())
 
+    def test_a_drawing_in_which_nothing_can_be_labelled_is_told_and_not_written(self):
+        early, out = self.folder / "early.dxf", self.folder / "out.dxf"
+        document = ezdxf.new("R12")
+        document.appids.new("PIPENOTE")
+        pipe = document.modelspace().add_line((0, 0), (50, 0))
+        pipe.set_xdata("PIPENOTE", [(1000, "kind"), (1000, "storm-pipe"),
+                                    (1000, "diameter"), (1040, 300.0)])
+        document.saveas(early)
+        self.call("label", early, "-o", out, status=PROGRAM_FAILED)
+        lines = self.result.stderr.splitlines()
+        self.assertEqual(len(lines), 2, lines)
+        self.assertRegex(lines[0], f"early.dxf: .*{pipe.dxf.handle}.*cannot be labelled")
+        self.assertIn("no pipe and no node could be labelled", lines[1])
+        self.assertFalse(out.exists())
+
     def test_pipes_without_wells_are_labelled(self):
         plain, out = self.imported("Net1.inp"), self.folder / "out.dxf"
         document = independent_reader.read(plain)
@@ -400,6 +417,16 @@ class Update(Labelling):
         self.assertIn("0 brought up to date, 0 kept, 1 failed", out)
         self.assert_one_line(pipe, "its layer is locked")
         self.assertEqual(self.plan.read_bytes(), before)
+
+    def test_labels_on_frozen_layers_are_updated(self):
+        pipe = next(iter(self.pipes(self.document)))
+        layer = label_entities(self.document)[pipe][0].dxf.layer
+        self.edit(self.plan, f'(set-data "{pipe}" "diameter" (cons 1040 975.0))',
+                  f'(command "LAYER" "FREEZE" "{layer}" "")')
+        self.call("update", self.plan, "--in-place")
+        document = self.read(self.plan)
+        self.assertTrue(document.layers.get(layer).is_frozen())
+        self.assertTrue(texts_of(document)[pipe][0].startswith("DN975"))
 
     def test_a_label_without_owner_is_named_and_kept(self):
         pipe = next(iter(self.pipes(self.document)))
