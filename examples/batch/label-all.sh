@@ -23,8 +23,9 @@ if [ ${#drawings[@]} -eq 0 ]; then
   echo "$folder: no models and no drawings" >&2
   exit 2
 fi
-pipenote batch run "${drawings[@]}" --out-dir "$out/labelled" -- \
-  --load labeler.arx -e "(labelnetwork)" -e "(labelupdate)" || status=1
+# What is labelled already is brought up to date; the update tells what else is not in order.
+pipenote batch label "${drawings[@]}" --out-dir "$out/labelled" || status=1
+pipenote batch update "$out"/labelled/*.dxf --in-place || status=1
 
 pipenote batch render "$out"/labelled/*.dxf --out-dir "$out/pictures" --ending png -- \
   --size 2400x2400 || status=1

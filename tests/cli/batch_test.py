@@ -203,14 +203,17 @@ class Batch(unittest.TestCase):
 
     def test_the_example_labels_a_folder(self):
         (self.folder / "in").mkdir()
-        self.drawing("in/plan.dxf")
         shutil.copyfile(FIXTURES / "networks" / "Net1.inp", self.folder / "in" / "Net1.inp")
+        sewer = FIXTURES / "networks" / "sewer_state_plane.inp"
+        subprocess.run([PROGRAM, "import", sewer, "-o", self.folder / "in" / "plan.dxf"],
+                       capture_output=True, check=True)
         script = FIXTURES.parents[1] / "examples" / "batch" / "label-all.sh"
         path = str(pathlib.Path(PROGRAM).parent) + os.pathsep + os.environ["PATH"]
         done = subprocess.run([script, "in", "out"], cwd=self.folder, text=True, check=False,
                               capture_output=True, env={**os.environ, "PATH": path})
         self.assertEqual(done.returncode, 0, done.stderr)
-        self.assertRegex(done.stdout, r'"drawn" 23')  # 12 pipes, 11 nodes
+        self.assertRegex(done.stdout, r"labels drawn +23\n")  # 12 pipes, 11 nodes
+        self.assertIn("plan.dxf: nothing is stale", done.stdout)
         self.assertEqual(sorted(os.listdir(self.folder / "out" / "pictures")),
                          ["Net1.png", "plan.png"])
         self.assertEqual(sorted(os.listdir(self.folder / "in")), ["Net1.inp", "plan.dxf"])

@@ -21,19 +21,9 @@ LABEL_ONE = """
 (princ)
 """
 CHANGE_IT = """
-(setq pipe (entnext))
-(while (not (and (assoc 102 (entget pipe)) (assoc -3 (entget pipe '("PIPENOTE")))))
-  (setq pipe (entnext pipe)))
-(setq was (entget pipe '("PIPENOTE")))
-(defun set-inverts (pairs)
-  (cond ((null pairs) nil)
-        ((member (cdr (car pairs)) '("start_invert" "end_invert"))
-         (cons (car pairs)
-               (cons (cons 1040 (if (= (cdr (car pairs)) "start_invert") 12.5 10.25))
-                     (set-inverts (cddr pairs)))))
-        (T (cons (car pairs) (set-inverts (cdr pairs))))))
-(entmod (subst (list -3 (cons "PIPENOTE" (set-inverts (cdr (cadr (assoc -3 was))))))
-               (assoc -3 was) was))
+(foreach owner (owners) (if (assoc 102 (entget owner)) (setq pipe owner)))
+(set-value pipe "start_invert" 12.5)
+(set-value pipe "end_invert" 10.25)
 (updatedim "fall" pipe)
 (princ (cdr (assoc 1 (entget (entlast)))))
 (princ)
@@ -95,7 +85,9 @@ class Installed(unittest.TestCase):
         self.assertRegex(done.stdout, r"^h=\d+\.\d\dm$")
         self.assertIn(done.stdout[2:-1], self.recorded("fall.dxf"))
 
-        changed = self.pipenote("run", "fall.dxf", "--load", module, "change.lsp", "-o", "new.dxf")
+        changed = self.pipenote("run", "fall.dxf", "--load", module,
+                                ROOT / "examples" / "change-network.lsp", "change.lsp",
+                                "-o", "new.dxf")
         self.assertEqual((changed.returncode, changed.stdout, changed.stderr), (0, "h=2.25m", ""))
         self.assertNotIn(done.stdout.encode(), (self.folder / "new.dxf").read_bytes())
         self.assertIn("2.25", self.recorded("new.dxf"))
