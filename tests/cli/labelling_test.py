@@ -450,6 +450,19 @@ class Update(Labelling):
         self.assertEqual(self.plan.read_bytes(), other.read_bytes())
         self.assertEqual(bad.stat().st_size, 5000)
 
+    def test_a_batch_labels_and_updates(self):
+        names = []
+        for sample in SAMPLES[:2]:
+            names.append(self.folder / (pathlib.Path(sample).stem + ".dxf"))
+            names[-1].write_bytes(self.imported(sample).read_bytes())
+        self.assertIn("2 of 2 done", self.call("batch", "label", *names, "--in-place"))
+        self.assertEqual(self.call("batch", "update", *names, "--", "--dry-run")
+                         .count("nothing is stale"), 2)
+        self.assertIn("2 of 2 done", self.call("batch", "update", *names, "--out-dir",
+                                               self.folder / "out"))
+        for path in names:
+            self.assertEqual((self.folder / "out" / path.name).read_bytes(), path.read_bytes())
+
     def test_wrong_usage_is_told(self):
         self.call("update", self.plan, status=WRONG_USAGE)
         self.assert_one_line("--in-place", "--dry-run")
