@@ -87,6 +87,11 @@ bool names_output(const std::string& argument) {
   return argument.starts_with("-o") || argument == "--output" || argument.starts_with("--output=");
 }
 
+/// Behind the "--" it means the same: clashes are looked for.
+void take_in_place(BatchOptions& options) {
+  if (std::erase(options.passed_on, "--in-place") > 0) options.in_place = true;
+}
+
 /// Empty, or what is wrong.
 std::string wrong_with(const BatchOptions& options, const CLI::App* command) {
   const std::string& name = options.command;
@@ -207,6 +212,7 @@ int batch(BatchOptions& options, const CLI::App& program) {
       [&](const CLI::App* one) { return one->get_name() == options.command; });
   const CLI::App* const command = commands.empty() ? nullptr : commands.front();
   if (!read_list(options)) return kWrongUsage;
+  take_in_place(options);
   if (const std::string wrong = wrong_with(options, command); !wrong.empty()) {
     complain(wrong);
     return kWrongUsage;

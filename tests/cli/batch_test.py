@@ -131,8 +131,11 @@ class Batch(unittest.TestCase):
                 ([*names, "--out-dir", "out"], "x/plan.dxf and y/plan.dxf would both be written"),
                 (["x/plan.dxf", "a.dxf", "--out-dir", "x"], "x/plan.dxf would be overwritten"),
                 (["a.dxf", "link.dxf", "--in-place"], "a.dxf and link.dxf would both be written"),
+                (["a.dxf", "a.dxf", "--", "--in-place"], "a.dxf and a.dxf would both be written"),
                 (["./a.dxf", "a.dxf", "--in-place"], "./a.dxf and a.dxf would both be written")]:
-            done = self.run_batch("run", *arguments, "--", "-e", '(close (open "ran" "w"))')
+            passed_on = ["-e", '(close (open "ran" "w"))']
+            done = self.run_batch("run", *arguments, *([] if "--" in arguments else ["--"]),
+                                  *passed_on)
             self.assertEqual((done.returncode, done.stdout), (2, ""), arguments)
             self.assertIn(what, done.stderr)
         self.assertFalse((self.folder / "ran").exists())
