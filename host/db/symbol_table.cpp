@@ -319,6 +319,7 @@ Acad::ErrorStatus take_current_properties(AcDbEntity& entity, Drawing& drawing, 
   LensWriter tags(ObjectAccess::writable(entity), ObjectAccess::dialect(entity));
   const Lens lens(ObjectAccess::writable(entity), ObjectAccess::dialect(entity));
   const std::wstring layer = lens.text(kEntityPart, kLayer);
+  const bool has_color = lens.find(kEntityPart, kColor).has_value();  // before anything is written
   const Drawing::CurrentProperties& current = drawing.current_properties();
   if (!layer.empty() && !drawing.table_record("LAYER", layer)) return Acad::eKeyNotFound;
   if (layer.empty()) {
@@ -327,8 +328,7 @@ Acad::ErrorStatus take_current_properties(AcDbEntity& entity, Drawing& drawing, 
     };
     tags.set_text(kEntityPart, kLayer, current.layer ? name() : L"0");
   }
-  if (current.color != 256 && !lens.find(kEntityPart, kColor))
-    tags.set_integer(kEntityPart, kColor, current.color);
+  if (current.color != 256 && !has_color) tags.set_integer(kEntityPart, kColor, current.color);
   if (paper) tags.set_integer(kEntityPart, kPaper, 1);
   ObjectAccess::changed(entity);
   return Acad::eOk;

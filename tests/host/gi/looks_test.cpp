@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <vector>
+
 #include "host/db/database.h"
 #include "host/db/drawing.h"
 #include "host/db/entity_fields.h"
@@ -12,20 +15,20 @@ namespace {
 
 class LooksOfEntities : public testing::Test {
  protected:
-  LooksOfEntities() : database_(false) {}
-
   cad::Look look(std::string_view layer, std::string_view common,
                  const cad::Look* reference = nullptr) {
     DrawingNote note;
     note.entity("LINE", line_tags(0, 0, 1, 1), layer, common);
-    EXPECT_TRUE(database_.read_bytes(note.bytes(), "note"));
-    looks_ = std::make_unique<cad::Looks>(database_.drawing());
-    const auto entity = cad::EntityTags::of(database_.first_entity());
-    return looks_->look_of(entity.bytes, entity.dialect, reference);
+    AcDbDatabase& database = *databases_.emplace_back(std::make_unique<AcDbDatabase>(false));
+    EXPECT_TRUE(database.read_bytes(note.bytes(), "note"));
+    cad::Looks& looks = *looks_.emplace_back(std::make_unique<cad::Looks>(database.drawing()));
+    const auto entity = cad::EntityTags::of(database.first_entity());
+    return looks.look_of(entity.bytes, entity.dialect, reference);
   }
 
-  AcDbDatabase database_;
-  std::unique_ptr<cad::Looks> looks_;
+  // What a look refers to stays until the test ends.
+  std::vector<std::unique_ptr<AcDbDatabase>> databases_;
+  std::vector<std::unique_ptr<cad::Looks>> looks_;
 };
 
 TEST_F(LooksOfEntities, ByLayerIsTheLayersColorLinetypeAndWeight) {
