@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
+#include <ostream>
 #include <string>
+
+#include "host/base/codepage.h"
 
 namespace labeler {
 
@@ -21,6 +24,8 @@ struct Split {
   const wchar_t* value;
   const wchar_t* suffix;
 };
+
+void PrintTo(const Split& row, std::ostream* out) { *out << cad::to_utf8(row.text); }
 
 class PieceOf : public testing::TestWithParam<Split> {};
 

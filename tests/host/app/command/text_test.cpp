@@ -23,6 +23,8 @@ struct Justified {
   int horizontal;
   int vertical;
 };
+void PrintTo(const Justified& row, std::ostream* out) { *out << row.option; }
+
 class TextJustified : public Text, public testing::WithParamInterface<Justified> {};
 
 TEST_P(TextJustified, StandsWhereItIsAligned) {
