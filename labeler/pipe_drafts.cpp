@@ -80,7 +80,7 @@ CString slope_name() {
 }
 
 /// A diameter as a piece. Others update a diameter as one whole number: what is none goes under the
-/// name of the specification, which is kept as text.
+/// name of the size as a whole, which is kept as text.
 Piece diameter_piece_of(std::wstring_view text, int parallel) {
   std::wstring count;
   if (parallel >= 2) count = std::to_wstring(parallel) + L"x";
