@@ -12,9 +12,9 @@ namespace labeler {
 namespace {
 
 /// Adds rows to a check.
-class Findings_of {
+class FindingRows {
  public:
-  Findings_of(Check& check, const Owner& owner, const LabelType& type)
+  FindingRows(Check& check, const Owner& owner, const LabelType& type)
       : check_(check), owner_(owner.id), type_(type.name) {}
   void add(Reason reason, CString item, CString was, CString now) {
     check_.findings.push_back({owner_,
@@ -53,7 +53,7 @@ bool is_edited(const StoredLine& line, const TextLine* wanted) {
   return !wanted || line.shown.text != wanted->text();
 }
 
-void compare_pieces(Check& check, Findings_of& findings) {
+void compare_pieces(Check& check, FindingRows& findings) {
   for (std::size_t i = 0; i < check.stored.lines.size(); ++i) {
     const std::vector<Piece>& was = check.stored.lines[i].line.pieces;
     const std::vector<Piece>& now = check.draft.lines[i].pieces;
@@ -66,7 +66,7 @@ void compare_pieces(Check& check, Findings_of& findings) {
 }
 
 /// Line by line, for labels whose pieces are no longer the same ones.
-void compare_forms(Check& check, Findings_of& findings) {
+void compare_forms(Check& check, FindingRows& findings) {
   const auto& was = check.stored.lines;
   const auto& now = check.draft.lines;
   for (std::size_t i = 0; i < std::max(was.size(), now.size()); ++i) {
@@ -80,7 +80,7 @@ void compare_forms(Check& check, Findings_of& findings) {
   check.state = Check::State::kStaleForm;
 }
 
-void find_missing(Check& check, Findings_of& findings) {
+void find_missing(Check& check, FindingRows& findings) {
   for (std::size_t i = 0; i < check.stored.lines.size(); ++i) {
     const StoredLine& line = check.stored.lines[i];
     if (line.shown.there) continue;
@@ -100,7 +100,7 @@ CString degrees(double angle) {
   return Gx::Format(L"%.2f", turned * 180.0 / std::numbers::pi);
 }
 
-void compare_arrow(Check& check, Findings_of& findings) {
+void compare_arrow(Check& check, FindingRows& findings) {
   if (check.stored.arrow.isNull()) return;
   if (check.draft.flow == 0) {
     findings.add(Reason::kDataChanged, L"jt", L"arrow", {});
@@ -131,7 +131,7 @@ AcGePoint3d middle_of_ticks(const Shape& shape) {
 }
 
 void compare_place(Check& check, const Owner& owner, const ReadingAngle& reading,
-                   Findings_of& findings) {
+                   FindingRows& findings) {
   if (!check.stored.place) return;
   const DrawnPlace& was = *check.stored.place;
   DrawnPlace now;
@@ -162,7 +162,7 @@ bool was_moved_by_hand(const Check& check) {
                                          at.y - check.stored.place->text_y) > kSamePlace;
 }
 
-void find_edited(Check& check, Findings_of& findings) {
+void find_edited(Check& check, FindingRows& findings) {
   for (std::size_t i = 0; i < check.stored.lines.size(); ++i) {
     const StoredLine& line = check.stored.lines[i];
     const TextLine* const wanted = i < check.draft.lines.size() ? &check.draft.lines[i] : nullptr;
@@ -198,7 +198,7 @@ Check compare(const Owner& owner, const LabelType& type, StoredLabel stored, Dra
   Check check;
   check.stored = std::move(stored);
   if (!check.stored.anything_there()) return check;
-  Findings_of findings(check, owner, type);
+  FindingRows findings(check, owner, type);
   if (!drafted.draft) {
     check.state = Check::State::kNoData;
     const CString was = check.stored.lines.empty() ? CString() : check.stored.lines[0].line.text();

@@ -286,7 +286,7 @@ void Labeler::label(const Owner& owner, const LabelType& type, const LabelOption
     ++counts.skipped;
     return tell(owner, type, CString(drafted.why_not) + L"; no label");
   }
-  if (const Acad::ErrorStatus status = can_be_written(owner.id); status != Acad::eOk) {
+  if (const Acad::ErrorStatus status = can_be_recorded(owner.id); status != Acad::eOk) {
     ++counts.skipped;
     return tell(owner, type, L"cannot be labelled, " + status_text(status));
   }
@@ -358,10 +358,6 @@ bool Labeler::redraw(const Owner& owner, const LabelType& type, Check& check) {
     variant = check.stored.place->variant;
     reference = check.stored.place->reference;
   }
-  if (const Acad::ErrorStatus status = can_be_written(owner.id); status != Acad::eOk) {
-    tell(owner, type, L"cannot be redrawn, " + status_text(status));
-    return false;
-  }
   if (taken_)
     for (const StoredLine& line : check.stored.lines) taken_->remove(box_owner(line.entity));
   if (taken_)
@@ -405,8 +401,13 @@ bool Labeler::update(const Owner& owner, const LabelType& type, Check& check,
     tell(owner, type, L"the label is left as it is, " + status_text(status));
     return all_became(Action::kFailed, status_text(status));
   }
-  if (check.state == State::kStaleForm || (check.moved && !check.moved_by_hand))
+  if (check.state == State::kStaleForm || (check.moved && !check.moved_by_hand)) {
+    if (const Acad::ErrorStatus status = can_be_recorded(owner.id); status != Acad::eOk) {
+      tell(owner, type, L"cannot be redrawn, " + status_text(status));
+      return all_became(Action::kFailed, status_text(status));
+    }
     return all_became(redraw(owner, type, check) ? Action::kRedrawn : Action::kFailed);
+  }
   bool done = true;
   if (check.state == State::kStaleText || check.edited) done = rewrite(owner, type, check);
   if (check.turned) done = turn_arrow(check) && done;

@@ -236,6 +236,11 @@ Acad::ErrorStatus rewrite_label(AcDbObjectId owner, const wchar_t* type,
   return record.updateDim();
 }
 
+Acad::ErrorStatus can_be_recorded(AcDbObjectId owner) {
+  if (owner.isNull()) return Acad::eNullObjectId;
+  return owner.database()->has_dictionaries() ? can_be_written(owner) : Acad::eNotInitializedYet;
+}
+
 Acad::ErrorStatus can_be_written(AcDbObjectId entity) {
   return dim::Opened<AcDbEntity>(entity, AcDb::kForWrite).status();
 }

@@ -74,6 +74,9 @@ Acad::ErrorStatus file_label(AcDbObjectId owner, const wchar_t* type,
 Acad::ErrorStatus rewrite_label(AcDbObjectId owner, const wchar_t* type,
                                 const std::vector<StuDim>& items);
 
+/// eOk when labels of the owner can be recorded, else why not: eNotInitializedYet in a drawing that
+/// holds no records, or why it cannot be written.
+Acad::ErrorStatus can_be_recorded(AcDbObjectId owner);
 /// eOk when the entity could be opened for writing, else why not: eOnLockedLayer, ...
 Acad::ErrorStatus can_be_written(AcDbObjectId entity);
 /// The same of all entities of a label that are there.

@@ -262,7 +262,8 @@ class Label(Labelling):
         self.call("label", early, "-o", out, status=PROGRAM_FAILED)
         lines = self.result.stderr.splitlines()
         self.assertEqual(len(lines), 2, lines)
-        self.assertRegex(lines[0], f"early.dxf: .*{pipe.dxf.handle}.*cannot be labelled")
+        self.assertRegex(lines[0], f"early.dxf: .*{pipe.dxf.handle}.*cannot be labelled, "
+                                   "the drawing can hold no records; save it in a later release")
         self.assertIn("no pipe and no node could be labelled", lines[1])
         self.assertFalse(out.exists())
 

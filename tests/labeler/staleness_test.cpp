@@ -231,6 +231,21 @@ TEST_F(StaleLabels, ALabelOnALockedLayerIsLeftWholeAndTheOthersAreUpdated) {
   EXPECT_EQ(stale(), "nil");
 }
 
+TEST_F(StaleLabels, AnOwnerOnALockedLayerIsToldAndItsLabelLeft) {
+  const std::string pipe = given_labelled_pipe();
+  eval(
+      "(entmake '((0 . \"LAYER\") (100 . \"AcDbSymbolTableRecord\") (100 . "
+      "\"AcDbLayerTableRecord\") (2 . \"MINE\") (70 . 0)))");
+  eval("(setq e (entget " + ename(pipe) + ")) (entmod (subst '(8 . \"MINE\") (assoc 8 e) e))");
+  move_line(pipe, 0, 10);
+  const std::string text = text_handle(pipe);
+  lock_layer("MINE");
+  const std::string result = update();
+  EXPECT_NE(result.find("\"moved\" \"failed\" \"its layer is locked\""), std::string::npos)
+      << result;
+  EXPECT_EQ(text_handle(pipe), text) << "the label is still there";
+}
+
 TEST_F(StaleLabels, OwnersCanBeNamed) {
   const std::string first = given_labelled_pipe();
   const std::string second = given_pipe(0, 20, 40, 20);

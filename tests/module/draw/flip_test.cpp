@@ -221,6 +221,7 @@ TEST_F(ReferenceDirection, TheNearestPointIsFoundInThePlaneOfTheFlattenedPoints)
   CDimDraw draw(500, nullptr);
   EXPECT_TRUE(draw.TestNearestDist({1, 0, 100}, {5, 0, 0}, {0, 0, 0}))
       << "their heights are dropped";
+  EXPECT_FALSE(draw.TestNearestDist({5, 0, 0}, {1, 0, 100}, {0, 0, 0})) << "of both of them";
   draw.SetMatrix(AcGeMatrix3d::rotation(kPi / 2, AcGeVector3d::kYAxis));
   EXPECT_TRUE(draw.TestNearestDist({5, 0, 0}, {1, 0, 0}, {0, 0, -5})) << "the target's is not";
 }

@@ -145,18 +145,22 @@ TEST_F(DrawnTexts, BeginElsewhereWhenTheirTextChanges) {
   EXPECT_NEAR(start_of(id).x, -width_of(L"DN1000-36.5", 2, 0.7) / 2, 1e-9);
 }
 
+/// Makes the style HZ, with a font of its own, the current one.
+void make_style_current(AcDbDatabase& database) {
+  AcDbTextStyleTable* table = nullptr;
+  ASSERT_EQ(database.getSymbolTable(table, AcDb::kForWrite), Acad::eOk);
+  auto* style = new AcDbTextStyleTableRecord;
+  style->setName(L"HZ");
+  style->setFileName(L"hztxt.shx");
+  AcDbObjectId id;
+  ASSERT_EQ(table->add(id, style), Acad::eOk);
+  style->close();
+  table->close();
+  ASSERT_TRUE(database.set_header_variable("$TEXTSTYLE", std::wstring(L"HZ")));
+}
+
 TEST_F(DrawnTexts, TakeTheCurrentTextStyle) {
-  {
-    AcDbTextStyleTable* table = nullptr;
-    ASSERT_EQ(database().getSymbolTable(table, AcDb::kForWrite), Acad::eOk);
-    auto* style = new AcDbTextStyleTableRecord;
-    style->setName(L"HZ");
-    AcDbObjectId id;
-    ASSERT_EQ(table->add(id, style), Acad::eOk);
-    style->close();
-    table->close();
-  }
-  ASSERT_TRUE(database().set_header_variable("$TEXTSTYLE", std::wstring(L"HZ")));
+  make_style_current(database());
   CDimDraw draw(500, nullptr);
   const AcDbObjectId style =
       reading<AcDbText>(draw.DrawMMText(L"a", {0, 0, 0}, 0, 0, 1))->textStyle();
@@ -211,6 +215,16 @@ TEST_F(DrawnTexts, InAPreviewStandWhereTheyWouldBegin) {
     EXPECT_EQ(world.texts[0].height, 2);
     EXPECT_NEAR(world.texts[0].width_factor, 0.7, 1e-12);
   }
+}
+
+TEST_F(DrawnTexts, InAPreviewHaveTheStyleThatWasCurrentWhenDrawingBegan) {
+  make_style_current(database());
+  RecordingDraw world;
+  CDimDraw draw(500, &world, nullptr);
+  ASSERT_TRUE(database().set_header_variable("$TEXTSTYLE", std::wstring(L"Standard")));
+  draw.DrawMMText(L"DN300", {0, 0, 0}, 0, 2, 1);
+  ASSERT_EQ(world.texts.size(), 1u);
+  EXPECT_EQ(world.texts[0].font, L"hztxt.shx");
 }
 
 TEST_F(DrawnTexts, InAPreviewAreShiftedAlongTheirOwnAxes) {
