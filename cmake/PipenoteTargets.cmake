@@ -154,6 +154,10 @@ function(pn_program name)
   add_executable(${name} ${arg_SOURCES})
   if(PIPENOTE_SANITIZE OR PIPENOTE_FUZZ)
     target_sources(${name} PRIVATE "${PROJECT_SOURCE_DIR}/cmake/leak_suppressions.cpp")
+  else()
+    # A drawing is millions of small pieces of memory. Nothing refers to the allocator by name, so the
+    # linker is told to keep it; it must stand before the C library in the process.
+    target_link_libraries(${name} PRIVATE -Wl,--push-state,--no-as-needed mimalloc -Wl,--pop-state)
   endif()
   target_link_libraries(${name} PRIVATE ${links} ${arg_LINKS})
   if(arg_INSTALL)
