@@ -3,9 +3,12 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <utility>
+
+#include "host/base/progress.h"
 
 namespace cli {
 namespace {
@@ -28,11 +31,22 @@ std::size_t terminal_width() {
 Progress::Progress(std::size_t drawings)
     : drawings_(drawings), start_(std::chrono::steady_clock::now()) {
   current = this;
-  if (::isatty(STDERR_FILENO))
-    indicator_ = std::jthread([this](const std::stop_token& stop) { run(stop); });
+  if (!::isatty(STDERR_FILENO)) return;
+  // Signals are for the thread that works.
+  sigset_t all, before;
+  ::sigfillset(&all);
+  ::pthread_sigmask(SIG_SETMASK, &all, &before);
+  indicator_ = std::jthread([this](const std::stop_token& stop) { run(stop); });
+  ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  cad::set_progress_sink([this](std::string_view label, double done) {
+    const std::lock_guard lock(mutex_);
+    part_ = label;
+    done_ = done;
+  });
 }
 
 Progress::~Progress() {
+  cad::set_progress_sink({});
   if (indicator_.joinable()) {
     indicator_.request_stop();
     indicator_.join();
@@ -71,18 +85,25 @@ void Progress::run(const std::stop_token& stop) {
   }
 }
 
+std::string Progress::bar() const {
+  const bool several = drawings_ > 1;
+  if (!several && part_.empty()) return {};
+  const double done =
+      several ? static_cast<double>(number_ - 1) / static_cast<double>(drawings_) : done_;
+  const auto marks = static_cast<std::size_t>(done * kBarLength);
+  std::string bar = '[' + std::string(marks, '#') + std::string(kBarLength - marks, '-') + "] ";
+  if (several) bar += std::to_string(number_) + '/' + std::to_string(drawings_) + ' ';
+  return bar;
+}
+
 void Progress::draw() {
   if (doing_.empty()) return;
   const auto elapsed = std::chrono::steady_clock::now() - start_;
-  std::string line;
-  if (drawings_ > 1) {
-    const std::size_t done = (number_ - 1) * kBarLength / drawings_;
-    line = '[' + std::string(done, '#') + std::string(kBarLength - done, '-') + "] " +
-           std::to_string(number_) + '/' + std::to_string(drawings_) + ' ';
-  }
-  const std::string tail =
-      doing_ + ", " +
-      std::to_string(std::chrono::duration_cast<std::chrono::seconds>(elapsed).count()) + " s";
+  std::string line = bar();
+  std::string tail = part_.empty() ? doing_ : part_;
+  if (!part_.empty()) tail += ", " + std::to_string(static_cast<int>(done_ * 100.0)) + '%';
+  tail += ", " + std::to_string(std::chrono::duration_cast<std::chrono::seconds>(elapsed).count()) +
+          " s";
   // A line that wraps could not be erased.
   const bool fits = line.size() + drawing_.size() + 2 + tail.size() < terminal_width();
   if (fits) line += drawing_ + ": ";

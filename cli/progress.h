@@ -10,8 +10,10 @@
 namespace cli {
 
 /// Shows on the terminal of stderr what is being done and for how long, once it has taken a second:
-///     [####------] 4/10 net.dxf: updating labels, 7 s
-/// The bar is that of several drawings. Without a terminal nothing is shown. One lives at a time.
+///     [#######---] net.dxf: drawing labels, 73%, 7 s
+///     [####------] 4/10 net.dxf: updating labels, 12%, 7 s
+/// The bar is that of what is being done (see cad::set_progress_sink), or of several drawings.
+/// Without a terminal nothing is shown. One lives at a time.
 class Progress {
  public:
   explicit Progress(std::size_t drawings);
@@ -31,6 +33,7 @@ class Progress {
  private:
   void run(const std::stop_token& stop);
   void draw();
+  std::string bar() const;
   void erase();
 
   const std::size_t drawings_;
@@ -40,6 +43,8 @@ class Progress {
   std::size_t number_ = 0;
   std::string drawing_;
   std::string doing_;  // empty: nothing is shown
+  std::string part_;   // what a meter shows of it; empty: none does
+  double done_ = 0.0;  // of that part
   bool drawn_ = false;
   std::jthread indicator_;  // last: it uses all the others
 };

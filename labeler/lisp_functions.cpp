@@ -10,6 +10,7 @@
 #include "labeler/lisp_arguments.h"
 #include "labeler/messages.h"
 #include "labeler/network_labels.h"
+#include "module/platform/application.h"
 #include "module/platform/lisp.h"
 #include "module/platform/resbuf.h"
 
@@ -50,10 +51,12 @@ void add_pair(dim::ChainBuilder& chain, const wchar_t* word, int number) {
   chain.add(acutNewRb(RTLE));
 }
 
+/// What was broken off has no answer: it is an error of the calling program.
 int answer_counts(const LabelCounts& counts, Messages& messages) {
+  if (acedUsrBrk()) return RTERROR;
   if (counts.crowded)
-    messages.tell(Gx::Format(L"%d of %d labels lie upon a pipe, a node or another text",
-                             counts.crowded, counts.drawn));
+    messages.tell(Gx::Format(L"%d of %d labels %s upon a pipe, a node or another text",
+                             counts.crowded, counts.drawn, counts.crowded == 1 ? L"lies" : L"lie"));
   dim::ChainBuilder chain;
   chain.add(acutNewRb(RTLB));
   add_pair(chain, L"drawn", counts.drawn);
@@ -66,6 +69,7 @@ int answer_counts(const LabelCounts& counts, Messages& messages) {
 
 /// ((owner-handle type item was now reason action trouble) ...), nil when there is nothing.
 int answer_findings(const Findings& findings) {
+  if (acedUsrBrk()) return RTERROR;
   if (findings.empty()) return acedRetNil();
   dim::ChainBuilder chain;
   chain.add(acutNewRb(RTLB));

@@ -5,7 +5,7 @@
 namespace labeler {
 
 Messages::~Messages() {
-  if (unshown_) acutPrintf(L"\nand %d more labels", unshown_);
+  if (unshown_) acutPrintf(L"\nand %d more label%s", unshown_, unshown_ == 1 ? L"" : L"s");
 }
 
 void Messages::tell(const CString& line) {

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "labeler/back_links.h"
+#include "labeler/work_meter.h"
 #include "module/platform/opened.h"
 #include "module/record/record_table.h"
 #include "module/registry/update_service.h"
@@ -13,13 +14,13 @@
 namespace labeler {
 namespace {
 
-using Visit = std::function<void(AcDbObjectId)>;
-
-void for_each_entity(const Visit& visit) {
+std::vector<AcDbObjectId> all_entities() {
+  std::vector<AcDbObjectId> entities;
   const AcDbDatabase* const drawing = acdbHostApplicationServices()->workingDatabase();
-  if (!drawing) return;
+  if (!drawing) return entities;
   for (AcDbObjectId id = drawing->first_entity(); !id.isNull(); id = drawing->next_entity(id))
-    visit(id);
+    entities.push_back(id);
+  return entities;
 }
 
 struct Recorded {
@@ -64,6 +65,43 @@ class Updater {
  public:
   explicit Updater(Labeler& labeler) : labeler_(labeler) {}
 
+  /// False when the user has broken off.
+  bool compare(std::span<const AcDbObjectId> owners) {
+    WorkMeter meter(L"comparing labels", owners.size());
+    for (const AcDbObjectId id : owners) {
+      if (!meter.step()) return false;
+      compare(id);
+    }
+    return true;
+  }
+
+  void find_orphans(std::span<const AcDbObjectId> entities) {
+    for (const AcDbObjectId id : entities) find_orphan(id);
+  }
+
+  void update(bool overwrite_edited) {
+    const bool any_redrawn = std::any_of(stale_.begin(), stale_.end(), [](const Stale& stale) {
+      return stale.check.moved || stale.check.state == Check::State::kStaleForm;
+    });
+    if (any_redrawn) labeler_.keep_clear();
+    WorkMeter meter(L"updating labels", stale_.size());
+    for (Stale& stale : stale_) {
+      if (!meter.step()) return;
+      if (const std::optional<Owner> owner = owner_of(stale.owner))
+        labeler_.update(*owner, *stale.type, stale.check, overwrite_edited);
+    }
+    for (Finding& finding : lost_) finding.action = Action::kKept;
+  }
+
+  Findings findings() && {
+    Findings all;
+    for (Stale& stale : stale_)
+      std::move(stale.check.findings.begin(), stale.check.findings.end(), std::back_inserter(all));
+    std::move(lost_.begin(), lost_.end(), std::back_inserter(all));
+    return all;
+  }
+
+ private:
   void compare(AcDbObjectId id) {
     const std::vector<Recorded> records = records_of(id);
     if (records.empty()) return;
@@ -88,7 +126,7 @@ class Updater {
     }
   }
 
-  void find_orphans(AcDbObjectId id) {
+  void find_orphan(AcDbObjectId id) {
     if (seen_.contains(id)) return;
     const std::optional<BackLink> link = back_link_of(id);
     if (!link || link->owner_there) return;
@@ -102,61 +140,60 @@ class Updater {
                      {}});
   }
 
-  void update(bool overwrite_edited) {
-    const bool any_redrawn = std::any_of(stale_.begin(), stale_.end(), [](const Stale& stale) {
-      return stale.check.moved || stale.check.state == Check::State::kStaleForm;
-    });
-    if (any_redrawn) labeler_.keep_clear();
-    for (Stale& stale : stale_)
-      if (const std::optional<Owner> owner = owner_of(stale.owner))
-        labeler_.update(*owner, *stale.type, stale.check, overwrite_edited);
-    for (Finding& finding : lost_) finding.action = Action::kKept;
-  }
-
-  Findings findings() && {
-    Findings all;
-    for (Stale& stale : stale_)
-      std::move(stale.check.findings.begin(), stale.check.findings.end(), std::back_inserter(all));
-    std::move(lost_.begin(), lost_.end(), std::back_inserter(all));
-    return all;
-  }
-
- private:
   Labeler& labeler_;
   std::vector<Stale> stale_;
   Findings lost_;
   IdSet seen_;  // owners and the entities of their labels
 };
 
+/// The pipes and nodes of the drawing; nothing when the user has broken off.
+std::optional<std::vector<Owner>> network_parts() {
+  const std::vector<AcDbObjectId> entities = all_entities();
+  std::vector<Owner> parts;
+  WorkMeter meter(L"looking for pipes and nodes", entities.size());
+  for (const AcDbObjectId id : entities) {
+    if (!meter.step()) return std::nullopt;
+    if (std::optional<Owner> part = network_part(id)) parts.push_back(*std::move(part));
+  }
+  return parts;
+}
+
 }  // namespace
 
 LabelCounts label_network(Labeler& labeler, std::span<const LabelType* const> types,
                           const LabelOptions& options) {
-  std::vector<Owner> parts;
-  for_each_entity([&](AcDbObjectId id) {
-    if (std::optional<Owner> part = network_part(id)) parts.push_back(*std::move(part));
-  });
-  labeler.keep_clear(parts);
   LabelCounts counts;
+  const std::optional<std::vector<Owner>> parts = network_parts();
+  if (!parts) return counts;
+  labeler.keep_clear(*parts);
+  std::ptrdiff_t labels = 0;
   for (const LabelType* type : types)
-    for (const Owner& part : parts)
-      if (part.kind == type->owner) labeler.label(part, *type, options, counts);
+    labels += std::count_if(parts->begin(), parts->end(),
+                            [&](const Owner& part) { return part.kind == type->owner; });
+  WorkMeter meter(L"drawing labels", static_cast<std::size_t>(labels));
+  for (const LabelType* type : types)
+    for (const Owner& part : *parts) {
+      if (part.kind != type->owner) continue;
+      if (!meter.step()) return counts;
+      labeler.label(part, *type, options, counts);
+    }
   return counts;
 }
 
 Findings update_labels(Labeler& labeler, std::span<const AcDbObjectId> owners,
                        const UpdateOptions& options) {
   Updater updater(labeler);
-  for (const AcDbObjectId id : owners) updater.compare(id);
-  if (!options.dry_run) updater.update(options.overwrite_edited);
+  if (updater.compare(owners) && !options.dry_run) updater.update(options.overwrite_edited);
   return std::move(updater).findings();
 }
 
 Findings update_all_labels(Labeler& labeler, const UpdateOptions& options) {
   Updater updater(labeler);
-  for_each_entity([&](AcDbObjectId id) { updater.compare(id); });
-  for_each_entity([&](AcDbObjectId id) { updater.find_orphans(id); });
-  if (!options.dry_run) updater.update(options.overwrite_edited);
+  const std::vector<AcDbObjectId> entities = all_entities();
+  if (updater.compare(entities)) {
+    updater.find_orphans(entities);
+    if (!options.dry_run) updater.update(options.overwrite_edited);
+  }
   return std::move(updater).findings();
 }
 

@@ -212,6 +212,7 @@ Result<lisp::Value> Host::run(AcApDocument* document, Run&& body) {
   undo_log(*document->database()).next_step();
   Result<lisp::Value> result = body(interp);
   running_ = outer;
+  if (!outer) interrupted_ = false;
   // A program that failed will not give its command what it waits for.
   if (!result) document->session().command_line->cancel();
   return result;
@@ -251,7 +252,10 @@ void Host::set_call_trace(bool on) {
 }
 
 void Host::interrupt() noexcept {
-  if (lisp::Interpreter* interp = running_.load()) interp->interrupt();
+  lisp::Interpreter* const interp = running_.load();
+  if (!interp) return;
+  interrupted_ = true;
+  interp->interrupt();
 }
 
 void Host::set_input(std::function<std::optional<std::wstring>()> read_line, bool echo) {

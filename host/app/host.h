@@ -91,6 +91,8 @@ class Host {
   void set_call_trace(bool on);
   /// Stops the running LISP program; may be called from a signal handler.
   void interrupt() noexcept;
+  /// Whether that has happened to the one that runs.
+  bool interrupted() const noexcept { return interrupted_; }
 
   /// Where LISP programs read what the user types: a line without its end, empty at the end of
   /// input. Without it there is no input.
@@ -118,6 +120,7 @@ class Host {
   bool call_trace_ = false;
   std::uint32_t untitled_ = 0;
   std::atomic<lisp::Interpreter*> running_ = nullptr;
+  std::atomic<bool> interrupted_ = false;
 };
 
 }  // namespace cad

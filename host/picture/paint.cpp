@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "host/base/progress.h"
 #include "host/picture/pixel_path.h"
 
 namespace cad::picture {
@@ -29,7 +30,11 @@ class Paint {
   bool all() {
     const std::size_t count = scene_.items.size();
     const std::size_t marked = scene_.highlights.empty() ? count : scene_.highlights.front();
-    for (std::size_t i = 0; i < marked; ++i) item(scene_.items[i], false);
+    ProgressMeter meter("painting", marked);
+    for (std::size_t i = 0; i < marked; ++i) {
+      meter.step();
+      item(scene_.items[i], false);
+    }
     for (std::size_t i = 0; i < scene_.highlights.size(); ++i) {
       const std::size_t first = scene_.highlights[i];
       const std::size_t end = i + 1 < scene_.highlights.size() ? scene_.highlights[i + 1] : count;

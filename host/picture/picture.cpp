@@ -1,6 +1,7 @@
 #include "host/picture/picture.h"
 
 #include "host/base/fold.h"
+#include "host/base/progress.h"
 #include "host/db/database.h"
 #include "host/db/drawing.h"
 #include "host/db/entity_fields.h"
@@ -20,7 +21,12 @@ void for_each_entity(Drawing& drawing, AcDbObjectId space, Visit&& visit) {
   const std::uint64_t record =
       space.isNull() ? drawing.model_space() : static_cast<std::uint64_t>(space.handle());
   if (record != 0) {
-    for (const AcDbObjectId entity : entities_in_draw_order(drawing, record)) visit(entity);
+    const std::vector<AcDbObjectId> entities = entities_in_draw_order(drawing, record);
+    ProgressMeter meter("drawing", entities.size());
+    for (const AcDbObjectId entity : entities) {
+      meter.step();
+      visit(entity);
+    }
     return;
   }
   constexpr int kInPaper = 67;

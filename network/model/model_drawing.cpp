@@ -8,6 +8,7 @@
 
 #include "host/base/codepage.h"
 #include "host/base/numbers.h"
+#include "host/base/progress.h"
 #include "host/db/database.h"
 #include "host/db/make_object.h"
 #include "network/model/entity_groups.h"
@@ -130,7 +131,10 @@ PipeSystem system_of(const NetworkModel& model, const ModelDrawingOptions& optio
 class ModelDrawer {
  public:
   ModelDrawer(NetworkModel& model, AcDbDatabase& database, const ModelDrawingOptions& options)
-      : model_(model), database_(database), scale_(options.scale) {
+      : model_(model),
+        database_(database),
+        scale_(options.scale),
+        meter_("drawing", model.nodes.size() + model.links.size()) {
     report_.system = system_of(model, options);
     pipe_kind_ = cad::from_utf8(kind_name(system().pipe_kind));
     node_kind_ = cad::from_utf8(kind_name(system().node_kind));
@@ -195,7 +199,10 @@ class ModelDrawer {
         .real(50, angle);
   }
 
-  cad::Result<AcDbObjectId> make() { return cad::make_entity(database_, {}, groups_.views()); }
+  cad::Result<AcDbObjectId> make() {
+    meter_.step();
+    return cad::make_entity(database_, {}, groups_.views());
+  }
 
   cad::Status draw_nodes() {
     handles_.resize(model_.nodes.size());
@@ -333,6 +340,7 @@ class ModelDrawer {
   NetworkModel& model_;
   AcDbDatabase& database_;
   int scale_;
+  cad::ProgressMeter meter_;
   ModelDrawingReport report_;
   std::wstring pipe_kind_;
   std::wstring node_kind_;
