@@ -7,14 +7,12 @@ import resource
 import shutil
 import signal
 import subprocess
-import sys
-import tempfile
 import time
-import unittest
 
-PROGRAM = ""
-FIXTURES = pathlib.Path(__file__).resolve().parents[1] / "fixtures"
-DRAWING = FIXTURES / "dxf" / "r2000_sample_xrecords.dxf"
+import calling
+from calling import DRAWINGS, NETWORKS, SOURCE
+
+DRAWING = DRAWINGS / "r2000_sample_xrecords.dxf"
 FOREVER = "(progn (close (open \"started\" \"w\")) (while T))"
 
 
@@ -30,12 +28,7 @@ def children_of(process):
     return [int(child) for child in listed.split()]
 
 
-class Batch(unittest.TestCase):
-
-    def setUp(self):
-        holder = tempfile.TemporaryDirectory()
-        self.addCleanup(holder.cleanup)
-        self.folder = pathlib.Path(holder.name)
+class Batch(calling.ProgramTest):
 
     def drawing(self, name):
         path = self.folder / name
@@ -44,11 +37,11 @@ class Batch(unittest.TestCase):
         return name
 
     def run_batch(self, *arguments, **options):
-        return subprocess.run([PROGRAM, "batch", *arguments], cwd=self.folder, text=True,
-                              capture_output=True, check=False, **options)
+        self.call("batch", *arguments, status=None, cwd=self.folder, **options)
+        return self.result
 
     def start_batch(self, *arguments):
-        process = subprocess.Popen([PROGRAM, "batch", *arguments], cwd=self.folder, text=True,
+        process = subprocess.Popen([self.program, "batch", *arguments], cwd=self.folder, text=True,
                                    stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                                    preexec_fn=listen_to_signals)
         self.addCleanup(process.kill)
@@ -91,7 +84,7 @@ class Batch(unittest.TestCase):
         self.assertEqual((self.folder / "out" / "a.dxf").read_bytes(), DRAWING.read_bytes())
 
     def test_models_become_drawings_in_a_folder(self):
-        models = [FIXTURES / "networks" / "Net1.inp", FIXTURES / "networks" / "sewer_user2.inp"]
+        models = [NETWORKS / "Net1.inp", NETWORKS / "sewer_user2.inp"]
         done = self.run_batch("import", *models, "--out-dir", "a/b")
         self.assertIn("== " + str(models[1]), done.stdout)
         self.assertEqual(sorted(os.listdir(self.folder / "a" / "b")),
@@ -120,7 +113,7 @@ class Batch(unittest.TestCase):
         (self.folder / "list.txt").write_bytes("\ufeffa.dxf\r\n\n-e 图 1.dxf\n".encode())
         done = self.run_batch("records", "--list", "list.txt")
         self.assertEqual(self.table(done.stdout), {"a.dxf": "done", "-e 图 1.dxf": "done"})
-        again = self.run_batch("records", "--list", "-", input="a.dxf")
+        again = self.run_batch("records", "--list", "-", stdin="a.dxf")
         self.assertEqual(self.table(again.stdout), {"a.dxf": "done"})
         self.assertEqual(self.run_batch("records", "--list", "none.txt").returncode, 2)
 
@@ -206,12 +199,11 @@ class Batch(unittest.TestCase):
 
     def test_the_example_labels_a_folder(self):
         (self.folder / "in").mkdir()
-        shutil.copyfile(FIXTURES / "networks" / "Net1.inp", self.folder / "in" / "Net1.inp")
-        sewer = FIXTURES / "networks" / "sewer_state_plane.inp"
-        subprocess.run([PROGRAM, "import", sewer, "-o", self.folder / "in" / "plan.dxf"],
-                       capture_output=True, check=True)
-        script = FIXTURES.parents[1] / "examples" / "batch" / "label-all.sh"
-        path = str(pathlib.Path(PROGRAM).parent) + os.pathsep + os.environ["PATH"]
+        shutil.copyfile(NETWORKS / "Net1.inp", self.folder / "in" / "Net1.inp")
+        sewer = NETWORKS / "sewer_state_plane.inp"
+        self.call("import", sewer, "-o", self.folder / "in" / "plan.dxf")
+        script = SOURCE / "examples" / "batch" / "label-all.sh"
+        path = str(pathlib.Path(self.program).parent) + os.pathsep + os.environ["PATH"]
         done = subprocess.run([script, "in", "out"], cwd=self.folder, text=True, check=False,
                               capture_output=True, env={**os.environ, "PATH": path})
         self.assertEqual(done.returncode, 0, done.stderr)
@@ -228,5 +220,4 @@ class Batch(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    PROGRAM = sys.argv.pop(1)
-    unittest.main()
+    calling.main()

@@ -2,45 +2,26 @@
 
 import json
 import os
-import pathlib
-import pty
 import select
 import shutil
 import signal
 import subprocess
-import sys
-import tempfile
 import time
-import unittest
 
 import ezdxf
 
+import calling
 import independent_reader
-
-PROGRAM = ""
-SOURCE = pathlib.Path(__file__).resolve().parents[2]
-FIXTURES = SOURCE / "tests" / "fixtures" / "dxf"
-
-# What the program answers to the shell.
-SUCCESS, PROGRAM_FAILED, WRONG_USAGE, NOT_READ, NOT_WRITTEN = range(5)
+from calling import DRAWINGS, NOT_READ, NOT_WRITTEN, PROGRAM_FAILED, SOURCE, SUCCESS, WRONG_USAGE
 
 
-class CommandLine(unittest.TestCase):
+class CommandLine(calling.ProgramTest):
 
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
+        super().setUp()
         self.plan = self.folder / "plan.dxf"
-        shutil.copy(FIXTURES / "r2013_ansi936_utf8.dxf", self.plan)
+        shutil.copy(DRAWINGS / "r2013_ansi936_utf8.dxf", self.plan)
         self.before = self.plan.read_bytes()
-
-    def call(self, *arguments, status=SUCCESS, stdin=""):
-        self.result = subprocess.run([PROGRAM, *map(str, arguments)], input=stdin,
-                                     capture_output=True, text=True, timeout=120)
-        self.assertEqual(self.result.returncode, status,
-                         self.result.stdout + self.result.stderr)
-        return self.result.stdout
 
     def script(self, text, name="script.lsp"):
         path = self.folder / name
@@ -51,12 +32,6 @@ class CommandLine(unittest.TestCase):
         self.assertEqual(self.plan.read_bytes(), self.before)
         self.assertEqual([p.name for p in self.folder.iterdir() if p.suffix != ".lsp"],
                          ["plan.dxf"])
-
-    def assert_one_line(self, *parts):
-        self.assertEqual(self.result.stderr.count("\n"), 1, self.result.stderr)
-        self.assertTrue(self.result.stderr.startswith("pipenote: "), self.result.stderr)
-        for part in parts:
-            self.assertIn(part, self.result.stderr)
 
 
 class Run(CommandLine):
@@ -151,7 +126,7 @@ class Run(CommandLine):
     def test_a_full_disk_leaves_every_file_as_it_was(self):
         few = len(self.before) // 2
         limited = f"ulimit -f {few // 1024}; exec \"$0\" run \"$1\" -e \"$2\" --in-place"
-        done = subprocess.run(["bash", "-c", limited, PROGRAM, self.plan, "(entdel (entnext))"],
+        done = subprocess.run(["bash", "-c", limited, self.program, self.plan, "(entdel (entnext))"],
                               capture_output=True, text=True, timeout=120, check=False)
         self.assertEqual(done.returncode, NOT_WRITTEN, done.stderr)
         self.assertIn("cannot write", done.stderr)
@@ -205,7 +180,7 @@ class Run(CommandLine):
         self.assertLess(traced.index('(HALF "a")'), traced.index('(TWICE "a")'))
 
     def test_ctrl_c_ends_the_program_being_run(self):
-        run = subprocess.Popen([PROGRAM, "run", self.plan, "-e", '(progn (princ "go\\n") (while T))',
+        run = subprocess.Popen([self.program, "run", self.plan, "-e", '(progn (princ "go\\n") (while T))',
                                 "--in-place"], stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                                text=True)
         time.sleep(1)
@@ -241,7 +216,7 @@ class Run(CommandLine):
     def test_an_r12_drawing_says_once_that_it_holds_no_records(self):
         out = self.folder / "out.dxf"
         line = '(vl-catch-all-apply (quote dimGeRec) (list (list (entlast) "pcgb") (entlast)))'
-        self.call("run", FIXTURES / "r12_sample.dxf", "-e", line, "-e", line, "-o", out)
+        self.call("run", DRAWINGS / "r12_sample.dxf", "-e", line, "-e", line, "-o", out)
         self.assert_one_line("R12")
 
     def test_the_module_is_loaded(self):
@@ -285,14 +260,14 @@ class Info(CommandLine):
             self.assertIn(part, out)
 
     def test_prints_json(self):
-        info = json.loads(self.call("info", "--json", FIXTURES / "r12_binary.dxf"))
+        info = json.loads(self.call("info", "--json", DRAWINGS / "r12_binary.dxf"))
         self.assertEqual((info["version"], info["encoding"]), ("AC1009", "binary"))
         self.assertEqual(sum(info["kinds"].values()), info["objects"])
 
     def test_counts_agree_with_an_independent_reader(self):
         for name in ("r2013_sample.dxf", "r2018_sample.dxf", "r2004_sample.dxf"):
-            info = json.loads(self.call("info", "--json", FIXTURES / name))
-            drawing = independent_reader.read(FIXTURES / name)
+            info = json.loads(self.call("info", "--json", DRAWINGS / name))
+            drawing = independent_reader.read(DRAWINGS / name)
             lines = sum(1 for e in drawing.entitydb.values() if e.dxftype() == "LINE")
             self.assertEqual(info["kinds"].get("LINE", 0), lines, name)
 
@@ -342,26 +317,14 @@ class Prompt(CommandLine):
 
     def talk(self, keys):
         """Types keys at a terminal, each after the program has gone quiet; what it showed."""
-        child, terminal = pty.fork()
-        if child == 0:
-            os.environ["TERM"] = "xterm"
-            os.environ["LC_ALL"] = "C.UTF-8"
-            os.execv(PROGRAM, [PROGRAM, "repl", str(self.plan)])
+        self.environment.update(TERM="xterm", LC_ALL="C.UTF-8")
+        child, terminal = self.start_at_terminal("repl", self.plan)
         shown = b""
-        for key in [b"", *keys]:
-            os.write(terminal, key)
+        for key in keys:
             while select.select([terminal], [], [], 1.0)[0]:
-                try:
-                    piece = os.read(terminal, 4096)
-                except OSError:
-                    piece = b""
-                if not piece:
-                    break
-                shown += piece
-        os.close(terminal)
-        _, status = os.waitpid(child, 0)
-        self.assertEqual(os.waitstatus_to_exitcode(status), SUCCESS)
-        return shown.decode(errors="replace")
+                shown += os.read(terminal, 4096)
+            os.write(terminal, key)
+        return shown.decode(errors="replace") + self.shown_until_end(child, terminal)
 
     def test_a_terminal_completes_names_and_stops_programs(self):
         shown = self.talk([b"(handen\t \"FFFFF\")\n", b"(while T)\n", b"\x03", b"(+ 40 2)\n",
@@ -373,5 +336,4 @@ class Prompt(CommandLine):
 
 
 if __name__ == "__main__":
-    PROGRAM = sys.argv.pop()
-    unittest.main()
+    calling.main()

@@ -1,16 +1,11 @@
 """`pipenote import` on real networks: what it draws, what it tells, and what it does with bad files."""
 
 import json
-import pathlib
-import subprocess
-import sys
-import tempfile
-import unittest
 
+import calling
 import independent_reader
+from calling import NETWORKS, NOT_READ, NOT_WRITTEN, PROGRAM_FAILED, SUCCESS, WRONG_USAGE
 
-PROGRAM = ""
-NETWORKS = pathlib.Path(__file__).resolve().parents[1] / "fixtures" / "networks"
 APPLICATION = "PIPENOTE"
 
 # Pipes, nodes, and links that are no pipes, counted by hand-written rules in model_rows().
@@ -41,20 +36,17 @@ def pairs(entity):
     return dict(zip(values[::2], values[1::2]))
 
 
-class Import(unittest.TestCase):
+class Import(calling.ProgramTest):
 
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
+        super().setUp()
         self.output = self.folder / "out.dxf"
 
-    def call(self, model, *options, status=(0, 1)):
-        self.result = subprocess.run(
-            [PROGRAM, "import", str(model), "-o", str(self.output), *options],
-            capture_output=True, text=True, timeout=120)
-        self.assertIn(self.result.returncode, status, self.result.stdout + self.result.stderr)
-        return self.result.stdout
+    def imported(self, model, *options, status=None):
+        """The report. Lines of a model that cannot be used make it fail."""
+        report = self.call("import", model, "-o", self.output, *options, status=status)
+        self.assertIn(self.result.returncode, (SUCCESS, PROGRAM_FAILED) if status is None else (status,))
+        return report
 
     def given(self, text, name="model.inp"):
         path = self.folder / name
@@ -74,7 +66,7 @@ class Import(unittest.TestCase):
         for name in SUPPLY + SEWERS:
             with self.subTest(name):
                 rows = model_rows(NETWORKS / name)
-                report = json.loads(self.call(NETWORKS / name, "--json"))
+                report = json.loads(self.imported(NETWORKS / name, "--json"))
                 elements = self.elements(self.drawing())
                 codes = sorted(data["code"] for _, data in elements if "code" in data)
                 numbers = sorted(data["number"] for _, data in elements if "number" in data)
@@ -90,7 +82,7 @@ class Import(unittest.TestCase):
         for name in SUPPLY + SEWERS:
             with self.subTest(name):
                 rows = model_rows(NETWORKS / name)
-                unit = json.loads(self.call(NETWORKS / name, "--json"))["map_unit"]["metres"]
+                unit = json.loads(self.imported(NETWORKS / name, "--json"))["map_unit"]["metres"]
                 places = {row[0]: [float(row[1]) * unit, float(row[2]) * unit]
                           for row in rows["COORDINATES"]}
                 bends = {}
@@ -120,7 +112,7 @@ class Import(unittest.TestCase):
 
     def test_values_of_supply_pipes_are_metres_and_millimetres(self):
         rows = model_rows(NETWORKS / "Net3.inp")
-        self.call(NETWORKS / "Net3.inp")
+        self.imported(NETWORKS / "Net3.inp")
         sizes = {row[0]: (float(row[3]) * 0.3048, float(row[4]) * 25.4) for row in rows["PIPES"]}
         elevations = {row[0]: float(row[1]) * 0.3048 for row in rows["JUNCTIONS"]}
         for _, data in self.elements(self.drawing()):
@@ -132,7 +124,7 @@ class Import(unittest.TestCase):
 
     def test_values_of_conduits_are_metres_and_millimetres(self):
         rows = model_rows(NETWORKS / "sewer_state_plane.inp")
-        self.call(NETWORKS / "sewer_state_plane.inp", "--system", "drainage", status=(0,))
+        self.imported(NETWORKS / "sewer_state_plane.inp", "--system", "drainage", status=SUCCESS)
         bottoms = {row[0]: float(row[1]) for section in NODE_SECTIONS for row in rows.get(section, [])}
         conduits = {row[0]: row for row in rows["CONDUITS"]}
         sections = {row[0]: float(row[2]) * 304.8 for row in rows["XSECTIONS"]}
@@ -148,7 +140,7 @@ class Import(unittest.TestCase):
     def test_every_section_that_is_not_used_is_named(self):
         for name in SUPPLY + SEWERS:
             with self.subTest(name):
-                unused = json.loads(self.call(NETWORKS / name, "--json"))["unused"]
+                unused = json.loads(self.imported(NETWORKS / name, "--json"))["unused"]
                 rows = model_rows(NETWORKS / name)
                 for entry in unused:
                     self.assertEqual(entry["rows"], len(rows.pop(entry["section"].upper())))
@@ -160,7 +152,7 @@ class Import(unittest.TestCase):
     def test_lines_that_cannot_be_used_are_told_with_their_numbers(self):
         model = self.given("[JUNCTIONS]\nA 1\nB 2\n[PIPES]\nP A X 1 2\nQ A B 10 -5\n"
                            "[COORDINATES]\nA 0 0\nB 9 0\n[OPTIONS]\nUNITS LPS\n")
-        self.call(model, status=(1,))
+        self.imported(model, status=PROGRAM_FAILED)
         lines = self.result.stderr.splitlines()
         self.assertEqual(len(lines), 2, lines)
         self.assertTrue(lines[0].startswith(f'pipenote: {model}:5: "P" ends at the node "X"'), lines)
@@ -170,24 +162,23 @@ class Import(unittest.TestCase):
     def test_a_file_that_is_no_model_leaves_no_drawing(self):
         for text in ("", "[PIPES]\n", "[JUNCTIONS]\nA 1\n[PIPES]\n", b"\0\1\2" * 100, "0\nEOF\n"):
             with self.subTest(text):
-                self.call(self.given(text), status=(3,))
-                self.assertEqual(self.result.stderr.count("\n"), 1, self.result.stderr)
-                self.assertIn("model.inp: ", self.result.stderr)
+                self.imported(self.given(text), status=NOT_READ)
+                self.assert_one_line("model.inp: ")
                 self.assertFalse(self.output.exists())
 
     def test_a_drawing_that_cannot_be_written_is_named(self):
         self.output = self.folder / "no" / "out.dxf"
-        self.call(NETWORKS / "Net1.inp", status=(4,))
+        self.imported(NETWORKS / "Net1.inp", status=NOT_WRITTEN)
         self.assertIn("out.dxf", self.result.stderr)
 
     def test_wrong_options_are_refused(self):
         for options in (("--system", "gas"), ("--map-unit", "0"), ("--scale", "-1")):
             with self.subTest(options):
-                self.call(NETWORKS / "Net1.inp", *options, status=(2,))
+                self.imported(NETWORKS / "Net1.inp", *options, status=WRONG_USAGE)
                 self.assertFalse(self.output.exists())
 
     def test_the_report_reads_well(self):
-        text = self.call(NETWORKS / "Net1.inp", status=(0,))
+        text = self.imported(NETWORKS / "Net1.inp", status=SUCCESS)
         for part in ("a water supply network of EPANET", "GPM: feet and inches, converted",
                      "pipes                    12", "[PATTERNS], line 56: 2 lines",
                      "without lines: [TAGS], [STATUS]"):
@@ -195,5 +186,4 @@ class Import(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    PROGRAM = sys.argv.pop(1)
-    unittest.main(verbosity=2)
+    calling.main(verbosity=2)

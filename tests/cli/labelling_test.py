@@ -2,170 +2,24 @@
 
 import json
 import math
-import os
 import pathlib
-import pty
-import subprocess
-import sys
-import tempfile
-import unittest
 
 import ezdxf
 
+import calling
 import independent_reader
+from calling import (DRAWINGS, NETWORKS, NOT_READ, NOT_WRITTEN, PROGRAM_FAILED, SAMPLE_NETWORKS,
+                     SUCCESS, WRONG_USAGE)
+from labelled import (LabellingTest, handles_of_labels, is_pipe, label_entities, length_of,
+                      objects, recorded, texts_of, values_of)
 
-PROGRAM = ""
-FIXTURES = pathlib.Path(__file__).resolve().parents[1] / "fixtures"
-NETWORKS = FIXTURES / "networks"
-SAMPLES = ("Net1.inp", "Net3.inp", "ky4.inp", "sewer_state_plane.inp", "sewer_user2.inp")
-WITHOUT_NETWORK = FIXTURES / "dxf" / "r2013_ansi936_utf8.dxf"
-OWNER_LINK = "PIPENOTE_LABEL"
-SUCCESS, PROGRAM_FAILED, WRONG_USAGE, NOT_READ, NOT_WRITTEN = range(5)
-
-EDITING = """
-(defun with-value (data key value)
-  (cond ((null data) nil)
-        ((equal (car data) (cons 1000 key)) (cons (car data) (cons value (cddr data))))
-        (T (cons (car data) (with-value (cdr data) key value)))))
-(defun set-data (handle key value / entity data)
-  (setq entity (entget (handent handle) '("PIPENOTE"))
-        data (cadr (assoc -3 entity)))
-  (entmod (subst (list -3 (cons (car data) (with-value (cdr data) key value)))
-                 (assoc -3 entity) entity)))
-(defun set-group (handle group value / entity)
-  (setq entity (entget (handent handle)))
-  (entmod (subst (cons group value) (assoc group entity) entity)))
-"""
+WITHOUT_NETWORK = DRAWINGS / "r2013_ansi936_utf8.dxf"
 
 
-def values_of(entity):
-    """What the entity's data say of a pipe or node; empty for others."""
-    if not entity.has_xdata("PIPENOTE"):
-        return {}
-    values = [tag.value for tag in entity.get_xdata("PIPENOTE") if tag.code != 1001]
-    return dict(zip(values[::2], values[1::2]))
-
-
-def length_of(entity):
-    if entity.dxftype() == "LINE":
-        points = [entity.dxf.start, entity.dxf.end]
-    else:
-        points = list(entity.get_points("xy"))
-    return sum(math.dist(tuple(a)[:2], tuple(b)[:2]) for a, b in zip(points, points[1:]))
-
-
-def is_pipe(values):
-    return values.get("kind", "").endswith("-pipe")
-
-
-def label_entities(document):
-    """Owner's handle -> the entities that name it as their owner."""
-    labels = {}
-    for entity in document.modelspace():
-        if entity.has_xdata(OWNER_LINK):
-            for tag in entity.get_xdata(OWNER_LINK):
-                if tag.code == 1005:
-                    labels.setdefault(tag.value, []).append(entity)
-    return labels
-
-
-def shown(entity):
-    return independent_reader.plain_text(entity.dxf.text)
-
-
-def texts_of(document):
-    """Owner's handle -> the texts of its labels."""
-    return {owner: [shown(entity) for entity in entities if entity.dxftype() == "TEXT"]
-            for owner, entities in label_entities(document).items()}
-
-
-def recorded(owner, annotation_type):
-    """The text that the record's pieces make, or None."""
-    items = independent_reader.record_items(owner, annotation_type)
-    if items is None:
-        return None
-    return "".join(prefix + value + suffix + separator
-                   for name, handle, prefix, value, suffix, separator, kind, _ in items
-                   if handle and value != name and not kind)
-
-
-def handles_of_label(document, owner):
-    """The owner's labels, its dictionary and the records in it."""
-    entity = document.entitydb[owner]
-    handles = {entity.dxf.handle for entity in label_entities(document).get(owner, [])}
-    if entity.has_extension_dict:
-        dictionary = entity.get_extension_dict().dictionary
-        handles.add(dictionary.dxf.handle)
-        handles.update(record.dxf.handle for _, record in dictionary.items())
-    return handles
-
-
-def objects(path):
-    """Handle -> the bytes of every entity and object of the file, its header left out."""
-    lines = path.read_bytes().splitlines()
-    found, start, handle = {}, None, None
-    for at in range(0, len(lines) - 1, 2):
-        group = lines[at].strip()
-        if group == b"0":
-            if handle:
-                found[handle] = lines[start:at]
-            start, handle = (None if lines[at + 1] == b"SECTION" else at), None
-        elif group in (b"5", b"105") and start is not None and handle is None:
-            handle = lines[at + 1].strip().decode()
-    return found
-
-
-class Labelling(unittest.TestCase):
-
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
-        self.environment = dict(os.environ)
-        (self.folder / "editing.lsp").write_text(EDITING)
-
-    def call(self, *arguments, status=SUCCESS):
-        self.result = subprocess.run([PROGRAM, *map(str, arguments)], capture_output=True,
-                                     text=True, timeout=120, env=self.environment)
-        self.assertEqual(self.result.returncode, status, self.result.stdout + self.result.stderr)
-        return self.result.stdout
-
-    def imported(self, sample="Net3.inp"):
-        path = self.folder / "plain.dxf"
-        subprocess.run([PROGRAM, "import", str(NETWORKS / sample), "-o", str(path)],
-                       capture_output=True, timeout=120)
-        return path
-
-    def labelled(self, sample="Net3.inp"):
-        path = self.folder / "plan.dxf"
-        self.call("label", self.imported(sample), "-o", path)
-        return path
-
-    def read(self, path):
-        document = independent_reader.read(path)
-        self.assertEqual(independent_reader.complaints(document), [])
-        return document
-
-    def edit(self, path, *calls):
-        expressions = [part for call in calls for part in ("-e", call)]
-        self.call("run", path, self.folder / "editing.lsp", *expressions, "--in-place")
-        (self.folder / (path.name + ".bak")).unlink()
-
-    def pipes(self, document):
-        return {entity.dxf.handle: values_of(entity) for entity in document.modelspace()
-                if is_pipe(values_of(entity))}
-
-    def assert_one_line(self, *parts):
-        self.assertEqual(self.result.stderr.count("\n"), 1, self.result.stderr)
-        self.assertTrue(self.result.stderr.startswith("pipenote: "), self.result.stderr)
-        for part in parts:
-            self.assertIn(part, self.result.stderr)
-
-
-class Label(Labelling):
+class Label(LabellingTest):
 
     def test_every_pipe_and_node_of_the_sample_networks_shows_what_is_recorded(self):
-        for sample in SAMPLES:
+        for sample in SAMPLE_NETWORKS:
             with self.subTest(sample):
                 report = json.loads(self.call("label", self.imported(sample), "--json", "-o",
                                               self.folder / "plan.dxf"))
@@ -298,12 +152,12 @@ class Label(Labelling):
         self.assert_one_line("o.dxf")
 
 
-class Update(Labelling):
+class Update(LabellingTest):
 
     def setUp(self):
         super().setUp()
         self.plan = self.labelled()
-        self.document = self.read(self.plan)
+        self.document = self.labelled_document()  # not to be changed
 
     def findings(self, *options, status=SUCCESS):
         return json.loads(self.call("update", *options, "--json", status=status))[0]["findings"]
@@ -323,7 +177,7 @@ class Update(Labelling):
     def test_only_the_labels_of_what_has_changed_are_written(self):
         pipes, well = self.changed()
         before, owners = objects(self.plan), [*pipes, well]
-        touched = set().union(*(handles_of_label(self.document, owner) for owner in owners))
+        touched = handles_of_labels(self.document, owners)
         rows = self.findings(self.plan, "--in-place")
         self.assertEqual({row["owner"] for row in rows}, set(owners))
         for row in rows:
@@ -333,7 +187,7 @@ class Update(Labelling):
                 self.assertEqual((row["item"], row["now"], row["action"]),
                                  ("pipe_dia", "DN975", "updated"))
         document, after = self.read(self.plan), objects(self.plan)
-        touched |= set().union(*(handles_of_label(document, owner) for owner in owners))
+        touched |= handles_of_labels(document, owners)
         touched.add(well)  # may name its dictionary
         different = {handle for handle in before.keys() | after.keys()
                      if before.get(handle) != after.get(handle)}
@@ -345,7 +199,7 @@ class Update(Labelling):
         self.assertLess(abs(math.dist(tuple(was), tuple(now)) - 50.0), 25.0)
 
     def test_every_sample_network_is_in_order_after_edits_and_one_update(self):
-        for sample in SAMPLES:
+        for sample in SAMPLE_NETWORKS:
             with self.subTest(sample):
                 self.plan = self.labelled(sample)
                 self.document = self.read(self.plan)
@@ -432,8 +286,9 @@ class Update(Labelling):
     def test_a_label_without_owner_is_named_and_kept(self):
         pipe = next(iter(self.pipes(self.document)))
         label = label_entities(self.document)[pipe][0].dxf.handle
-        self.document.modelspace().delete_entity(self.document.entitydb[pipe])
-        self.document.saveas(self.plan)
+        document = self.read(self.plan)
+        document.modelspace().delete_entity(document.entitydb[pipe])
+        document.saveas(self.plan)
         before = self.plan.read_bytes()
         out = self.call("update", self.plan, "--in-place")
         self.assertIn(f"{label}: owner gone (its owner {pipe} is gone): kept", out)
@@ -453,7 +308,7 @@ class Update(Labelling):
 
     def test_a_batch_labels_and_updates(self):
         names = []
-        for sample in SAMPLES[:2]:
+        for sample in SAMPLE_NETWORKS[:2]:
             names.append(self.folder / (pathlib.Path(sample).stem + ".dxf"))
             names[-1].write_bytes(self.imported(sample).read_bytes())
         self.assertIn("2 of 2 done", self.call("batch", "label", *names, "--in-place"))
@@ -479,67 +334,5 @@ class Update(Labelling):
         self.assertEqual(out.read_bytes(), WITHOUT_NETWORK.read_bytes())
 
 
-class SlowDrawings(Labelling):
-    """A converter of our own stands in for a slow one."""
-
-    def setUp(self):
-        super().setUp()
-        plain = self.labelled("Net1.inp")
-        self.drawing = self.folder / "plan.dwg"
-        self.drawing.write_bytes(b"AC1027 not really")
-        programs = self.folder / "bin"
-        programs.mkdir()
-        self.environment["PATH"] = str(programs)
-        converter = programs / "dwg2dxf"
-        converter.write_text(f'#!/bin/sh\n/bin/sleep 1.3\n/bin/cp "{plain}" "$3"\n')
-        converter.chmod(0o755)
-
-    def at_terminal(self, *arguments):
-        child, terminal = pty.fork()
-        if child == 0:
-            os.execve(PROGRAM, [PROGRAM, *map(str, arguments)], self.environment)
-        output = b""
-        while True:
-            try:
-                piece = os.read(terminal, 4096)
-            except OSError:
-                piece = b""
-            if not piece:
-                break
-            output += piece
-        os.close(terminal)
-        _, status = os.waitpid(child, 0)
-        self.assertEqual(os.waitstatus_to_exitcode(status), SUCCESS)
-        return output.decode()
-
-    def test_a_terminal_shows_what_takes_longer_than_a_second(self):
-        output = self.at_terminal("label", self.drawing, "-o", self.folder / "out.dxf")
-        erase = "\r\x1b[K"
-        self.assertIn(erase + "plan.dwg: reading, 1 s", output)
-        self.assertNotIn("reading, 0 s", output)
-        self.assertRegex(output.split(erase)[-1], r"^labels drawn")
-
-    def test_the_bar_is_that_of_the_drawings(self):
-        output = self.at_terminal("update", self.drawing, self.drawing, "--dry-run")
-        self.assertIn("[----------] 1/2 plan.dwg: reading, 1 s", output)
-        self.assertIn("[#####-----] 2/2 plan.dwg: reading, ", output)
-
-    def test_what_is_quick_shows_nothing(self):
-        output = self.at_terminal("update", self.folder / "plan.dxf", "--dry-run")
-        self.assertNotIn("\r\x1b", output)
-
-    def test_a_pipe_is_shown_nothing(self):
-        self.call("label", self.drawing, "-o", self.folder / "out.dxf")
-        self.assertEqual(self.result.stderr, "")
-
-    def test_no_dwg_file_is_written(self):
-        before = self.drawing.read_bytes()
-        for command in ("label", "update"):
-            self.call(command, self.drawing, "--in-place", status=WRONG_USAGE)
-            self.assert_one_line("plan.dwg")
-        self.assertEqual(self.drawing.read_bytes(), before)
-
-
 if __name__ == "__main__":
-    PROGRAM = sys.argv.pop(1)
-    unittest.main()
+    calling.main()

@@ -1,29 +1,20 @@
 """pipenote network: what it finds in a drawing that holds every kind and every fault."""
 
 import json
-import pathlib
-import subprocess
-import sys
-import unittest
 
-PROGRAM = ""
-FIXTURES = pathlib.Path(__file__).resolve().parents[1] / "fixtures" / "dxf"
-SAMPLE = FIXTURES / "network_sample.dxf"
+import calling
+from calling import DRAWINGS, NOT_READ, PROGRAM_FAILED, SUCCESS, WRONG_USAGE
 
-SUCCESS, SOMETHING_WRONG, WRONG_USAGE, NOT_READ = range(4)
+SAMPLE = DRAWINGS / "network_sample.dxf"
 
 
-class Network(unittest.TestCase):
+class Network(calling.ProgramTest):
 
-    def call(self, *arguments, status=SUCCESS):
-        self.result = subprocess.run([PROGRAM, "network", *map(str, arguments)],
-                                     capture_output=True, text=True, timeout=120)
-        self.assertEqual(self.result.returncode, status,
-                         self.result.stdout + self.result.stderr)
-        return self.result.stdout
+    def surveyed(self, *arguments, status=SUCCESS):
+        return self.call("network", *arguments, status=status)
 
     def sample(self):
-        return json.loads(self.call(SAMPLE, "--json", status=SOMETHING_WRONG))
+        return json.loads(self.surveyed(SAMPLE, "--json", status=PROGRAM_FAILED))
 
     def test_kinds_are_counted_with_their_length(self):
         kinds = self.sample()["kinds"]
@@ -51,7 +42,7 @@ class Network(unittest.TestCase):
 
     def test_the_text_says_the_same_a_line_each(self):
         problems = self.sample()["problems"]
-        lines = self.call(SAMPLE, status=SOMETHING_WRONG).splitlines()
+        lines = self.surveyed(SAMPLE, status=PROGRAM_FAILED).splitlines()
         told = lines[-1 - len(problems):-1]
         self.assertEqual(told, [f"{p['handle']} {p['kind']}: {p['text']}" for p in problems])
         self.assertEqual(lines[-1], "32 problems with 14 entities")
@@ -59,26 +50,25 @@ class Network(unittest.TestCase):
 
     def test_the_drawing_is_not_changed(self):
         before = SAMPLE.read_bytes()
-        self.call(SAMPLE, status=SOMETHING_WRONG)
+        self.surveyed(SAMPLE, status=PROGRAM_FAILED)
         self.assertEqual(SAMPLE.read_bytes(), before)
 
     def test_a_drawing_without_a_network_has_nothing_wrong(self):
-        drawing = FIXTURES / "r2013_sample.dxf"
-        self.assertEqual(self.call(drawing), "no pipes and no nodes\nnothing is wrong\n")
-        self.assertEqual(json.loads(self.call(drawing, "--json")), {"kinds": {}, "problems": []})
+        drawing = DRAWINGS / "r2013_sample.dxf"
+        self.assertEqual(self.surveyed(drawing), "no pipes and no nodes\nnothing is wrong\n")
+        self.assertEqual(json.loads(self.surveyed(drawing, "--json")), {"kinds": {}, "problems": []})
 
     def test_a_drawing_that_cannot_be_read_says_so(self):
-        self.assertEqual(self.call(FIXTURES / "missing.dxf", status=NOT_READ), "")
+        self.assertEqual(self.surveyed(DRAWINGS / "missing.dxf", status=NOT_READ), "")
         self.assertIn("missing.dxf", self.result.stderr)
 
     def test_wrong_usage_is_told(self):
-        self.call(status=WRONG_USAGE)
-        self.call(SAMPLE, "--unknown", status=WRONG_USAGE)
+        self.surveyed(status=WRONG_USAGE)
+        self.surveyed(SAMPLE, "--unknown", status=WRONG_USAGE)
 
     def test_the_help_has_an_example(self):
-        self.assertIn("pipenote network plan.dxf", self.call("--help"))
+        self.assertIn("pipenote network plan.dxf", self.surveyed("--help"))
 
 
 if __name__ == "__main__":
-    PROGRAM = sys.argv.pop(1)
-    unittest.main()
+    calling.main()

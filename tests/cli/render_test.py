@@ -1,17 +1,14 @@
 """`pipenote render` from outside: pictures that other programs read, what is told, bad input."""
 
-import pathlib
 import subprocess
-import sys
-import tempfile
-import unittest
 import xml.etree.ElementTree as tree
 import zlib
 
 import ezdxf
 
-PROGRAM = ""
-FIXTURES = pathlib.Path(__file__).resolve().parents[1] / "fixtures" / "dxf"
+import calling
+from calling import DRAWINGS
+
 SVG = "{http://www.w3.org/2000/svg}"
 
 
@@ -59,12 +56,7 @@ def darkness(data, cell=20):
     return cells
 
 
-class Render(unittest.TestCase):
-
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
+class Render(calling.ProgramTest):
 
     def drawing(self, draw, name="plan.dxf"):
         """A drawing that `draw` fills: it gets the model space."""
@@ -85,10 +77,7 @@ class Render(unittest.TestCase):
         return self.drawing(draw)
 
     def render(self, drawing, output, *options, status=0):
-        self.result = subprocess.run(
-            [PROGRAM, "render", str(drawing), "-o", str(self.folder / output), *options],
-            capture_output=True, text=True, timeout=120)
-        self.assertEqual(self.result.returncode, status, self.result.stdout + self.result.stderr)
+        self.call("render", drawing, "-o", self.folder / output, *options, status=status)
         return self.folder / output
 
     def svg(self, drawing, *options):
@@ -170,17 +159,17 @@ class Render(unittest.TestCase):
         self.assertIn("is no handle", self.result.stderr)
 
     def test_report_counts_what_is_not_drawn(self):
-        self.render(FIXTURES / "r2013_sample.dxf", "out.svg")
+        self.render(DRAWINGS / "r2013_sample.dxf", "out.svg")
         self.assertIn(": 3 TOLERANCE not drawn", self.result.stderr)
         self.assertRegex(self.result.stdout, r"out\.svg: 163 entities, \d+ x \d+ pixels\n")
 
     def test_a_layout_is_drawn_on_demand(self):
-        self.render(FIXTURES / "r2013_sample.dxf", "out.svg", "--layout", "layout1")
-        self.render(FIXTURES / "r2013_sample.dxf", "out.svg", "--layout", "nowhere", status=2)
+        self.render(DRAWINGS / "r2013_sample.dxf", "out.svg", "--layout", "layout1")
+        self.render(DRAWINGS / "r2013_sample.dxf", "out.svg", "--layout", "nowhere", status=2)
         self.assertIn("there are: Model, Layout1", self.result.stderr)
 
     def test_every_sample_makes_every_format(self):
-        for drawing in sorted(FIXTURES.glob("*.dxf")):
+        for drawing in sorted(DRAWINGS.glob("*.dxf")):
             with self.subTest(drawing.name):
                 tree.parse(self.render(drawing, "out.svg"))
                 png_size(self.render(drawing, "out.png").read_bytes())
@@ -189,11 +178,11 @@ class Render(unittest.TestCase):
 
     def test_pictures_are_the_same_every_time(self):
         for name in ("a.svg", "a.png", "a.pdf"):
-            first = self.render(FIXTURES / "r2018_sample.dxf", name).read_bytes()
-            self.assertEqual(self.render(FIXTURES / "r2018_sample.dxf", name).read_bytes(), first)
+            first = self.render(DRAWINGS / "r2018_sample.dxf", name).read_bytes()
+            self.assertEqual(self.render(DRAWINGS / "r2018_sample.dxf", name).read_bytes(), first)
 
     def test_svg_and_png_and_pdf_show_the_same(self):
-        drawing = FIXTURES / "r2018_sample.dxf"
+        drawing = DRAWINGS / "r2018_sample.dxf"
         direct = self.render(drawing, "a.png", "--size", "800x500").read_bytes()
         svg = self.render(drawing, "a.svg", "--size", "800x500")
         by_svg = subprocess.run(["rsvg-convert", str(svg)], capture_output=True, check=True).stdout
@@ -248,5 +237,4 @@ class Render(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    PROGRAM = sys.argv.pop(1)
-    unittest.main()
+    calling.main()

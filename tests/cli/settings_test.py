@@ -1,28 +1,22 @@
 """What `format` and `settings` answer to those who ask how labels look and why."""
 
 import json
-import pathlib
-import subprocess
-import sys
-import tempfile
-import unittest
 
-PROGRAM = ""
-SUCCESS, WRONG_USAGE = 0, 2
+import calling
+from calling import SUCCESS, WRONG_USAGE
 
 
 def record(name, value):
     return name.encode("gbk").ljust(32, b"\0") + value.encode("gbk").ljust(128, b"\0")
 
 
-class SettingsCommands(unittest.TestCase):
+class SettingsCommands(calling.ProgramTest):
     """An installation of its own, with a line of lengths, one of slopes, and nothing else."""
 
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.install = pathlib.Path(folder.name) / "install"
-        self.project = pathlib.Path(folder.name) / "project"
+        super().setUp()
+        self.install = self.folder / "install"
+        self.project = self.folder / "project"
         self.project.mkdir()
         self.given("Is/gdcdpdbz.dat", '; labels\n"L=" mm 0 mm 0\n"i=" ‰ 2 ‰ 0\n')
 
@@ -33,10 +27,7 @@ class SettingsCommands(unittest.TestCase):
 
     def call(self, *arguments, status=SUCCESS, own=True):
         folders = ["--install-dir", self.install, "--project-dir", self.project] if own else []
-        self.result = subprocess.run([PROGRAM, *map(str, arguments), *map(str, folders)],
-                                     capture_output=True, text=True, timeout=120)
-        self.assertEqual(self.result.returncode, status, self.result.stdout + self.result.stderr)
-        return self.result.stdout
+        return super().call(*arguments, *folders, status=status)
 
     def label(self, *arguments, **options):
         return self.call("format", *arguments, **options)
@@ -193,5 +184,4 @@ class Settings(SettingsCommands):
 
 
 if __name__ == "__main__":
-    PROGRAM = sys.argv.pop()
-    unittest.main()
+    calling.main()

@@ -1,16 +1,10 @@
 """From a model to a labelled drawing that stays right, with an independent reader looking on."""
 
-import pathlib
-import subprocess
-import sys
-import tempfile
-import unittest
 
+import calling
 import independent_reader
+from calling import NETWORKS, SAMPLE_NETWORKS
 
-PROGRAM = ""
-NETWORKS = pathlib.Path(__file__).resolve().parents[1] / "fixtures" / "networks"
-SAMPLES = ("Net1.inp", "Net3.inp", "ky4.inp", "sewer_state_plane.inp", "sewer_user2.inp")
 OWNER_LINK = "PIPENOTE_LABEL"
 
 
@@ -46,31 +40,19 @@ def set_diameter(pipe, diameter):
     pipe.set_xdata("PIPENOTE", tags)
 
 
-class LabelledDrawings(unittest.TestCase):
-
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
-
-    def call(self, *arguments, status=0):
-        result = subprocess.run([PROGRAM, *map(str, arguments)], capture_output=True, text=True,
-                                timeout=120)
-        self.assertEqual(result.returncode, status, result.stdout + result.stderr)
-        return result.stdout
+class LabelledDrawings(calling.ProgramTest):
 
     def run_lisp(self, program, drawing, output):
         return self.call("run", "--load", "labeler.arx", "-e", program, drawing, "-o", output)
 
     def labelled(self, sample):
         plain, drawing = self.folder / "plain.dxf", self.folder / "labelled.dxf"
-        subprocess.run([PROGRAM, "import", str(NETWORKS / sample), "-o", str(plain)],
-                       capture_output=True, timeout=120)
+        self.call("import", NETWORKS / sample, "-o", plain, status=None)  # 1: lines not used
         self.run_lisp("(labelnetwork)", plain, drawing)
         return drawing
 
     def test_labelled_networks_pass_the_audit_and_every_label_names_its_owner(self):
-        for sample in SAMPLES:
+        for sample in SAMPLE_NETWORKS:
             with self.subTest(sample):
                 document = independent_reader.read(self.labelled(sample))
                 self.assertEqual(independent_reader.complaints(document), [])
@@ -107,5 +89,4 @@ class LabelledDrawings(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    PROGRAM = sys.argv.pop(1)
-    unittest.main()
+    calling.main()

@@ -1,40 +1,19 @@
 """DWG files where drawings are read. A converter of our own stands in for the real one; what the real
 one makes of sample files is read by an independent reader where one is installed."""
 
-import os
-import pathlib
 import shutil
 import subprocess
-import sys
-import tempfile
 import unittest
 
+import calling
 import independent_reader
+from calling import DRAWINGS, FIXTURES, NOT_READ, NOT_WRITTEN, WRONG_USAGE
 
-PROGRAM = ""
-SOURCE = pathlib.Path(__file__).resolve().parents[2]
-SAMPLES = SOURCE / "tests" / "fixtures" / "dwg"
-PLAN = SOURCE / "tests" / "fixtures" / "dxf" / "r2013_ansi936_utf8.dxf"
-SUCCESS, PROGRAM_FAILED, WRONG_USAGE, NOT_READ, NOT_WRITTEN = range(5)
+SAMPLES = FIXTURES / "dwg"
+PLAN = DRAWINGS / "r2013_ansi936_utf8.dxf"
 
 
-class WithFolder(unittest.TestCase):
-
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
-        self.environment = dict(os.environ)
-
-    def call(self, *arguments, status=SUCCESS, stdin=""):
-        result = subprocess.run([PROGRAM, *map(str, arguments)], input=stdin, text=True, timeout=300,
-                                capture_output=True, env=self.environment)
-        self.assertEqual(result.returncode, status, result.stdout + result.stderr)
-        self.told = result.stderr
-        return result.stdout
-
-
-class FakeConverter(WithFolder):
+class FakeConverter(calling.ProgramTest):
 
     def setUp(self):
         super().setUp()
@@ -69,13 +48,12 @@ class FakeConverter(WithFolder):
 
     def test_no_dwg_file_is_written(self):
         self.call("run", self.drawing, "-e", "1", "--in-place", status=WRONG_USAGE)
-        self.assertEqual(self.told, f"pipenote: {self.drawing}: is a DWG file, and drawings are "
-                                    "written as DXF: name another file\n")
+        self.assert_one_line(f"{self.drawing}: is a DWG file, and drawings are written as DXF: name "
+                             "another file\n")
         self.call("run", self.drawing, "-e", "1", "-o", self.drawing, status=WRONG_USAGE)
         out = self.folder / "new.DWG"
         self.call("run", PLAN, "-e", '(princ "ran")', "-o", out, status=WRONG_USAGE)
-        self.assertEqual(self.told, f"pipenote: {out}: drawings are written as DXF: give the file the "
-                                    "extension .dxf\n")
+        self.assert_one_line(f"{out}: drawings are written as DXF: give the file the extension .dxf\n")
         self.assertFalse(out.exists())
         self.assertEqual(self.drawing.read_bytes(), self.bytes)
 
@@ -87,7 +65,7 @@ class FakeConverter(WithFolder):
 
     def test_the_prompt_saves_elsewhere(self):
         self.call("repl", self.drawing, stdin=":save\n", status=NOT_WRITTEN)
-        self.assertIn("name another file", self.told)
+        self.assertIn("name another file", self.result.stderr)
         self.call("repl", self.drawing, stdin=f":save {self.folder}/saved.dxf\n")
         self.assertTrue((self.folder / "saved.dxf").exists())
 
@@ -102,17 +80,15 @@ class FakeConverter(WithFolder):
         for line, part in cases.items():
             self.given(line)
             self.call("info", self.drawing, status=NOT_READ)
-            self.assertEqual(self.told.count("\n"), 1, self.told)
-            self.assertIn(part, self.told)
-            self.assertIn("plan.dwg", self.told)
+            self.assert_one_line(part, "plan.dwg")
         self.converter.unlink()
         self.call("run", self.drawing, "-e", "1", status=NOT_READ)
         self.assertIn("is a DWG file (R2013); reading DWG files needs a converter: run "
-                      "script/setup --dwg", self.told)
+                      "script/setup --dwg", self.result.stderr)
 
     def test_insert_takes_a_dwg_file(self):
         host = self.folder / "host.dxf"
-        shutil.copy(SOURCE / "tests" / "fixtures" / "dxf" / "r2018_sample.dxf", host)
+        shutil.copy(DRAWINGS / "r2018_sample.dxf", host)
         out = self.folder / "out.dxf"
         expression = '(command "_.-INSERT" "SYMBOL=%s" "0,0" 1 1 0)' % self.drawing
         self.call("run", host, "-e", expression, "-o", out)
@@ -145,11 +121,11 @@ def with_chinese_texts(data):
     return bytes(patched)
 
 
-class RealConverter(WithFolder):
+class RealConverter(calling.ProgramTest):
 
     @classmethod
     def setUpClass(cls):
-        result = subprocess.run([PROGRAM, "info", SAMPLES / "r2018_empty.dwg"], text=True,
+        result = subprocess.run([cls.program, "info", SAMPLES / "r2018_empty.dwg"], text=True,
                                 capture_output=True, timeout=300)
         missing = ("needs a converter", "Node (node) is needed")
         if result.returncode == NOT_READ and any(part in result.stderr for part in missing):
@@ -198,10 +174,8 @@ class RealConverter(WithFolder):
         for data in (whole[:20], whole[:5000], whole[:6] + bytes(2000)):
             drawing.write_bytes(data)
             self.call("info", drawing, status=NOT_READ)
-            self.assertEqual(self.told.count("\n"), 1, self.told)
-            self.assertIn("damaged.dwg: is a DWG file (R2013), but its converter", self.told)
+            self.assert_one_line("damaged.dwg: is a DWG file (R2013), but its converter")
 
 
 if __name__ == "__main__":
-    PROGRAM = sys.argv.pop(1)
-    unittest.main()
+    calling.main()

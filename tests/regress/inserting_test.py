@@ -1,19 +1,13 @@
 """Drawing files inserted as blocks, read back and audited by an independent reader: every release and form
 of file into every other."""
 
-import pathlib
 import re
-import subprocess
-import sys
-import tempfile
-import unittest
 
+import calling
 import independent_reader
+from calling import DRAWINGS
 
-PROGRAM = ""
-SOURCE = pathlib.Path(__file__).resolve().parents[2]
-FIXTURES = SOURCE / "tests" / "fixtures" / "dxf"
-SAMPLES = sorted(path.stem for path in FIXTURES.glob("*.dxf"))
+SAMPLES = sorted(path.stem for path in DRAWINGS.glob("*.dxf"))
 # R12 in both forms, the last release with code pages, and UTF-8 in both forms.
 RECEIVERS = ("r12_sample", "r12_binary", "r14_binary", "r2000_sample_xrecords", "r2004_sample",
              "r2013_ansi936_utf8", "r2018_sample_binary")
@@ -34,27 +28,19 @@ def kinds(entities):
     return sorted(entity.dxftype().replace("LWPOLYLINE", "POLYLINE") for entity in entities)
 
 
-class Inserting(unittest.TestCase):
-
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
+class Inserting(calling.ProgramTest):
 
     def run_on(self, drawing, expression):
         out = self.folder / "out.dxf"
         out.unlink(missing_ok=True)
-        result = subprocess.run([PROGRAM, "run", str(drawing), "-e", expression, "-o", str(out)],
-                                capture_output=True, text=True, timeout=300)
-        self.assertEqual(result.returncode, 0, result.stdout + result.stderr)
-        return out, result.stdout
+        return out, self.call("run", drawing, "-e", expression, "-o", out)
 
     def inserted(self, source, receiver):
-        expression = '(command "_.-INSERT" "SYMBOL=%s" "0,0" 1 1 0)' % (FIXTURES / f"{source}.dxf")
-        return self.run_on(FIXTURES / f"{receiver}.dxf", expression)
+        expression = '(command "_.-INSERT" "SYMBOL=%s" "0,0" 1 1 0)' % (DRAWINGS / f"{source}.dxf")
+        return self.run_on(DRAWINGS / f"{receiver}.dxf", expression)
 
     def test_every_sample_goes_into_every_release(self):
-        own = {name: faults(independent_reader.read(FIXTURES / f"{name}.dxf")) for name in SAMPLES}
+        own = {name: faults(independent_reader.read(DRAWINGS / f"{name}.dxf")) for name in SAMPLES}
         refused = []
         for receiver in RECEIVERS:
             for source in SAMPLES:
@@ -68,7 +54,7 @@ class Inserting(unittest.TestCase):
                         self.assertTrue(receiver.startswith(("r12", "r14")))
                         continue
                     document = independent_reader.read(out)
-                    from_file = independent_reader.read(FIXTURES / f"{source}.dxf")
+                    from_file = independent_reader.read(DRAWINGS / f"{source}.dxf")
                     self.assertEqual(kinds(document.blocks.get("SYMBOL")),
                                      [kind for kind in kinds(from_file.modelspace())
                                       if kind != "VIEWPORT"], printed)
@@ -79,18 +65,17 @@ class Inserting(unittest.TestCase):
     def test_a_copy_inserted_into_itself_keeps_one_definition_of_each_name(self):
         out, _ = self.inserted("r2018_sample", "r2018_sample")
         document = independent_reader.read(out)
-        before = independent_reader.read(FIXTURES / "r2018_sample.dxf")
+        before = independent_reader.read(DRAWINGS / "r2018_sample.dxf")
         for table in ("layers", "styles", "linetypes", "dimstyles", "appids"):
             self.assertEqual(len(getattr(document, table)), len(getattr(before, table)), table)
 
     def test_taking_it_back_leaves_the_file_as_it_was(self):
         for receiver in ("r12_sample", "r2000_sample_xrecords", "r2018_sample_binary"):
             expression = ('(command "_.-INSERT" "SYMBOL=%s" "0,0" 1 1 0) (command "_.UNDO" 1)'
-                          % (FIXTURES / "r12_sample.dxf"))
-            out, _ = self.run_on(FIXTURES / f"{receiver}.dxf", expression)
-            self.assertEqual(out.read_bytes(), (FIXTURES / f"{receiver}.dxf").read_bytes())
+                          % (DRAWINGS / "r12_sample.dxf"))
+            out, _ = self.run_on(DRAWINGS / f"{receiver}.dxf", expression)
+            self.assertEqual(out.read_bytes(), (DRAWINGS / f"{receiver}.dxf").read_bytes())
 
 
 if __name__ == "__main__":
-    PROGRAM = sys.argv.pop(1)
-    unittest.main()
+    calling.main()

@@ -85,6 +85,14 @@ class Installed(unittest.TestCase):
         self.assertRegex(done.stdout, r"^h=\d+\.\d\dm$")
         self.assertIn(done.stdout[2:-1], self.recorded("fall.dxf"))
 
+        # Its records are known where it is loaded.
+        self.assertEqual(self.pipenote("records", "fall.dxf").stdout, "")
+        self.assertIn("its type is not registered", self.pipenote("check", "fall.dxf").stdout)
+        listed = self.pipenote("records", "fall.dxf", "--load", module, "--type", "fall").stdout
+        self.assertIn(f'"fall" = "{done.stdout.strip()}" in ', listed)
+        self.assertEqual(self.pipenote("check", "fall.dxf", "--load", module).stdout,
+                         "1 record is sound\n")
+
         changed = self.pipenote("run", "fall.dxf", "--load", module,
                                 ROOT / "examples" / "change-network.lsp", "change.lsp",
                                 "-o", "new.dxf")

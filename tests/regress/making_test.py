@@ -2,17 +2,11 @@
 entmake knows, table records, blocks, dictionaries and header variables, in drawings of every release."""
 
 import math
-import pathlib
-import subprocess
-import sys
-import tempfile
-import unittest
 
+import calling
 import independent_reader
+from calling import DRAWINGS
 
-PROGRAM = ""
-SOURCE = pathlib.Path(__file__).resolve().parents[2]
-FIXTURES = SOURCE / "tests" / "fixtures" / "dxf"
 
 # Kinds that every release has, and those that came with R13 and R14.
 OLD_KINDS = """
@@ -75,21 +69,13 @@ NEW_KINDS = """
 """
 
 
-class Making(unittest.TestCase):
-
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
+class Making(calling.ProgramTest):
 
     def run_program(self, drawing, program):
         script = self.folder / "make.lsp"
         script.write_text(program, encoding="utf-8")
         out = self.folder / ("made-" + drawing.name)
-        done = subprocess.run([PROGRAM, "run", str(drawing), str(script), "-o", str(out)],
-                              capture_output=True, text=True, timeout=120, check=False)
-        self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
-        self.assertNotIn("refused", done.stdout)
+        self.assertNotIn("refused", self.call("run", drawing, script, "-o", out))
         return out
 
     def made(self, drawing):
@@ -103,7 +89,7 @@ class Making(unittest.TestCase):
         return document, new, is_old
 
     def test_each_kind_reads_back(self):
-        for drawing in sorted(FIXTURES.glob("*.dxf")):
+        for drawing in sorted(DRAWINGS.glob("*.dxf")):
             with self.subTest(drawing=drawing.name):
                 document, new, is_old = self.made(drawing)
                 kinds = ["LINE", "POINT", "CIRCLE", "ARC", "TEXT", "SOLID", "TRACE", "3DFACE",
@@ -124,7 +110,7 @@ class Making(unittest.TestCase):
                 self.assertEqual(new[5].dxf.vtx3, new[5].dxf.vtx2)
 
     def test_parts_stand_with_their_entity(self):
-        for drawing in sorted(FIXTURES.glob("*.dxf")):
+        for drawing in sorted(DRAWINGS.glob("*.dxf")):
             with self.subTest(drawing=drawing.name):
                 document, new, _ = self.made(drawing)
                 flat, spatial, insert, marked = new[8:12]
@@ -142,7 +128,7 @@ class Making(unittest.TestCase):
                 self.assertEqual((tuple(point.value), number.value), ((1, 2, 3), 7))
 
     def test_tables_and_header_read_back(self):
-        for drawing in sorted(FIXTURES.glob("*.dxf")):
+        for drawing in sorted(DRAWINGS.glob("*.dxf")):
             with self.subTest(drawing=drawing.name):
                 document, _, _ = self.made(drawing)
                 self.assertEqual(document.layers.get("MADE").dxf.color, 5)
@@ -154,7 +140,7 @@ class Making(unittest.TestCase):
                 self.assertEqual(document.header["$CLAYER"], "MADE")
 
     def test_later_kinds_keep_their_shape(self):
-        for drawing in sorted(FIXTURES.glob("*.dxf")):
+        for drawing in sorted(DRAWINGS.glob("*.dxf")):
             if drawing.name.startswith("r12"):
                 continue
             with self.subTest(drawing=drawing.name):
@@ -188,7 +174,7 @@ class Making(unittest.TestCase):
 (princ (if done "one" "none"))
 """
         changed = 0
-        for drawing in sorted(FIXTURES.glob("*.dxf")):
+        for drawing in sorted(DRAWINGS.glob("*.dxf")):
             with self.subTest(drawing=drawing.name):
                 before, after = drawing.read_bytes(), self.run_program(drawing, program).read_bytes()
                 if before == after:
@@ -201,5 +187,4 @@ class Making(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    PROGRAM = sys.argv.pop(1)
-    unittest.main()
+    calling.main()

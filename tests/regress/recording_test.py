@@ -3,19 +3,13 @@ drawing is saved and opened again, and two readers find the same items; whatever
 keeps its bytes."""
 
 import json
-import pathlib
 import re
 import struct
-import subprocess
-import sys
-import tempfile
-import unittest
 
+import calling
 import independent_reader
+from calling import DRAWINGS
 
-PROGRAM = ""
-SOURCE = pathlib.Path(__file__).resolve().parents[2]
-FIXTURES = SOURCE / "tests" / "fixtures" / "dxf"
 BINARY_SENTINEL = b"AutoCAD Binary DXF\r\n\x1a\x00"
 
 # Texts that a file spells in its own way: Chinese, carets, escapes, blanks, quotes, control codes.
@@ -101,20 +95,12 @@ def binary_records(data):
                data[tags[start][2]:tags[end - 1][3]])
 
 
-class Recording(unittest.TestCase):
+class Recording(calling.ProgramTest):
 
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
+        super().setUp()
         self.script = self.folder / "label.lsp"
         self.script.write_text(SCRIPT, encoding="utf-8")
-
-    def call(self, *arguments):
-        done = subprocess.run([PROGRAM, *map(str, arguments)], capture_output=True, text=True,
-                              timeout=120, check=False)
-        self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
-        return done.stdout
 
     def record_in(self, drawing):
         """The drawing with labels recorded, and the (owner, label) handles that were used."""
@@ -137,7 +123,7 @@ class Recording(unittest.TestCase):
         return records
 
     def drawings(self):
-        for drawing in sorted(FIXTURES.glob("*.dxf")):
+        for drawing in sorted(DRAWINGS.glob("*.dxf")):
             if not drawing.name.startswith("r12"):
                 yield drawing
 
@@ -187,7 +173,7 @@ class Recording(unittest.TestCase):
                     self.assertEqual(new, old)
 
     def test_an_unchanged_drawing_is_saved_byte_for_byte(self):
-        for drawing in sorted(FIXTURES.glob("*.dxf")):
+        for drawing in sorted(DRAWINGS.glob("*.dxf")):
             with self.subTest(drawing=drawing.name):
                 out = self.folder / drawing.name
                 self.call("run", drawing, "-e", "(ssget \"X\")", "-o", out)
@@ -203,5 +189,4 @@ class Recording(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    PROGRAM = sys.argv.pop(1)
-    unittest.main()
+    calling.main()
