@@ -17,6 +17,7 @@
 
 #include "cli/add_commands.h"
 #include "cli/batch_run.h"
+#include "cli/progress.h"
 #include "cli/tool.h"
 
 namespace cli {
@@ -230,15 +231,25 @@ int batch(BatchOptions& options, const CLI::App& program) {
     }
   }
 
-  std::vector<Row> rows(options.drawings.size());
+  const std::size_t count = options.drawings.size();
+  std::vector<Row> rows(count);
   const auto since = std::chrono::steady_clock::now();
+  Progress progress(count);
+  const auto show = [&](std::size_t job) {
+    progress.next(options.drawings[job]);
+    progress.show("running " + options.command);
+  };
+  show(0);
   const bool whole = run_batch(
       jobs_of(options, outputs), options.jobs, [&](std::size_t job, const BatchResult& result) {
         rows[job] = {words_for(result), result.seconds, result.succeeded()};
+        progress.hide();
         print(stdout, "== " + options.drawings[job]);
         print(stdout, result.output);
         print(stderr, result.errors);
+        if (job + 1 < count) show(job + 1);
       });
+  progress.hide();
   const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - since;
   print_table(options, rows, seconds.count());
   if (!whole) complain("interrupted");

@@ -161,9 +161,10 @@ class Checker {
 
 }  // namespace
 
-int check_command(const std::string& path) {
+int check_command(const CheckOptions& options) {
   cad::Host host;
-  const cad::Result<AcApDocument*> drawing = host.open_drawing(path);
+  if (!load_modules(host, options.modules)) return kWrongUsage;
+  const cad::Result<AcApDocument*> drawing = host.open_drawing(options.drawing);
   if (!drawing) {
     complain(drawing.error().message());
     return kNotRead;

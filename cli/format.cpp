@@ -11,6 +11,7 @@
 #include "cli/records_survey.h"
 #include "cli/settings_in_force.h"
 #include "host/base/codepage.h"
+#include "host/base/fold.h"
 #include "module/style/style.h"
 
 namespace cli {
@@ -56,7 +57,7 @@ struct Labels {
   CLI::App& add(const char* name, const char* what) const {
     CLI::App& label = *format.add_subcommand(name, what);
     label.fallthrough();
-    label.footer("Options on settings and --explain: pipenote format --help");
+    label.footer("Options for all labels (settings, --explain): pipenote format --help");
     return label;
   }
   /// `ask` makes the question once the arguments are read.
@@ -104,6 +105,12 @@ constexpr ElevationKind kElevationKinds[] = {
     {"PIPECENTER", PIPECENTER}, {"GROUND", GROUND},
 };
 
+ElevType elevation_type(const std::string& word) {
+  for (const ElevationKind& kind : kElevationKinds)
+    if (cad::equal_no_case(std::string_view(kind.word), word)) return kind.type;
+  throw CLI::ValidationError("--type", "there is no kind of elevation \"" + word + '"');
+}
+
 void add_elevation(const Labels& labels) {
   CLI::App& label = labels.add("elevation", "elevation, in the profile unless its kind is given");
   struct Arguments {
@@ -112,10 +119,10 @@ void add_elevation(const Labels& labels) {
   };
   const auto given = std::make_shared<Arguments>();
   add_number(label, "METRES", given->elevation, "elevation, metres")->required();
-  std::map<std::string, ElevType> kinds;
-  for (const ElevationKind& kind : kElevationKinds) kinds.emplace(kind.word, kind.type);
-  label.add_option("--type", given->type, "kind of elevation in plan")
-      ->transform(CLI::CheckedTransformer(kinds, CLI::ignore_case))
+  label
+      .add_option_function<std::string>(
+          "--type", [given](const std::string& word) { given->type = elevation_type(word); },
+          "kind of elevation in plan")
       ->type_name("USUAL|PIPETOP|PIPEBOTTOM|PIPECENTER|GROUND");
   labels.on(label, [given] {
     if (given->type == kUnknownElevation) {
@@ -163,6 +170,8 @@ void add_diameter(const Labels& labels) {
   add_number(label, "DIAMETER", given->diameter, "nominal diameter, millimetres");
   add_section_options(label, *given);
   labels.on(label, [given] {
+    if (given->diameter == Gx::kNoData && !given->rectangular)
+      throw CLI::RequiredError("DIAMETER or --rect");
     return Question{[=](const CDimStyle& s) {
                       const PipeArguments& p = *given;
                       const auto make =

@@ -7,6 +7,8 @@
 #include <string>
 
 #include "cli/add_commands.h"
+#include "cli/files.h"
+#include "cli/progress.h"
 #include "cli/tool.h"
 #include "host/base/decimal_text.h"
 #include "network/model/model_drawing.h"
@@ -75,7 +77,8 @@ void print_unused(const std::vector<network::UnusedSection>& sections) {
   }
   if (!empty.empty()) std::printf("  without lines: %s\n", empty.c_str());
   if (sections.size() > kMostNames)
-    std::printf("  and %zu more sections\n", sections.size() - kMostNames);
+    std::printf("  and %zu more section%s\n", sections.size() - kMostNames,
+                sections.size() == kMostNames + 1 ? "" : "s");
 }
 
 void print_text(const ImportOptions& options, const network::NetworkModel& model,
@@ -115,10 +118,15 @@ void tell_faults(const ImportOptions& options, const network::NetworkModel& mode
   for (const network::ModelFault& fault : model.faults)
     complain(options.model + ':' + std::to_string(fault.line) + ": " + fault.what);
   if (model.further_faults)
-    complain(options.model + ": and " + std::to_string(model.further_faults) + " more lines");
+    complain(options.model + ": and " + std::to_string(model.further_faults) +
+             (model.further_faults == 1 ? " more line" : " more lines"));
 }
 
 ExitStatus import(const ImportOptions& options) {
+  if (!may_be_drawing(options.output, options.model)) return kWrongUsage;
+  Progress progress(1);
+  progress.next(options.model);
+  progress.show("reading");
   cad::Result<network::NetworkModel> model = network::read_network_model(options.model);
   if (!model) {
     complain(model.error().message());
@@ -130,15 +138,18 @@ ExitStatus import(const ImportOptions& options) {
   how.scale = options.scale;
   if (options.map_unit > 0.0) how.map_unit = options.map_unit;
   if (!options.system.empty()) how.system = kSewerSystems.at(options.system);
+  progress.show("drawing");
   const auto report = network::draw_model(*model, *drawing->database(), how);
   if (!report) {
     complain(report.error().message());
     return kProgramFailed;
   }
+  progress.show("writing");
   if (cad::Status saved = host.save(drawing, options.output, false); !saved) {
     complain(saved.error().message());
     return kNotWritten;
   }
+  progress.hide();
   if (options.json)
     print_json(*model, *report);
   else
@@ -154,9 +165,7 @@ void add_import_command(CLI::App& program, int& status) {
   CLI::App* const command =
       program.add_subcommand("import", "draw the pipes and nodes of a calculation model");
   command->footer(kFooter);
-  command->add_option("MODEL", options->model, "an input file of EPANET or SWMM")
-      ->required()
-      ->type_name("");
+  add_input(*command, "MODEL", options->model, "an input file of EPANET or SWMM");
   command->add_option("-o,--output", options->output, "the drawing to write")
       ->required()
       ->type_name("OUT");

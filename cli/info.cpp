@@ -7,6 +7,7 @@
 #include <string>
 
 #include "cli/add_commands.h"
+#include "cli/files.h"
 #include "cli/records_survey.h"
 #include "cli/tool.h"
 #include "host/base/codepage.h"
@@ -135,9 +136,7 @@ void add_info_command(CLI::App& program, int& status) {
   const auto options = std::make_shared<InfoOptions>();
   CLI::App* const command = program.add_subcommand("info", "tell what a drawing holds");
   command->footer(kFooter);
-  command->add_option("DRAWING", options->drawing, "the drawing, a DXF or DWG file")
-      ->required()
-      ->type_name("");
+  add_drawing(*command, options->drawing);
   command->add_flag("--json", options->json, "print JSON");
   command->callback([=, &status] { status = info(*options); });
 }

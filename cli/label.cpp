@@ -113,12 +113,7 @@ ExitStatus label(const LabelOptions& options) {
     complain("say where to write: -o OUT or --in-place");
     return kWrongUsage;
   }
-  if (!options.target.output.empty()) {
-    if (cad::Status possible = cad::Host::check_target(options.target.output); !possible) {
-      complain(possible.error().message());
-      return kWrongUsage;
-    }
-  }
+  if (!may_be_target(options.target, options.drawing)) return kWrongUsage;
   Labelling labelling(options.tool);
   Progress progress(1);
   progress.next(options.drawing);
@@ -165,11 +160,9 @@ void add_label_command(CLI::App& program, int& status) {
   CLI::App* const command =
       program.add_subcommand("label", "label the pipes and nodes of a drawing");
   command->footer(kFooter);
-  command->add_option("DRAWING", options->drawing, "the drawing, a DXF or DWG file")
-      ->required()
-      ->type_name("");
+  add_drawing(*command, options->drawing);
   add_target_options(*command, options->target);
-  command->add_option("--types", options->types, "types of labels; without it xzgj and bjbh")
+  command->add_option("--types,--type", options->types, "types of labels; without it xzgj and bjbh")
       ->type_name("TYPE,TYPE...")
       ->delimiter(',')
       ->allow_extra_args(false);

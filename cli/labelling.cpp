@@ -1,6 +1,5 @@
 #include "cli/labelling.h"
 
-#include <CLI/CLI.hpp>
 #include <sstream>
 #include <utility>
 
@@ -18,16 +17,6 @@ ToolOptions with_labeler(ToolOptions options) {
 }
 
 }  // namespace
-
-void add_target_options(CLI::App& command, TargetOptions& target) {
-  CLI::Option* const output =
-      command.add_option("-o,--output", target.output, "write the drawing to this DXF file")
-          ->type_name("OUT");
-  command
-      .add_flag("--in-place", target.in_place,
-                "write the drawing over itself; the previous one stays as DRAWING.bak")
-      ->excludes(output);
-}
 
 std::string lisp_text(std::string_view text) {
   std::string spelled = "\"";

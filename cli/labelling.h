@@ -4,19 +4,11 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/files.h"
 #include "cli/tool.h"
 
 /// What the commands on labels share: the module that draws labels, called as LISP programs do.
 namespace cli {
-
-/// Where a command writes.
-struct TargetOptions {
-  std::string output;
-  bool in_place = false;
-  bool none() const { return output.empty() && !in_place; }
-};
-/// -o, --in-place
-void add_target_options(CLI::App& command, TargetOptions& target);
 
 /// A text as a LISP program spells it, quotes included.
 std::string lisp_text(std::string_view text);

@@ -9,6 +9,7 @@
 
 #include "cli/add_commands.h"
 #include "cli/exit_status.h"
+#include "cli/help.h"
 #include "cli/tool.h"
 
 namespace {
@@ -32,9 +33,11 @@ int main(int argc, char** argv) {
                    "pipenote");
   program.set_help_all_flag("--help-all", "help on every command");
   program.require_subcommand(1);
+  program.set_version_flag("--version", "pipenote " PIPENOTE_VERSION, "show the version");
   program.footer("Help on a command: pipenote COMMAND --help\nExample: pipenote info plan.dxf");
 
   int status = cli::kSuccess;
+  cli::take_help_command(argc, argv);
   const std::vector<std::string> passed_on = cli::take_passed_on(argc, argv);
   cli::add_run_command(program, status);
   cli::add_repl_command(program, status);
@@ -49,13 +52,14 @@ int main(int argc, char** argv) {
   cli::add_update_command(program, status);
   cli::add_render_command(program, status);
   cli::add_batch_command(program, passed_on, status);
+  cli::lay_out_help(program);
 
   try {
     program.parse(argc, argv);
   } catch (const CLI::Success& help) {
     return program.exit(help);
   } catch (const CLI::ParseError& error) {
-    cli::complain(std::string(error.what()) + "; see pipenote --help");
+    cli::complain(cli::usage_error(program, error));
     return cli::kWrongUsage;
   } catch (const std::bad_alloc&) {
     cli::complain("out of memory; nothing was written");

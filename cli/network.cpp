@@ -7,6 +7,7 @@
 
 #include "cli/add_commands.h"
 #include "cli/commands.h"
+#include "cli/files.h"
 #include "cli/records_survey.h"
 #include "cli/tool.h"
 #include "network/survey.h"
@@ -115,9 +116,7 @@ void add_network_command(CLI::App& program, int& status) {
   CLI::App* const command = program.add_subcommand(
       "network", "count the pipes and nodes of a drawing and list what is wrong with them");
   command->footer(kFooter);
-  command->add_option("DRAWING", options->drawing, "the drawing, a DXF file")
-      ->required()
-      ->type_name("");
+  add_drawing(*command, options->drawing);
   command->add_flag("--json", options->json, "print JSON");
   command->callback([=, &status] { status = network_command(*options); });
 }

@@ -148,12 +148,13 @@ std::optional<RecordOwner> wanted_owner(AcDbDatabase& database, const std::strin
 }  // namespace
 
 int records_command(const RecordsOptions& options) {
+  cad::Host host;
+  if (!load_modules(host, options.modules)) return kWrongUsage;
   const std::wstring type = cad::from_utf8(options.type);
   if (!type.empty() && !CDimUpdateServ::getInstance().getDimRegServ().isRegisted(type.c_str())) {
     complain("\"" + options.type + "\" is no annotation type");
     return kWrongUsage;
   }
-  cad::Host host;
   const cad::Result<AcApDocument*> drawing = host.open_drawing(options.drawing);
   if (!drawing) {
     complain(drawing.error().message());

@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "cli/add_commands.h"
+#include "cli/files.h"
+#include "cli/progress.h"
 #include "cli/tool.h"
 #include "host/base/codepage.h"
 #include "host/base/file.h"
@@ -168,7 +170,8 @@ void tell_gaps(const RenderOptions& options, const cad::picture::Picture& pictur
          " far away from all else and not in the picture; see --window");
   if (picture.blank) tell("nothing is seen in the picture");
   for (const cad::font::Replacement& font : cad::font::replacements())
-    tell("font " + cad::to_utf8(cad::font::describe(font)));
+    tell("the font " + cad::to_utf8(font.wanted) + " is not installed; texts are drawn in " +
+         font.used);
 }
 
 ExitStatus write(const std::string& path, const std::string& bytes) {
@@ -187,10 +190,14 @@ ExitStatus render(const RenderOptions& options) {
     complain(options.output + ": the name of a picture ends in .svg, .png or .pdf");
     return kWrongUsage;
   }
+  if (!may_be_output(options.output, options.drawing)) return kWrongUsage;
   if (!read_size(options.size, *format, picture_options) ||
       !read_window(options.window, picture_options))
     return kWrongUsage;
 
+  Progress progress(1);
+  progress.next(options.drawing);
+  progress.show("reading");
   cad::Host host;
   const cad::Result<AcApDocument*> drawing = host.open_drawing(options.drawing);
   if (!drawing) {
@@ -205,13 +212,16 @@ ExitStatus render(const RenderOptions& options) {
       !find_layout(options, database, picture_options))
     return kWrongUsage;
 
+  progress.show("drawing");
   const cad::Result<cad::picture::Picture> picture =
       cad::picture::make_picture(database, *format, picture_options);
   if (!picture) {
     complain(options.output + ": " + picture.error().message());
     return kNotWritten;
   }
+  progress.show("writing");
   const ExitStatus status = write(options.output, picture->file);
+  progress.hide();
   if (status != kSuccess) return status;
   tell_gaps(options, *picture);
   std::printf("%s: %s, %d x %d pixels\n", options.output.c_str(),
@@ -227,9 +237,7 @@ void add_render_command(CLI::App& program, int& status) {
   CLI::App* const command =
       program.add_subcommand("render", "draw a picture of a drawing: SVG, PNG or PDF");
   command->footer(kFooter);
-  command->add_option("DRAWING", options->drawing, "the drawing, a DXF or DWG file")
-      ->required()
-      ->type_name("");
+  add_drawing(*command, options->drawing);
   command->add_option("-o,--output", options->output, "the picture; its ending says the format")
       ->required()
       ->type_name("FILE");

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "cli/add_commands.h"
+#include "cli/files.h"
 #include "cli/tool.h"
 #include "host/app/session.h"
 #include "host/base/codepage.h"
@@ -263,9 +264,7 @@ void add_repl_command(CLI::App& program, int& status) {
   const auto options = std::make_shared<ReplOptions>();
   CLI::App* const command = program.add_subcommand("repl", "a LISP prompt on a drawing");
   command->footer(kFooter);
-  command->add_option("DRAWING", options->drawing, "the drawing, a DXF or DWG file")
-      ->required()
-      ->type_name("");
+  add_drawing(*command, options->drawing);
   command->add_option("--answers", options->answers, "answers to prompts, one in each line")
       ->type_name("FILE")
       ->check(CLI::ExistingFile);

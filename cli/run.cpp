@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "cli/add_commands.h"
+#include "cli/files.h"
 #include "cli/tool.h"
 
 namespace cli {
@@ -32,9 +33,8 @@ struct RunOptions {
   std::vector<std::string> scripts;
   std::vector<std::string> expressions;
   std::vector<std::string> selection;
-  std::string output;
+  TargetOptions target;
   std::string answers;
-  bool in_place = false;
 };
 
 /// One script or expression, in the order of the command line.
@@ -77,15 +77,11 @@ ExitStatus run_steps(Tool& tool, AcApDocument* drawing, const std::vector<Step>&
 }
 
 ExitStatus run(const RunOptions& options, const std::vector<Step>& steps) {
-  if (!options.output.empty()) {
-    if (cad::Status possible = cad::Host::check_target(options.output); !possible) {
-      complain(possible.error().message());
-      return kWrongUsage;
-    }
-  }
+  const TargetOptions& target = options.target;
+  if (!may_be_target(target, options.drawing)) return kWrongUsage;
   Tool tool(options.tool);
   ExitStatus status = kSuccess;
-  AcApDocument* const drawing = tool.open(options.drawing, options.in_place, status);
+  AcApDocument* const drawing = tool.open(options.drawing, target.in_place, status);
   if (!drawing) return status;
   if (!options.selection.empty()) {
     if (cad::Status known = tool.host().set_selection(drawing, options.selection); !known) {
@@ -101,9 +97,9 @@ ExitStatus run(const RunOptions& options, const std::vector<Step>& steps) {
   }
   status = run_steps(tool, drawing, steps);
   if (status != kSuccess) return status;
-  if (!options.output.empty()) return tool.save(drawing, options.output, false);
+  if (!target.output.empty()) return tool.save(drawing, target.output, false);
   // A drawing that nothing has changed keeps its file, its date and its backup.
-  if (options.in_place && drawing->database()->is_modified())
+  if (target.in_place && drawing->database()->is_modified())
     return tool.save(drawing, options.drawing, true);
   return kSuccess;
 }
@@ -114,9 +110,7 @@ void add_run_command(CLI::App& program, int& status) {
   const auto options = std::make_shared<RunOptions>();
   CLI::App* const command = program.add_subcommand("run", "run LISP scripts on a drawing");
   command->footer(kFooter);
-  command->add_option("DRAWING", options->drawing, "the drawing, a DXF or DWG file")
-      ->required()
-      ->type_name("");
+  add_drawing(*command, options->drawing);
   CLI::Option* const scripts =
       command->add_option("SCRIPT", options->scripts, "LISP files to run")->type_name("LSP");
   CLI::Option* const expressions =
@@ -124,13 +118,7 @@ void add_run_command(CLI::App& program, int& status) {
           ->add_option("-e,--eval", options->expressions, "evaluate this text and print its value")
           ->type_name("EXPR")
           ->allow_extra_args(false);
-  CLI::Option* const output =
-      command->add_option("-o,--output", options->output, "write the drawing to this DXF file")
-          ->type_name("OUT");
-  command
-      ->add_flag("--in-place", options->in_place,
-                 "write the drawing over itself; the previous one stays as DRAWING.bak")
-      ->excludes(output);
+  add_target_options(*command, options->target);
   command
       ->add_option("--select", options->selection,
                    "entities that answer the first selection by the user")

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <atomic>
 #include <csignal>
 #include <cstdio>
@@ -44,15 +45,32 @@ void add_folder_options(CLI::App& command, ToolOptions& options) {
 
 void add_tool_options(CLI::App& command, ToolOptions& options) {
   add_folder_options(command, options);
-  command.add_option("--load", options.modules, "load a further module; may be repeated")
-      ->type_name("MODULE")
-      ->allow_extra_args(false);
+  add_load_option(command, options.modules);
   command
       .add_option("--step-limit", options.step_limit,
                   "stop LISP programs after this many evaluated lists (0: no limit)")
       ->type_name("N");
   command.add_flag("--lisp-trace", options.lisp_trace, "print the calls that led to a LISP error");
   command.add_flag("--trace", options.trace, "write the diagnostic trace to stderr");
+}
+
+void add_load_option(CLI::App& command, std::vector<std::string>& modules) {
+  command.add_option("--load", modules, "load a further module; may be repeated")
+      ->type_name("MODULE")
+      ->allow_extra_args(false);
+}
+
+bool load_modules(cad::Host& host, const std::vector<std::string>& modules) {
+  const std::string own = cad::Host::library_folder() + "/pipenote";
+  std::vector<std::string>& folders = cad::host_settings().module_folders;
+  if (std::find(folders.begin(), folders.end(), own) == folders.end()) folders.push_back(own);
+  for (const std::string& module : modules) {
+    if (const cad::Status loaded = host.load_module(module); !loaded) {
+      complain(loaded.error().message());
+      return false;
+    }
+  }
+  return true;
 }
 
 void use_folders(const ToolOptions& options) {
@@ -70,7 +88,6 @@ void complain(std::string_view line) {
 
 Tool::Tool(const ToolOptions& options) : options_(options) {
   use_folders(options);
-  cad::host_settings().module_folders.push_back(cad::Host::library_folder() + "/pipenote");
   cad::set_console([this](std::string_view text) {
     std::fwrite(text.data(), 1, text.size(), stdout);
     if (!text.empty()) at_line_start_ = text.back() == '\n';
@@ -107,23 +124,13 @@ AcApDocument* Tool::open(const std::string& path, bool for_writing, ExitStatus& 
     complain(drawing.error().message());
     return nullptr;
   }
-  if (!load_modules()) {
+  std::vector<std::string> modules = {kModule};
+  modules.insert(modules.end(), options_.modules.begin(), options_.modules.end());
+  if (!load_modules(host_, modules)) {
     status = kWrongUsage;
     return nullptr;
   }
   return *drawing;
-}
-
-bool Tool::load_modules() {
-  std::vector<std::string> names = {kModule};
-  names.insert(names.end(), options_.modules.begin(), options_.modules.end());
-  for (const std::string& name : names) {
-    if (cad::Status loaded = host_.load_module(name); !loaded) {
-      complain(loaded.error().message());
-      return false;
-    }
-  }
-  return true;
 }
 
 ExitStatus Tool::save(AcApDocument* drawing, const std::string& path, bool keep_backup) {

@@ -33,6 +33,12 @@ void add_tool_options(CLI::App& command, ToolOptions& options);
 /// program.
 void use_folders(const ToolOptions& options);
 
+/// --load
+void add_load_option(CLI::App& command, std::vector<std::string>& modules);
+/// Loads modules, which are also looked for where the program's own are; one that cannot be is
+/// complained about.
+bool load_modules(cad::Host& host, const std::vector<std::string>& modules);
+
 /// One line on stderr: "pipenote: plan.dxf: the drawing is in use by another program".
 void complain(std::string_view line);
 
@@ -54,8 +60,6 @@ class Tool {
   void fresh_line();
 
  private:
-  bool load_modules();
-
   const ToolOptions options_;
   cad::Host host_;
   bool at_line_start_ = true;

@@ -250,12 +250,8 @@ ExitStatus update(const UpdateOptions& options) {
     complain(why);
     return kWrongUsage;
   }
-  if (!options.target.output.empty()) {
-    if (cad::Status possible = cad::Host::check_target(options.target.output); !possible) {
-      complain(possible.error().message());
-      return kWrongUsage;
-    }
-  }
+  for (const std::string& drawing : options.drawings)
+    if (!may_be_target(options.target, drawing)) return kWrongUsage;
   InterruptScope::reset();
   return Updating(options).run();
 }
@@ -267,9 +263,7 @@ void add_update_command(CLI::App& program, int& status) {
   CLI::App* const command =
       program.add_subcommand("update", "bring labels up to date with their pipes and nodes");
   command->footer(kFooter);
-  command->add_option("DRAWING", options->drawings, "drawings, DXF files; a DWG file with -o")
-      ->required()
-      ->type_name("");
+  add_inputs(*command, "DRAWING", options->drawings, "drawings, DXF files; a DWG file with -o");
   add_target_options(*command, options->target);
   command->add_flag("--dry-run", options->dry_run, "write nothing, only report");
   command->add_flag("--overwrite-edited", options->overwrite_edited,

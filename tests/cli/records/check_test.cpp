@@ -12,7 +12,7 @@ namespace {
 class CheckCommand : public SavedPlan {
  protected:
   std::string check() {
-    return output_of([&] { return cli::check_command(path); });
+    return output_of([&] { return cli::check_command({path, {}}); });
   }
   static Texts item(const wchar_t* name) { return {name, L"", L"", L"1", L"", L"", L"", L""}; }
   std::string at(const wchar_t* type) { return "2F " + cad::to_utf8(type) + " "; }
