@@ -2,8 +2,11 @@
 
 #include <charconv>
 #include <cmath>
+#include <iterator>
+#include <string_view>
 #include <vector>
 
+#include "host/base/decimal_text.h"
 #include "host/lisp/builtin.h"
 #include "host/lisp/names.h"
 
@@ -183,16 +186,22 @@ std::wstring quoted_start(const Value& value) {
   return out + L"...";
 }
 
-void append_real_text(std::wstring& out, double value) {
-  if (!std::isfinite(value)) {  // the spelling of the C runtime of the host
-    out += std::signbit(value) && !std::isnan(value) ? L"-" : L"";
-    out += std::isnan(value) ? L"1.#QNAN" : L"1.#INF";
-    return;
-  }
+namespace {
+
+constexpr int kDigits = 6;
+
+/// Whether the value may lie halfway between two numbers of six digits: the host goes away from
+/// zero there, to_chars to the even digit.
+bool may_be_a_tie(double value) {
   char text[40];
-  const char* end =
-      std::to_chars(text, text + sizeof text, value, std::chars_format::general, 6).ptr;
+  const char* const end =
+      std::to_chars(text, std::end(text), std::fabs(value), std::chars_format::scientific).ptr;
   const std::string_view digits(text, static_cast<std::size_t>(end - text));
+  return digits.find("5e") == std::size_t{kDigits} + 1;  // 1.234565e+02
+}
+
+/// Digits of printf's "%g", with a decimal and three digits of an exponent at least.
+void append_digits(std::wstring& out, std::string_view digits) {
   const std::size_t e = digits.find('e');
   const std::string_view mantissa = digits.substr(0, e);
   append_ascii(out, mantissa);
@@ -202,6 +211,22 @@ void append_real_text(std::wstring& out, double value) {
   const std::string_view exponent = digits.substr(e + 2);
   if (exponent.size() < 3) out.append(3 - exponent.size(), L'0');
   append_ascii(out, exponent);
+}
+
+}  // namespace
+
+void append_real_text(std::wstring& out, double value) {
+  if (!std::isfinite(value)) {  // the spelling of the C runtime of the host
+    out += std::signbit(value) && !std::isnan(value) ? L"-" : L"";
+    out += std::isnan(value) ? L"1.#QNAN" : L"1.#INF";
+    return;
+  }
+  // The exact expansion is only asked for where it matters: it takes twenty times as long.
+  if (may_be_a_tie(value)) return append_digits(out, DecimalText::general(value, kDigits).view());
+  char text[40];
+  const char* const end =
+      std::to_chars(text, std::end(text), value, std::chars_format::general, kDigits).ptr;
+  append_digits(out, {text, static_cast<std::size_t>(end - text)});
 }
 
 }  // namespace cad::lisp

@@ -22,8 +22,8 @@ std::wstring to_text(const Value& value, Quoting quoting, std::size_t most = kLo
 /// The same as prin1 for an error message: only the start of a long text, then "...".
 std::wstring quoted_start(const Value& value);
 
-/// A real as the host prints it: six significant digits, at least one decimal, exponents of three
-/// digits (1.0, 3.14159, 2.14748e+009).
+/// A real as the host prints it: six significant digits, a tie rounded away from zero, at least one
+/// decimal, exponents of three digits (1.0, 3.14159, 2.14748e+009).
 void append_real_text(std::wstring& out, double value);
 
 }  // namespace cad::lisp

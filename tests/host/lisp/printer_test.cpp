@@ -31,6 +31,24 @@ TEST_F(LispPrinter, RealsHaveSixDigitsAndAtLeastOneDecimal) {
   }
 }
 
+TEST_F(LispPrinter, RealsHalfwayBetweenTwoTextsGoAwayFromZero) {
+  struct Case {
+    double value;
+    std::wstring_view text;
+  };
+  constexpr Case kCases[] = {
+      {100000.5, L"100001.0"},      {-100000.5, L"-100001.0"}, {12345.25, L"12345.3"},
+      {1000005.0, L"1.00001e+006"}, {999999.5, L"1.0e+006"},   {100000.4999999, L"100000.0"},
+      {1.000015, L"1.00002"},  // 1.00001500000000009826...
+      {1.000025, L"1.00002"},  // 1.00002499999999994173...
+  };
+  for (const Case& c : kCases) {
+    std::wstring text;
+    append_real_text(text, c.value);
+    EXPECT_EQ(text, c.text);
+  }
+}
+
 TEST_F(LispPrinter, Prin1QuotesWhatPrincLeavesAlone) {
   const Value text = interp.string(L"a\"b\\c\n\t\x1b\x01管");
   EXPECT_EQ(to_text(text, Quoting::kPrin1), L"\"a\\\"b\\\\c\\n\\t\\e\\001管\"");
