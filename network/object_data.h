@@ -154,7 +154,7 @@ std::optional<Kind> kind_of(AcDbObjectId id);
 /// One value of an entity's data, written in the place of the one that stands there, else behind
 /// the rest; every other group keeps its bytes. eKeyNotFound when the entity has no data of the
 /// application; eInvalidInput for a number that is not finite and for a key that wants another
-/// type; eStringTooLong beyond 255 characters; otherwise why the entity cannot be opened for
+/// type; eStringTooLong beyond 255 bytes of UTF-8; otherwise why the entity cannot be opened for
 /// writing: eOnLockedLayer, eWasOpenForRead, ...
 Acad::ErrorStatus write_real(AcDbObjectId id, Key key, double value);
 Acad::ErrorStatus write_integer(AcDbObjectId id, Key key, int value);

@@ -16,8 +16,6 @@
 namespace network {
 namespace {
 
-constexpr std::size_t kLongestText = 255;
-
 using WriteValue = std::function<void(cad::dxf::TagWriter&)>;
 
 /// Where a further pair can go without becoming a part of what stands there: behind whole pairs, in
@@ -91,7 +89,7 @@ Acad::ErrorStatus write_integer(AcDbObjectId id, Key key, int value) {
 }
 
 Acad::ErrorStatus write_text(AcDbObjectId id, Key key, std::wstring_view value) {
-  if (value.size() > kLongestText) return Acad::eStringTooLong;
+  if (!cad::extended_text_fits(value)) return Acad::eStringTooLong;
   return write(id, key, kTextGroup, [&](auto& tags) { tags.text(kTextGroup, value); });
 }
 

@@ -5,6 +5,7 @@
 #include "host/base/codepage.h"
 #include "host/base/fold.h"
 #include "host/base/numbers.h"
+#include "host/db/extended_data.h"
 #include "host/db/group_tags.h"
 #include "host/dxf/text.h"
 
@@ -392,8 +393,6 @@ std::string Draft::spell(const dxf::Dialect& dialect, std::uint64_t handle, std:
 
 Status check_extended_data(Drawing& drawing, std::span<const GroupView> groups) {
   if (groups.empty()) return {};
-  constexpr std::size_t kMost = 16383;
-  constexpr std::size_t kLongestText = 255;
   std::string spelled;
   dxf::TagWriter writer(spelled, drawing.dialect());
   int depth = 0;
@@ -402,7 +401,7 @@ Status check_extended_data(Drawing& drawing, std::span<const GroupView> groups) 
       return fail("group " + std::to_string(group.code), fault);
     if (group.code == kApplication && !drawing.table_record("APPID", group.text))
       return fail("", "the application " + to_utf8(group.text) + " is not registered");
-    if (group.code == 1000 && to_utf8(group.text).size() > kLongestText)
+    if (group.code == 1000 && !extended_text_fits(group.text))
       return fail("group 1000", "holds at most 255 bytes");
     if (group.code == 1002) {
       if (group.text != L"{" && group.text != L"}") return fail("group 1002", "wants { or }");
@@ -413,7 +412,8 @@ Status check_extended_data(Drawing& drawing, std::span<const GroupView> groups) 
     write_group(group, "", false, writer);
   }
   if (depth != 0) return fail("group 1002", "braces do not match");
-  return spelled.size() <= kMost ? Status() : fail("", "more than 16383 bytes of extended data");
+  const bool fits = extended_size(spelled, drawing.dialect()) <= kMostExtendedData;
+  return fits ? Status() : fail("", "more than 16383 bytes of extended data");
 }
 
 Status check_reference(Drawing& drawing, std::string_view kind, const GroupView& group) {

@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "host/base/codepage.h"
 #include "host/base/fold.h"
 #include "host/db/buffer_tags.h"
 #include "host/db/drawing.h"
@@ -13,7 +14,7 @@
 
 namespace {
 
-constexpr int kApplication = 1001;
+constexpr int kText = 1000, kApplication = 1001, kBrace = 1002;
 
 /// The bytes of one application's data, its 1001 included.
 struct Run {
@@ -51,6 +52,19 @@ bool names(const cad::dxf::Tag& tag, const cad::dxf::Dialect& dialect,
 
 bool is_extended_code(int code) { return code >= 1000 && code <= 1071; }
 
+/// Whether objects of the drawing may carry data of that application. Old drawings lack the table;
+/// objects that are in no drawing yet are not asked.
+bool may_carry(cad::Drawing* drawing, std::wstring_view application) {
+  return !drawing || !drawing->table("APPID") || drawing->table_record("APPID", application);
+}
+
+/// Whether a record with these bytes would hold more extended data than may be.
+bool exceeds(std::string_view record, const cad::dxf::Dialect& dialect) {
+  if (record.size() < cad::kMostExtendedData / 3) return false;  // no tag is spelled that short
+  const std::size_t begin = cad::Lens(record, dialect).extended_data();
+  return cad::extended_size(record.substr(begin), dialect) > cad::kMostExtendedData;
+}
+
 }  // namespace
 
 resbuf* AcDbObject::xData(const ACHAR* application) const {
@@ -66,20 +80,32 @@ resbuf* AcDbObject::xData(const ACHAR* application) const {
 Acad::ErrorStatus AcDbObject::setXData(const resbuf* chain) {
   if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
   if (!chain || chain->restype != kApplication) return Acad::eInvalidResBuf;
+  cad::Drawing* const drawing = stub_ ? &cad::StubStore::drawing_of(*stub_) : nullptr;
+  int depth = 0;
   std::string added;
   cad::dxf::TagWriter writer(added, dialect());
   std::vector<std::wstring> named;
   for (const resbuf* buffer = chain; buffer; buffer = buffer->rbnext) {
     if (!is_extended_code(buffer->restype)) return Acad::eInvalidResBuf;
+    const bool is_text = cad::dxf::value_type(buffer->restype) == cad::dxf::ValueType::kText;
+    const std::wstring_view text = is_text && buffer->resval.rstring ? buffer->resval.rstring : L"";
     if (buffer->restype == kApplication) {
-      named.emplace_back(buffer->resval.rstring ? buffer->resval.rstring : L"");
-      if (named.back().empty()) return Acad::eInvalidResBuf;
+      if (depth != 0 || text.empty()) return Acad::eInvalidResBuf;
+      named.emplace_back(text);
       const bool removes = !buffer->rbnext || buffer->rbnext->restype == kApplication;
       if (removes) continue;
+      if (!may_carry(drawing, text)) return Acad::eRegappIdNotFound;
+    }
+    if (buffer->restype == kText && !cad::extended_text_fits(text)) return Acad::eStringTooLong;
+    if (buffer->restype == kBrace) {
+      if (text != L"{" && text != L"}") return Acad::eInvalidResBuf;
+      depth += text == L"{" ? 1 : -1;
+      if (depth < 0) return Acad::eInvalidResBuf;
     }
     if (!cad::write_buffer(*buffer, writer)) return Acad::eInvalidResBuf;
   }
-  std::string& tags = writable_content();
+  if (depth != 0) return Acad::eInvalidResBuf;
+  std::string tags(content());
   const std::vector<Run> runs = runs_of(tags, dialect());
   for (auto run = runs.rbegin(); run != runs.rend(); ++run) {
     for (const std::wstring& name : named) {
@@ -89,11 +115,42 @@ Acad::ErrorStatus AcDbObject::setXData(const resbuf* chain) {
     }
   }
   tags += added;
+  if (!added.empty() && exceeds(tags, dialect())) return Acad::eXdataSizeExceeded;
+  if (tags == content()) return Acad::eOk;
+  writable_content() = std::move(tags);
   content_changed();
   return Acad::eOk;
 }
 
 namespace cad {
+
+std::size_t extended_size(std::string_view tags, const dxf::Dialect& dialect) {
+  std::size_t size = 0;
+  dxf::TagReader reader(tags, dialect);
+  for (dxf::Tag tag; reader.next(tag);) {
+    switch (dxf::value_type(tag.code)) {  // a byte for the code, lengths in front of texts
+      case dxf::ValueType::kText:
+        size += tag.code == kBrace ? 2 : tag.code == kApplication ? 9 : 3 + tag.value.size();
+        break;
+      case dxf::ValueType::kChunk:
+        size += 2 + (dialect.binary ? tag.value.size() : tag.value.size() / 2);
+        break;
+      case dxf::ValueType::kInt16:
+        size += 3;
+        break;
+      case dxf::ValueType::kInt32:
+        size += 5;
+        break;
+      default:
+        size += tag.code >= 1020 && tag.code < 1040 ? 8 : 9;  // y and z have no code
+    }
+  }
+  return size;
+}
+
+bool extended_text_fits(std::wstring_view text) {
+  return text.size() <= kLongestExtendedText && to_utf8(text).size() <= kLongestExtendedText;
+}
 
 ExtendedTags::ExtendedTags(std::string_view record, const dxf::Dialect& dialect,
                            std::wstring_view application)
@@ -122,6 +179,11 @@ Acad::ErrorStatus replace_extended_tags(AcDbObject& object, std::size_t begin, s
   if (begin > end || end > record.size() ||
       begin < Lens(record, ObjectAccess::dialect(object)).extended_data()) {
     return Acad::eInvalidInput;
+  }
+  if (tags.size() > end - begin) {
+    std::string after(record);
+    after.replace(begin, end - begin, tags);
+    if (exceeds(after, ObjectAccess::dialect(object))) return Acad::eXdataSizeExceeded;
   }
   ObjectAccess::writable(object).replace(begin, end - begin, tags);
   ObjectAccess::changed(object);

@@ -31,8 +31,18 @@ class ExtendedTags {
   std::size_t end_ = 0;
 };
 
+/// What the CAD program refuses to read: more bytes of extended data on one object, a longer text
+/// of group 1000.
+inline constexpr std::size_t kMostExtendedData = 16383;
+inline constexpr std::size_t kLongestExtendedText = 255;
+
+/// Bytes the tags of extended data take in the CAD program, however the file spells them.
+std::size_t extended_size(std::string_view tags, const dxf::Dialect& dialect);
+bool extended_text_fits(std::wstring_view text);
+
 /// The tags of `object` between two offsets of its extended data are replaced by `tags`, which are
-/// spelled for its drawing. eNotOpenForWrite; eInvalidInput for offsets outside of the data.
+/// spelled for its drawing. eNotOpenForWrite; eInvalidInput for offsets outside of the data;
+/// eXdataSizeExceeded.
 Acad::ErrorStatus replace_extended_tags(AcDbObject& object, std::size_t begin, std::size_t end,
                                         std::string_view tags);
 

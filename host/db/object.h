@@ -74,7 +74,9 @@ class AcDbObject : public AcRxObject {
   /// 1001 buffer; null when there is none. The caller frees the chain.
   resbuf* xData(const ACHAR* application = nullptr) const;
   /// Replaces the extended data of the applications that `chain` names; an application followed by
-  /// nothing loses its data. eNotOpenForWrite, eInvalidResBuf.
+  /// nothing loses its data. Nothing changes on eNotOpenForWrite, eInvalidResBuf, eRegappIdNotFound
+  /// (not in the drawing's APPID table), eStringTooLong (a text over 255 bytes),
+  /// eXdataSizeExceeded.
   Acad::ErrorStatus setXData(const resbuf* chain);
 
   /// Persistent reactors, written as the {ACAD_REACTORS group.

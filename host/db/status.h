@@ -58,6 +58,7 @@ enum ErrorStatus : int {
   eWasNotErased = 107,
   eNoDatabase = 124,
   eXdataSizeExceeded = 125,
+  eRegappIdNotFound = 126,
   eIteratorDone = 129,
   eNullIterator = 130,
   eOwnerNotInDatabase = 132,

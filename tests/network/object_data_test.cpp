@@ -363,6 +363,9 @@ TEST_F(PipeData, WhatCannotBeWrittenChangesNothing) {
   EXPECT_EQ(network::write_integer(id(0xA1), Key::kMaterial, 40000), Acad::eInvalidInput);
   EXPECT_EQ(network::write_text(id(0xA1), Key::kCode, std::wstring(256, L'x')),
             Acad::eStringTooLong);
+  EXPECT_EQ(network::write_text(id(0xA1), Key::kCode, std::wstring(86, L'管')),
+            Acad::eStringTooLong)
+      << "bytes count";
   EXPECT_EQ(network::write_real(id(0xA2), Key::kDiameter, 1.0), Acad::eKeyNotFound);
   EXPECT_EQ(network::write_real(AcDbObjectId(), Key::kDiameter, 1.0), Acad::eNullObjectId);
   EXPECT_EQ(database->save_bytes(), file);

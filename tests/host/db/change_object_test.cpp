@@ -224,6 +224,12 @@ TEST_F(ChangeObject, RefusalsChangeNothing) {
             "LINE: the application NONE is not registered");
   EXPECT_EQ(refusal(0x3D, GroupList().text(1001, L"PN").text(1002, L"{")),
             "LINE: group 1002: braces do not match");
+  EXPECT_EQ(refusal(0x3D, GroupList().text(1001, L"PN").text(1000, std::wstring(86, L'管'))),
+            "LINE: group 1000: holds at most 255 bytes");
+  GroupList numbers;
+  numbers.text(1001, L"PN");
+  for (int i = 0; i < 5459; ++i) numbers.integer(1070, i);
+  EXPECT_EQ(refusal(0x3D, numbers), "LINE: more than 16383 bytes of extended data");
   EXPECT_EQ(refusal(0x50, GroupList().text(3, L"x")),
             "DICTIONARY: entries are changed by dictadd and dictremove");
   EXPECT_EQ(cad::change_object({}, GroupList()).error().message(), "there is no object to change");

@@ -2,6 +2,8 @@
 
 #include "host/db/extended_data.h"
 #include "host/db/record.h"
+#include "host/db/symbol_table.h"
+#include "host/dxf/tag_writer.h"
 #include "tests/host/db/plan.h"
 
 namespace {
@@ -27,6 +29,16 @@ class ExtendedData : public DrawingTest {
     const Acad::ErrorStatus status = object->setXData(chain.get());
     object->close();
     return status;
+  }
+  void given_application(const wchar_t* name) {
+    AcDbRegAppTable* table = nullptr;
+    ASSERT_EQ(database().getSymbolTable(table, AcDb::kForWrite), Acad::eOk);
+    auto* const record = new AcDbRegAppTableRecord;
+    record->setName(name);
+    AcDbObjectId made;
+    EXPECT_EQ(table->add(made, record), Acad::eOk);
+    record->close();
+    table->close();
   }
 };
 
@@ -110,6 +122,8 @@ TEST_F(ExtendedData, EveryKindOfValueComesBackInEveryForm) {
 TEST_F(ExtendedData, AnApplicationIsReplacedWithoutTouchingOthers) {
   EXPECT_EQ(set(0x3A, 1001, L"pn", 1000, L"new"), Acad::eOk);
   EXPECT_THAT(data(0x3A), ElementsAre("1001 ACAD", "1000 other", "1001 pn", "1000 new"));
+  given_application(L"A");
+  given_application(L"B");
   EXPECT_EQ(set(0x3A, 1001, L"A", 1000, L"1", 1001, L"B", 1000, L"2", 1001, L"ACAD"), Acad::eOk);
   EXPECT_THAT(data(0x3A),
               ElementsAre("1001 pn", "1000 new", "1001 A", "1000 1", "1001 B", "1000 2"))
@@ -139,6 +153,87 @@ TEST_F(ExtendedData, RefusedDataChangesNothing) {
   object->close();
   EXPECT_EQ(data(0x3A), before);
   EXPECT_FALSE(database().is_modified());
+}
+
+TEST_F(ExtendedData, AnApplicationMustBeRegistered) {
+  EXPECT_EQ(set(0x2F, 1001, L"NEW", 1000, L"x"), Acad::eRegappIdNotFound);
+  EXPECT_EQ(int{Acad::eRegappIdNotFound}, 126);
+  EXPECT_EQ(set(0x2F, 1001, L"NEW"), Acad::eOk) << "there is nothing to be carried";
+  EXPECT_THAT(data(0x2F), IsEmpty());
+  EXPECT_FALSE(database().is_modified());
+  given_application(L"NEW");
+  EXPECT_EQ(set(0x2F, 1001, L"new", 1000, L"x"), Acad::eOk);
+  EXPECT_THAT(data(0x2F), ElementsAre("1001 new", "1000 x"));
+}
+
+TEST_F(ExtendedData, TextsHaveAtMost255Bytes) {
+  const std::wstring longest(255, L'x'), chinese(85, L'管');
+  EXPECT_EQ(set(0x2F, 1001, L"PN", 1000, longest.c_str(), 1000, chinese.c_str()), Acad::eOk);
+  const auto before = data(0x2F);
+  EXPECT_EQ(set(0x2F, 1001, L"PN", 1000, (longest + L"x").c_str()), Acad::eStringTooLong);
+  EXPECT_EQ(set(0x2F, 1001, L"PN", 1000, (chinese + L"x").c_str()), Acad::eStringTooLong);
+  EXPECT_EQ(data(0x2F), before);
+}
+
+TEST_F(ExtendedData, AnObjectCarriesAtMost16383Bytes) {
+  // 3 bytes a number behind the 9 of the application.
+  const auto fill = [&](std::uint64_t handle, const wchar_t* application, int numbers) {
+    cad::ChainBuilder chain;
+    chain.add(acutBuildList(1001, application, 0));
+    for (int i = 0; i < numbers; ++i) chain.add(acutBuildList(1070, 32767, 0));
+    AcDbObject* object = opened(handle, AcDb::kForWrite);
+    const Acad::ErrorStatus status = object->setXData(chain.head());
+    object->close();
+    return status;
+  };
+  for (const Form form : kFormsWithDictionaries) {
+    SCOPED_TRACE(form_name(form));
+    given_plan(form);
+    EXPECT_EQ(fill(0x2F, L"PN", 5458), Acad::eOk);
+    EXPECT_EQ(fill(0x2F, L"PN", 5459), Acad::eXdataSizeExceeded);
+    EXPECT_EQ(fill(0x2F, L"ACAD", 1), Acad::eXdataSizeExceeded) << "all applications together";
+    EXPECT_EQ(data(0x2F).size(), 5459u) << "a refusal changes nothing";
+    const cad::RecordTags record = cad::record_tags(id(0x2F));
+    const std::size_t end = record.bytes.size();
+    std::string tags;
+    cad::dxf::TagWriter(tags, *record.dialect).text(1000, L"0123456789");
+    AcDbObject* object = opened(0x2F, AcDb::kForWrite);
+    EXPECT_EQ(cad::replace_extended_tags(*object, end, end, tags), Acad::eXdataSizeExceeded);
+    object->close();
+    EXPECT_EQ(fill(0x2F, L"PN", 1), Acad::eOk);
+  }
+}
+
+TEST_F(ExtendedData, BytesAreCountedByKind) {
+  const auto size = [](auto write) {
+    const cad::dxf::Dialect ascii{}, binary{.binary = true};
+    std::string text, bytes;
+    cad::dxf::TagWriter text_writer(text, ascii), byte_writer(bytes, binary);
+    write(text_writer);
+    write(byte_writer);
+    EXPECT_EQ(cad::extended_size(text, ascii), cad::extended_size(bytes, binary));
+    return cad::extended_size(text, ascii);
+  };
+  const unsigned char chunk[] = {1, 2, 3};
+  EXPECT_EQ(size([](auto& tags) { tags.raw(1000, "abcd"); }), 7u);
+  EXPECT_EQ(size([](auto& tags) { tags.raw(1001, "abcd"); }), 9u);
+  EXPECT_EQ(size([](auto& tags) { tags.raw(1002, "{"); }), 2u);
+  EXPECT_EQ(size([&](auto& tags) { tags.chunk(1004, chunk); }), 5u);
+  EXPECT_EQ(size([](auto& tags) { tags.handle(1005, 0x3A); }), 9u);
+  EXPECT_EQ(size([](auto& tags) { tags.point(1011, 1, 2, 3); }), 25u);
+  EXPECT_EQ(size([](auto& tags) { tags.real(1040, 36.5); }), 9u);
+  EXPECT_EQ(size([](auto& tags) { tags.integer(1070, 7); }), 3u);
+  EXPECT_EQ(size([](auto& tags) { tags.integer(1071, 7); }), 5u);
+}
+
+TEST_F(ExtendedData, BracesMustMatch) {
+  const auto before = data(0x3A);
+  EXPECT_EQ(set(0x3A, 1001, L"PN", 1002, L"{"), Acad::eInvalidResBuf);
+  EXPECT_EQ(set(0x3A, 1001, L"PN", 1002, L"}", 1002, L"{"), Acad::eInvalidResBuf);
+  EXPECT_EQ(set(0x3A, 1001, L"PN", 1002, L"("), Acad::eInvalidResBuf);
+  EXPECT_EQ(set(0x3A, 1001, L"PN", 1002, L"{", 1001, L"ACAD", 1002, L"}"), Acad::eInvalidResBuf);
+  EXPECT_EQ(data(0x3A), before);
+  EXPECT_EQ(set(0x3A, 1001, L"PN", 1002, L"{", 1002, L"{", 1002, L"}", 1002, L"}"), Acad::eOk);
 }
 
 TEST_F(ExtendedData, NeedsAWriter) {
