@@ -1,9 +1,11 @@
 #include "host/db/dictionary.h"
 
 #include <algorithm>
+#include <string>
 #include <string_view>
 #include <vector>
 
+#include "host/base/numbers.h"
 #include "host/db/database.h"
 #include "host/db/drawing.h"
 #include "host/db/lens.h"
@@ -29,6 +31,12 @@ constexpr std::wstring_view kForbidden = L"<>/\\\":;?*|,=`";
 bool is_key(std::wstring_view name) {
   return !name.empty() && name.find_first_of(kForbidden) == std::wstring_view::npos;
 }
+
+/// "*", alone or in front of a key: the dictionary is to find a key of its own, *A1, *A2, ...
+bool asks_for_a_key(std::wstring_view name) {
+  return name == L"*" || (name.starts_with(L'*') && is_key(name.substr(1)));
+}
+constexpr std::wstring_view kAnonymous = L"*A";
 
 wchar_t fold_upper(wchar_t c) { return c >= L'a' && c <= L'z' ? c - (L'a' - L'A') : c; }
 
@@ -119,6 +127,21 @@ struct AcDbDictionary::Entries {
   const Entry* find(std::wstring_view key) const {
     const std::size_t i = lower_bound(key);
     return i < sorted.size() && compare_keys(sorted[i].key, key) == 0 ? &sorted[i] : nullptr;
+  }
+  /// Behind all such keys, those of erased entries included.
+  std::wstring next_anonymous() const {
+    std::int64_t last = 0;
+    for (std::size_t i = lower_bound(kAnonymous); i < sorted.size(); ++i) {
+      const std::wstring_view key = sorted[i].key;
+      if (compare_keys(key.substr(0, kAnonymous.size()), kAnonymous) != 0) break;
+      last = std::max<std::int64_t>(last, cad::wtoi(key.substr(kAnonymous.size())));
+    }
+    std::wstring key;
+    do {
+      key = kAnonymous;
+      key += std::to_wstring(++last);
+    } while (find(key));
+    return key;
   }
 };
 
@@ -239,8 +262,8 @@ Acad::ErrorStatus AcDbDictionary::setAt(const ACHAR* key, AcDbObject* object, Ac
   const Stub* own = ObjectAccess::stub(*this);
   if (!own) return Acad::eNotInDatabase;
   if (!object) return Acad::eNullObjectPointer;
-  const std::wstring_view name = key ? key : L"";
-  if (!is_key(name)) return Acad::eInvalidKey;
+  const std::wstring name = key ? key : L"";
+  if (!is_key(name) && !asks_for_a_key(name)) return Acad::eInvalidKey;
   Stub* const resident = ObjectAccess::stub(*object);
   if (resident && resident->owner != 0) return Acad::eAlreadyInDb;
   if (resident && &StubStore::drawing_of(*resident) != &StubStore::drawing_of(*own)) {
@@ -263,7 +286,7 @@ Acad::ErrorStatus AcDbDictionary::setAt(const ACHAR* key, AcDbObject* object, Ac
     drawing.opened();
   }
   id = object->objectId();
-  file_entry(name, id.handle());
+  file_entry(asks_for_a_key(name) ? entries().next_anonymous() : name, id.handle());
   return Acad::eOk;
 }
 

@@ -27,8 +27,9 @@ class AcDbDictionary : public AcDbObject {
 
   /// Files `object` under `key` and makes this dictionary its owner and reactor; the object is
   /// added to the drawing when it is new and stays open for write. An entry that had the key is
-  /// erased and its place taken. eNotOpenForWrite; eInvalidKey for an empty key or one with
-  /// < > / \ " : ; ? * | , = ` ; eNullObjectPointer; eAlreadyInDb for an object with another owner.
+  /// erased and its place taken. A key that begins with "*" asks for one that nobody has yet: *A1,
+  /// *A2, ... eNotOpenForWrite; eInvalidKey for an empty key or one with < > / \ " : ; ? * | , = `
+  /// elsewhere; eNullObjectPointer; eAlreadyInDb for an object with another owner.
   Acad::ErrorStatus setAt(const ACHAR* key, AcDbObject* object, AcDbObjectId& id);
   /// Takes the entry out without erasing it. eKeyNotFound, eNotOpenForWrite.
   Acad::ErrorStatus remove(const ACHAR* key);

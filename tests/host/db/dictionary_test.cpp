@@ -82,11 +82,32 @@ TEST_F(Dictionary, TheFirstSpellingOfAKeyStays) {
 
 TEST_F(Dictionary, SomeKeysAreRefused) {
   for (const wchar_t* key : {L"", L"a<b", L"a>b", L"a/b", L"a\\b", L"a\"b", L"a:b", L"a;b", L"a?b",
-                             L"a*b", L"*", L"a|b", L"a,b", L"a=b", L"a`b"}) {
+                             L"a*b", L"**", L"*a/b", L"a|b", L"a,b", L"a=b", L"a`b"}) {
     EXPECT_EQ(set(key), Acad::eInvalidKey) << key;
   }
   EXPECT_EQ(set(nullptr), Acad::eInvalidKey);
   EXPECT_EQ(found().size(), 3u);
+}
+
+TEST_F(Dictionary, AStarAsksForAKeyThatNobodyHas) {
+  file_record(id(kDictionary), L"*", L"one");
+  file_record(id(kDictionary), L"*U9", L"two");
+  EXPECT_THAT(found(), ElementsAre(L"*A1", L"*A2", L"Alpha", L"beta", L"zeta"));
+  reopened();
+  file_record(id(kDictionary), L"*A1", L"three");
+  AcDbObjectId entry;
+  for (const auto& [key, text] :
+       {std::pair(L"*A1", L"one"), {L"*A2", L"two"}, {L"*a3", L"three"}}) {
+    ASSERT_EQ(get(key, entry), Acad::eOk) << key;
+    EXPECT_EQ(record_text(entry), text);
+  }
+}
+
+TEST_F(Dictionary, AStarFindsAKeyBehindTheLargestNumber) {
+  given_entries("3 *a2147483647\n350 51\n3 *A7\n350 52\n");
+  file_record(id(kDictionary), L"*", L"x");
+  file_record(id(kDictionary), L"*", L"y");
+  EXPECT_THAT(found(), ElementsAre(L"*a2147483647", L"*A2147483648", L"*A2147483649", L"*A7"));
 }
 
 TEST_F(Dictionary, OtherKeysComeBackInEveryForm) {
