@@ -192,6 +192,9 @@ bool AcDbLayerTableRecord::isOff() const { return layer_color(Lens(content(), di
 
 Acad::ErrorStatus AcDbLayerTableRecord::setIsFrozen(bool frozen) {
   if (isWriteEnabled() && isFrozen() == frozen) return Acad::eOk;
+  const Stub* const own = frozen ? ObjectAccess::stub(*this) : nullptr;
+  if (isWriteEnabled() && own && StubStore::drawing_of(*own).current_properties().layer == own)
+    return Acad::eInvalidLayer;
   const std::int64_t flags = layer_flags(Lens(content(), dialect()));
   return patch([&](LensWriter& tags) {
     tags.set_integer(kLayerPart, 70, frozen ? flags | kFrozen : flags & ~kFrozen);

@@ -61,7 +61,7 @@ class AcDbLayerTableRecord : public AcDbSymbolTableRecord {
   bool isFrozen() const;
   bool isLocked() const;
   bool isOff() const;
-  Acad::ErrorStatus setIsFrozen(bool frozen);
+  Acad::ErrorStatus setIsFrozen(bool frozen);  ///< eInvalidLayer: the current one stays thawed
   Acad::ErrorStatus setIsLocked(bool locked);
   Acad::ErrorStatus setIsOff(bool off);
   int colorIndex() const;  ///< 1 to 255, whether the layer is on or off

@@ -109,17 +109,18 @@ TEST_F(SymbolTables, LayersTellTheirState) {
 }
 
 TEST_F(SymbolTables, LayerStatesAreSetIndependently) {
-  auto* record = opened<AcDbLayerTableRecord>(0x10, AcDb::kForWrite);
+  auto* record = opened<AcDbLayerTableRecord>(0x13, AcDb::kForWrite);
   EXPECT_EQ(record->setIsLocked(true), Acad::eOk);
   EXPECT_EQ(record->setIsFrozen(true), Acad::eOk);
+  EXPECT_EQ(record->setIsOff(false), Acad::eOk);
   EXPECT_EQ(record->setIsOff(true), Acad::eOk);
   EXPECT_EQ(record->setColorIndex(3), Acad::eOk);
   EXPECT_EQ(record->setColorIndex(0), Acad::eOutOfRange);
   EXPECT_EQ(record->setColorIndex(256), Acad::eOutOfRange);
   record->close();
-  EXPECT_THAT(database().save_bytes(), HasSubstr("  2\n0\n 70\n     5\n 62\n    -3\n  6\n"));
+  EXPECT_THAT(database().save_bytes(), HasSubstr("  2\nOFF\n 70\n     5\n 62\n    -3\n  6\n"));
   reopened();
-  record = opened<AcDbLayerTableRecord>(0x10, AcDb::kForWrite);
+  record = opened<AcDbLayerTableRecord>(0x13, AcDb::kForWrite);
   EXPECT_TRUE(record->isLocked());
   EXPECT_TRUE(record->isFrozen());
   EXPECT_TRUE(record->isOff());
@@ -129,6 +130,19 @@ TEST_F(SymbolTables, LayerStatesAreSetIndependently) {
   EXPECT_TRUE(record->isFrozen());
   EXPECT_EQ(record->colorIndex(), 3);
   record->close();
+}
+
+TEST_F(SymbolTables, TheCurrentLayerCannotBeFrozen) {
+  auto* current = opened<AcDbLayerTableRecord>(0x10, AcDb::kForWrite);
+  EXPECT_EQ(current->setIsFrozen(true), Acad::eInvalidLayer);
+  EXPECT_EQ(int{Acad::eInvalidLayer}, 173);
+  EXPECT_EQ(current->setIsFrozen(false), Acad::eOk);
+  EXPECT_EQ(current->setIsLocked(true), Acad::eOk) << "locked it may be";
+  current->close();
+  auto* other = opened<AcDbLayerTableRecord>(0x11, AcDb::kForWrite);
+  EXPECT_EQ(other->setIsFrozen(true), Acad::eOk);
+  other->close();
+  EXPECT_EQ(AcDbLayerTableRecord().setIsFrozen(true), Acad::eOk) << "a layer of no drawing";
 }
 
 TEST_F(SymbolTables, NewLayersComeBackInEveryForm) {
