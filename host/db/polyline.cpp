@@ -136,7 +136,9 @@ ErrorStatus AcDbPolyline::addVertexAt(unsigned int index, const AcGePoint2d& poi
   PolylineVertex fresh;
   fresh.point = point;
   fresh.bulge = bulge;
-  if (startWidth > 0.0 || endWidth > 0.0) {
+  const double widest = std::max(startWidth, endWidth);
+  const bool among_wide_ones = real_of(kPart, kConstantWidth) > 0.0;
+  if (widest > 0.0 || (widest == 0.0 && among_wide_ones)) {
     fresh.start_width = std::max(startWidth, 0.0);
     fresh.end_width = std::max(endWidth, 0.0);
   }

@@ -152,6 +152,32 @@ TEST_F(Curves, AWidthOfOneVertexEndsTheConstantWidth) {
   line->close();
 }
 
+TEST_F(Curves, AVertexWithoutWidthsTakesTheConstantOneAndZeroIsAWidth) {
+  const auto check = [](AcDbPolyline& line) {
+    double start = 0, end = 0;
+    EXPECT_EQ(line.setConstantWidth(1.5), Acad::eOk);
+    EXPECT_EQ(line.addVertexAt(1, {1, 5}), Acad::eOk);
+    EXPECT_EQ(line.getConstantWidth(start), Acad::eOk);
+    EXPECT_EQ(start, 1.5);
+    EXPECT_EQ(line.addVertexAt(1, {1, 4}, 0, 0, 0), Acad::eOk);
+    EXPECT_EQ(line.getWidthsAt(1, start, end), Acad::eOk);
+    EXPECT_EQ(start + end, 0.0);
+    EXPECT_EQ(line.getWidthsAt(2, start, end), Acad::eOk);
+    EXPECT_EQ(start + end, 3.0);
+    EXPECT_EQ(line.setConstantWidth(0), Acad::eOk);
+    EXPECT_EQ(line.addVertexAt(1, {1, 3}, 0, 0, 0), Acad::eOk);
+    EXPECT_EQ(line.getConstantWidth(start), Acad::eOk);
+    EXPECT_EQ(start, 0.0) << "nothing needs saying where all are 0";
+  };
+  auto* const read = first<AcDbPolyline>(kPolyline, AcDb::kForWrite);
+  check(*read);
+  read->close();
+  AcDbPolyline fresh;
+  fresh.addVertexAt(0, {0, 0});
+  fresh.addVertexAt(1, {1, 0});
+  check(fresh);
+}
+
 TEST_F(Curves, NewOnesAreAddedToADrawing) {
   given_plan();
   auto* polyline = new AcDbPolyline;
