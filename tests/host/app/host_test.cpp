@@ -7,6 +7,7 @@
 #include <string>
 
 #include "host/base/file.h"
+#include "tests/comma_locale.h"
 #include "tests/host/app/small_drawing.h"
 
 namespace {
@@ -33,6 +34,18 @@ TEST_F(Host, SavingAnUnchangedDrawingGivesTheSameBytes) {
   ASSERT_TRUE(drawing);
   ASSERT_TRUE(host.save(*drawing, path("copy.dxf")));
   EXPECT_EQ(content("copy.dxf"), small_drawing());
+}
+
+TEST_F(Host, NumbersKeepTheirPointWhereOthersHaveCommas) {
+  const CommaLocale locale;
+  if (!locale) GTEST_SKIP() << "localedef cannot make a locale";
+  given_drawing(small_drawing());
+  EXPECT_EQ(eval("(list (rtos 1.5 2 2) (atof \"1.5\") (distof \"2.5\") 2.25 (angtos 0.5 0 3))"),
+            "(\"1.5\" 1.5 2.5 2.25 \"298.648\")");
+  EXPECT_EQ(eval("(car (assoc 10 (entmake '((0 . \"CIRCLE\") (10 1.5 0 0) (40 . 7.125)))))"), "10");
+  EXPECT_EQ(eval("(assoc 40 (entget (entlast)))"), "(40 . 7.125)");
+  EXPECT_NE(acDocManager->curDocument()->database()->save_bytes().find("\n7.125\n"),
+            std::string::npos);
 }
 
 TEST_F(Host, SavingInPlaceKeepsTheLockAndTheBackup) {

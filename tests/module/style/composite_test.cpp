@@ -77,6 +77,22 @@ TEST_F(CompositeLabel, AnUnknownSlotWordLeavesTheTextPassedIn) {
   EXPECT_EQ(main_text(), L"DN300/two/three");
 }
 
+TEST_F(CompositeLabel, WordsOfStandardLYAreUnknownElsewhere) {
+  given_slots("1 - GCDN DH LL");
+  second = L"two";
+  EXPECT_EQ(main_text(), L"two");
+  EXPECT_EQ(second, L"35.2");
+  EXPECT_EQ(third, L"");
+  EXPECT_EQ(texts_of({L"公称直径", L"管代号", L"管长"}), Texts({L"35.2"}));
+}
+
+TEST_F(CompositeLabel, OfASectionIsThatOfOneSection) {
+  EXPECT_EQ(style.GetCompositeDim(300, 0.0025, 35.2, 1, second, third, 1, 2000, 1500, 2.5),
+            L"BxH=2000x1500(1:2.5)-35.2-2.5‰");
+  EXPECT_EQ(style.GetCompositeDim(300, 0.0025, 35.2, 1, second, third, 1, 2000, 1500, 0),
+            L"BxH=2000x1500-35.2-2.5‰");
+}
+
 TEST_F(CompositeLabel, WithNothingToSayIsEmpty) {
   given_slots("0 - DN DN DN");
   second = L"before";
@@ -88,6 +104,7 @@ TEST_F(CompositeLabel, WithNothingToSayIsEmpty) {
 TEST_F(CompositeLabel, ShowsTheItemsNamedOnly) {
   EXPECT_EQ(texts_of({L"管长", L"坡度"}), Texts({L"35.2-2.5‰"}));
   EXPECT_EQ(texts_of({L"管长", L"坡度"}, true), Texts({L"35.2", L"2.5‰"}));
+  EXPECT_TRUE(result);
   EXPECT_EQ(texts_of(all), Texts({L"DN300-35.2-2.5‰"}));
   EXPECT_TRUE(result);
   EXPECT_EQ(texts_of({L"管代号"}), Texts());
@@ -249,6 +266,13 @@ TEST_F(ItemOrder, EachKindOfPipesHasAList) {
 TEST_F(ItemOrder, BeforeSettingsAreReadThereIsNone) {
   Texts items;
   EXPECT_EQ(style.GetDnOrderDims(items, L""), 0);
+}
+
+TEST_F(ItemOrder, FurtherSlotsOfStandardLYCountThereOnly) {
+  given_file("install/Is/gdcdpdbz.dat", "x\nx\nx\n0 - DN LL PD DN LL V\n");
+  order("LocalStyle=LY\n");
+  EXPECT_EQ(order("LocalStyle=GB\n"), Texts({L"管径", L"管长", L"坡度", L"水流方向"}))
+      << "though their words are still known";
 }
 
 TEST_F(ItemOrder, StandardLYHasFiveSlots) {

@@ -15,7 +15,8 @@ class DiameterStyle : public WithStyle {
  protected:
   DiameterStyle() {
     given_file("install/using/PipeMaterials.dat",
-               "管材 7 PE 1 \"\"\n规格 7 110 96.8 6.6\n规格 7 125 110 -\n");
+               "管材 7 PE 1 \"\"\n规格 7 110 96.8 6.6\n规格 7 125 110 -\n"
+               "规格 7 200 180.1234567 9.5\n");
     network::forget_pipe_materials();
   }
   CString label(const std::string& style_line, double diameter = 110, const wchar_t* code = L"7") {
@@ -125,6 +126,14 @@ TEST_F(DiameterStyle, AnUnknownSizeIsTheNominalDiameter) {
   EXPECT_EQ(label("d IN / WALL mm", 125), L"d110/125mm") << "the inner diameter is known";
   EXPECT_EQ(label("d IN / WALL mm", 110, L"8"), L"d110/110mm");
   EXPECT_EQ(label("d IN / WALL mm", 160), L"d160/160mm");
+}
+
+TEST_F(DiameterStyle, TheOuterDiameterIsTheInnerAndTwoWalls) {
+  EXPECT_EQ(label("D OUT", 200), L"D199.123457");
+}
+
+TEST_F(DiameterStyle, SizesHaveSixDecimalsAtMost) {
+  EXPECT_EQ(label("d IN × WALL \"\"", 200), L"d180.123457×9.5");
 }
 
 TEST_F(DiameterStyle, TheDiameterIsTruncated) { EXPECT_EQ(label("d IN", 110.9), L"d96.8"); }

@@ -289,6 +289,13 @@ TEST_F(DiameterSettings, EachLineIsAStyle) {
                                                    {L"", L"STD", L"", L"", L""}}));
 }
 
+TEST_F(DiameterSettings, EveryTokenMayBeQuoted) {
+  given_file("install/Is/gdbzfsk.dat", R"("d e" "OUT" " × " "WALL" " mm")");
+  std::vector<tdfDnDimTypeItem> styles;
+  EXPECT_EQ(CDimStyle::ReadGdbzfsk(styles), 1);
+  EXPECT_EQ(styles, (std::vector<tdfDnDimTypeItem>{{L"d e", L"OUT", L" × ", L"WALL", L" mm"}}));
+}
+
 TEST_F(DiameterSettings, AMissingOrEmptyFileIsNamedAndKeepsTheStyles) {
   std::vector<tdfDnDimTypeItem> styles(5);
   EXPECT_EQ(CDimStyle::ReadGdbzfsk(styles), 0);
@@ -376,6 +383,32 @@ TEST_F(Origins, TellFileLineAndToken) {
   EXPECT_EQ(note(L"elevation GROUND decimals").origin.line, 2);
   EXPECT_EQ(note(L"stake unit").value, L"100");
   EXPECT_EQ(note(L"stake unit").origin.place, L"record 2, token 0");
+}
+
+TEST_F(Origins, TellTheLineOfEachDiameterStyle) {
+  given_file("install/Is/gdbzfsk.dat", "; c\nDN STD\nde OUT × WALL\n");
+  update();
+  EXPECT_EQ(note(L"diameter style 1").value, L"de OUT × WALL");
+  EXPECT_EQ(note(L"diameter style 1").origin.line, 3);
+  EXPECT_EQ(note(L"diameter style 1").origin.place, L"");
+  std::filesystem::remove(folder / "install/Is/gdbzfsk.dat");
+  update();
+  EXPECT_TRUE(note(L"diameter style").is_default);
+}
+
+TEST_F(Origins, TellTheTokensOfElevationsAndWhatIsKeptWithoutTheFile) {
+  given_file("install/Is/bgbzfsk.dat", "GROUND x 2 BG1.dwg\n");
+  update();
+  EXPECT_EQ(note(L"elevation GROUND decimals").origin.place, L"token 2");
+  EXPECT_EQ(note(L"elevation GROUND symbol").value, L"BG1");
+  EXPECT_EQ(note(L"elevation GROUND symbol").origin.place, L"token 3");
+  EXPECT_EQ(note(L"elevation USUAL symbol").value, L"");
+  EXPECT_TRUE(note(L"elevation USUAL symbol").is_default);
+  std::filesystem::remove(folder / "install/Is/bgbzfsk.dat");
+  update();
+  EXPECT_EQ(note(L"elevation GROUND decimals").value, L"2");
+  EXPECT_EQ(note(L"elevation GROUND symbol").value, L"BG1");
+  EXPECT_TRUE(note(L"elevation GROUND symbol").is_default);
 }
 
 TEST_F(Origins, TellWhatStandsInForWhatNoFileSays) {

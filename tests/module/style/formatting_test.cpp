@@ -120,7 +120,7 @@ TEST_F(SlopeLabel, IsPrintedPerMilleWithoutSign) {
 
 TEST_F(SlopeLabel, IsPrintedPerCentOrPlain) {
   given_plan_labels("x\n\"\" % 1 % 0\n");
-  EXPECT_EQ(style.GetPipePdStr(0.005), L"0.5%");
+  EXPECT_EQ(style.GetPipePdStr(0.5), L"50.0%");
   given_plan_labels("x\n\"\" \"\" 4 小数 0\n");
   EXPECT_EQ(style.GetPipePdStr(-0.005), L"0.0050");
 }
@@ -171,8 +171,13 @@ TEST_F(DepthLabel, OfAWellInMetresHasTheUsualDecimals) {
   EXPECT_EQ(style.GetWellDepth(kNoValue, 0), L"");
 }
 
-TEST_F(DepthLabel, OfAWellInMillimetresIsCutBehindRounding) {
+TEST_F(DepthLabel, OfAWellThatNobodyMeasuredIsEmptyInMillimetresToo) {
   given_library_settings("[Swjcj]\nUnit_Jcjsd=mm\n");
+  EXPECT_EQ(style.GetWellDepth(kNoValue, 0), L"");
+}
+
+TEST_F(DepthLabel, OfAWellInMillimetresIsCutBehindRounding) {
+  given_library_settings("[Swjcj]\nUnit_Jcjsd=Mm\n");
   given_elevations("USUAL x 3 BG.dwg\n");
   EXPECT_EQ(style.GetWellDepth(1.2345, 1), L"1234");
   EXPECT_EQ(style.GetWellDepth(1.2345, 0), L"1234.500");

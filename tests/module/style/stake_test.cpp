@@ -72,6 +72,14 @@ TEST_F(StakeLabel, HectometresTakeTwoDigits) {
   EXPECT_EQ(label(105.0), L"K01+05");
 }
 
+TEST_F(StakeLabel, KilometresTakeOneDigitEvenWhenPadded) {
+  given_stake_style(L"1000 50 0 1 1 0 1 1 K 0");
+  EXPECT_EQ(label(1234.5), L"K1+234.5");
+  EXPECT_EQ(label(12034.5), L"K12+034.5");
+  given_stake_style(L"500 50 0 1 1 0 1 1 K 0");
+  EXPECT_EQ(label(1034.5), L"K2+034.5") << "so do units of any other length";
+}
+
 TEST_F(StakeLabel, MetresArePaddedOnDemand) {
   given_stake_style(L"1000 50 0 0 0 0 1 1 K 0");
   EXPECT_EQ(label(1005.5), L"K1+5.5");
