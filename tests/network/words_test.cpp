@@ -53,7 +53,7 @@ TEST(Words, AFullWidthBlankIsACharacterOfTheWord) {
 
 TEST(Numbers, ATextIsANumberWhenAllOfItIs) {
   for (const wchar_t* number :
-       {L"0", L"12", L"-3", L"+3", L"36.5", L"-.5", L"5.", L"1e-7", L"2E+3", L"007"})
+       {L"0", L"12", L"-3", L"+3", L"36.5", L"-.5", L"5.", L"1e-7", L"2E+3", L"007", L"1908.29e9"})
     EXPECT_TRUE(KT::IsNum(number)) << testing::PrintToString(number);
   for (const wchar_t* other : {L"", L" ", L"x", L"-", L".", L"-.", L"1 ", L" 1", L"1m", L"1.2.3",
                                L"1e", L"1e+", L"0x10", L"inf", L"nan", L"１", L"1,5", L"--1"})

@@ -1,4 +1,6 @@
 // Labels of diameters and sections.
+#include <cmath>
+
 #include "tests/module/style/style_fixture.h"
 
 namespace {
@@ -52,6 +54,14 @@ TEST_F(RectangularSection, BeginsWithTheTextOfTheSettings) {
 TEST_F(RectangularSection, SizesBeyondWholeNumbersDoNotBreakAnything) {
   style.UpdateData();
   EXPECT_EQ(style.GetDnStr(300, 1, 1, 1e300, -1e300, 0), L"BxH=-2147483648x-2147483648");
+}
+
+TEST_F(RectangularSection, LosesFractionsUpToTheLimitsOfWholeNumbers) {
+  style.UpdateData();
+  EXPECT_EQ(style.GetDnStr(0, 1, 1, 2147483647.9, -0.9, 0), L"BxH=2147483647x0");
+  EXPECT_EQ(style.GetDnStr(0, 1, 1, 2147483648.0, -2147483648.9, 0),
+            L"BxH=-2147483648x-2147483648");
+  EXPECT_EQ(style.GetDnStr(0, 1, 1, -2000.9, NAN, NAN), L"BxH=-2000x-2147483648");
 }
 
 TEST_F(TwinSection, SaysThatItIsTwin) {

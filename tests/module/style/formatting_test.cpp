@@ -111,6 +111,14 @@ TEST_F(LengthLabel, LongPrefixesAreKeptWhole) {
   EXPECT_EQ(style.GetPipeLongStr(1.0), prefix + L"1.0m");
 }
 
+TEST_F(LengthLabel, AnyLengthOfTextIsKeptWhole) {
+  for (std::size_t size = 100; size < 140; ++size) {
+    const CString prefix(size, L'管'), suffix(size - 90, L'米');
+    given_plan_labels(cad::to_utf8(prefix) + " " + cad::to_utf8(suffix) + " 1 m 0\n");
+    EXPECT_EQ(style.GetPipeLongStr(123.0), prefix + L"123.0" + suffix);
+  }
+}
+
 TEST_F(SlopeLabel, IsPrintedPerMilleWithoutSign) {
   given_plan_labels("x\ni= ‰ 2 ‰ 0\n");
   EXPECT_EQ(style.GetPipePdStr(-0.0035), L"i=3.50‰");
@@ -192,6 +200,11 @@ TEST_F(WellLabel, JoinsPrefixSeparatorAndNumber) {
   EXPECT_EQ(style.GetJdStr(&well_type, L"污w", L"a1"), L"污W-a1");
   given_plan_labels("x\nx\n0 / 0 XH L\n");
   EXPECT_EQ(style.GetJdStr(&well, L"w", L"12"), L"w/12");
+}
+
+TEST_F(WellLabel, LettersFromAToZHaveCapitals) {
+  const CGxJd well;
+  EXPECT_EQ(style.GetJdStr(&well, L"`amz{éß管ａ", L"az"), L"`AMZ{éß管ａ-az");
 }
 
 TEST_F(WellLabel, WithoutANumberIsEmpty) {
