@@ -60,6 +60,18 @@ TEST(ListText, AListElementComesBackWithItsParentheses) {
   EXPECT_EQ(KT::Nth(L"((\"管径\" \"Y\") (\"管长\" \"N\"))", 1, true), L"(\"管长\" \"N\")");
 }
 
+TEST(ListText, ParenthesesInQuotesAreTextWhereverTheyStand) {
+  EXPECT_EQ(KT::Nth(L"((\"a)b\" Y) c)", 0, true), L"(\"a)b\" Y)");
+  EXPECT_EQ(KT::Nth(L"((\"a)b\" Y) c)", 1, true), L"c");
+  EXPECT_EQ(KT::Nth(L"(\"a)b\" Y)", 0, true), L"a)b");
+  EXPECT_EQ(KT::Nth(L"\")(\" m", 0, true), L")(");
+}
+
+TEST(ListText, TabsAndLineEndsAreBlanks) {
+  EXPECT_EQ(KT::Nth(L"\ta\t\r\nb\r", 0, true), L"a");
+  EXPECT_EQ(KT::Nth(L"\ta\t\r\nb\r", 1, true), L"b");
+}
+
 TEST(ListText, UnbalancedTextReachesToTheEnd) {
   EXPECT_EQ(KT::Nth(L"(a b", 1, true), L"b");
   EXPECT_EQ(KT::Nth(L"a (b c", 1, true), L"(b c");

@@ -73,6 +73,7 @@ TEST(Numbers, ZeroIsBelowAMillionth) {
 TEST(Numbers, AreEqualWithinTheTolerance) {
   EXPECT_TRUE(KT::IsDoubleEQ(-1.0, -1.0005, 0.001));
   EXPECT_FALSE(KT::IsDoubleEQ(-1.0, -1.002, 0.001));
+  EXPECT_FALSE(KT::IsDoubleEQ(1.0, 1.5, 0.5)) << "it is less than the tolerance";
 }
 
 }  // namespace
