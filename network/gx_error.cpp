@@ -10,6 +10,10 @@ void CGxError::Report2Pp(int /*icon*/, const CString& text) {
     if (!line->empty()) acutPrintf(L"\n%s", line->c_str());
 }
 
+void CGxError::Report(const CString& text) {
+  if (!text.empty()) acutPrintf(L"\n%s", text.c_str());
+}
+
 void CGxError::Report2Cmd(const CString& text) {
   if (!text.empty()) acutPrintf(L"%s", text.c_str());
 }

@@ -18,8 +18,8 @@ class CGxError {
   /// those that are not empty; nothing is kept. `icon` is the picture a dialogue would show: 3 a
   /// hint.
   void Report2Pp(int icon, const CString& text);
-  /// The same as a hint.
-  void Report(const CString& text) { Report2Pp(3, text); }
+  /// Prints the text as a hint, on a line of its own. A text that was set is kept.
+  void Report(const CString& text);
   /// Prints the text on the command line as it stands: whoever writes it begins it with a line
   /// break.
   void Report2Cmd(const CString& text);

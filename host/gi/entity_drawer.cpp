@@ -37,6 +37,36 @@ class Restored {
 
 }  // namespace
 
+/// The traits that a caller has set.
+class EntityDrawer::CallersTraits {
+ public:
+  explicit CallersTraits(AcGiSubEntityTraits& traits)
+      : traits_(traits),
+        layer_(traits.layerId()),
+        color_(traits.color()),
+        linetype_(traits.lineTypeId()),
+        linetype_scale_(traits.lineTypeScale()),
+        weight_(traits.lineWeight()) {}
+
+  Adesk::UInt16 color() const { return color_; }
+  void restore_color() const { traits_.setColor(color_); }
+  void restore() const {
+    traits_.setLayer(layer_);
+    restore_color();
+    traits_.setLineType(linetype_);
+    traits_.setLineTypeScale(linetype_scale_);
+    traits_.setLineWeight(weight_);
+  }
+
+ private:
+  AcGiSubEntityTraits& traits_;
+  const AcDbObjectId layer_;
+  const Adesk::UInt16 color_;
+  const AcDbObjectId linetype_;
+  const double linetype_scale_;
+  const AcDb::LineWeight weight_;
+};
+
 EntityDrawer::Kept::Kept(Drawing* drawing) : styles(drawing) {
   if (!drawing) return;
   looks.emplace(*drawing);
@@ -72,7 +102,18 @@ void EntityDrawer::set_color(int index) {
 }
 
 void EntityDrawer::restore_color() {
-  if (look_) look_->apply_to(canvas_.traits());
+  if (look_)
+    look_->apply_to(canvas_.traits());
+  else if (caller_)
+    caller_->restore_color();
+}
+
+bool EntityDrawer::draw_under_traits(const EntityTags& entity) {
+  const CallersTraits caller(canvas_.traits());
+  const Restored<const CallersTraits*> own(caller_, &caller);
+  const bool drawn = draw_shape(entity);
+  if (shows_block(entity.kind)) caller.restore();
+  return drawn;
 }
 
 void EntityDrawer::draw(AcDbObjectId entity) { draw_in(entity, nullptr); }
@@ -101,9 +142,15 @@ bool EntityDrawer::draw_shape(const EntityTags& entity) {
 
 bool EntityDrawer::draw_reference(const EntityTags& entity) {
   if (!entity.drawing) return false;
-  // Contents under traits of the caller: ByBlock and layer 0 mean those of the reference itself.
+  // Contents under traits of the caller: ByBlock and layer 0 mean those of the reference itself,
+  // but for a colour that the caller chose.
   Look look;
   if (!look_) look = kept(entity.drawing).looks->look_of(entity.bytes, entity.dialect, nullptr);
+  if (const Adesk::UInt16 color = caller_ ? caller_->color() : 0;
+      !look_ && color > 0 && color < 256) {
+    look.pen.color = color;
+    look.pen.true_color.reset();
+  }
   const Look& reference = look_ ? *look_ : look;
   const auto placement =
       block_placement(entity.kind, entity.bytes, entity.dialect, *entity.drawing);

@@ -35,8 +35,10 @@ class EntityDrawer {
 
   /// With the layer and colours it has; nothing when it, or its layer, is not to be seen.
   void draw(AcDbObjectId entity);
-  /// What is seen of it, with the traits that are set. False for a kind that is not drawn.
-  bool draw_shape(const EntityTags& entity);
+  /// What is seen of it, with the traits that its caller set and finds as they were. A colour of
+  /// the palette among them is the entity's own: contents that are ByBlock have it. False for a
+  /// kind that is not drawn.
+  bool draw_under_traits(const EntityTags& entity);
 
   const DrawingGaps& gaps() const { return gaps_; }
 
@@ -57,6 +59,7 @@ class EntityDrawer {
   void restore_color();
 
  private:
+  class CallersTraits;
   struct Contents {
     std::vector<AcDbObjectId> entities;
     bool entered = false;  // being drawn: met again, the block contains itself
@@ -73,6 +76,7 @@ class EntityDrawer {
   Kept& kept(Drawing* drawing);
   Contents& contents_of(Drawing& drawing, AcDbObjectId block);
   void draw_in(AcDbObjectId entity, const Look* reference);
+  bool draw_shape(const EntityTags& entity);
   bool draw_reference(const EntityTags& entity);
   void draw_block(Drawing& drawing, const BlockPlacement& placement, const Look& reference);
   void draw_attributes(const EntityTags& insert);
@@ -80,7 +84,8 @@ class EntityDrawer {
   Canvas canvas_;
   DrawingGaps gaps_;
   std::unordered_map<const Drawing*, std::unique_ptr<Kept>> kept_;
-  const Look* look_ = nullptr;       // of the entity being drawn; null under its caller's traits
+  const Look* look_ = nullptr;  // of the entity being drawn; null under its caller's traits
+  const CallersTraits* caller_ = nullptr;
   const Look* reference_ = nullptr;  // of the reference to the block it is in
   std::size_t depth_ = 0;
   std::size_t left_;  // entities of blocks that may still be drawn

@@ -13,5 +13,5 @@ Adesk::Boolean AcDbEntity::worldDraw(AcGiWorldDraw* draw) {
   if (!cad::dxf::TagReader(content(), dialect()).next(kind)) return Adesk::kFalse;
   const cad::EntityTags tags{
       kind.value, content(), dialect(), database ? &database->drawing() : nullptr, id.stub(), this};
-  return cad::EntityDrawer(*draw).draw_shape(tags);
+  return cad::EntityDrawer(*draw).draw_under_traits(tags);
 }

@@ -88,7 +88,8 @@ AcDbObjectId CDimDraw::draw_arrow_block(const wchar_t* file, const AcGePoint3d& 
   KT::GetInstallDir(folder);
   AcDbBlockReference* const arrow = GetBlkEnt(folder + file, L"", point, rotation, scale);
   if (!arrow) return {};
-  if (!layer) return DrawEntity(arrow, false);
+  // A preview is on no layer; asking for one might make it.
+  if (!layer || world_draw_) return DrawEntity(arrow, false);
   const AcDbObjectId own_layer = layer_id_;
   layer_id_ = Gx::GetLayer(layer);
   const AcDbObjectId id = DrawEntity(arrow, false);

@@ -40,7 +40,16 @@ TEST_F(ErrorObject, AReportHasATextOfItsOwn) {
   EXPECT_EQ(printed, "\n100%s\na\nb");
 }
 
+TEST_F(ErrorObject, AHintOfItsOwnLeavesTheFaultForItsReport) {
+  error.Set(L"a");
+  error.Report(L"b");
+  EXPECT_EQ(printed, "\nb");
+  error.Report2Pp(3, L"");
+  EXPECT_EQ(printed, "\nb\na");
+}
+
 TEST_F(ErrorObject, NothingToTellPrintsNothing) {
+  error.Report(L"");
   error.Report2Pp(3, L"");
   EXPECT_EQ(printed, "");
 }

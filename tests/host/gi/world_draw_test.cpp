@@ -188,6 +188,60 @@ TEST_F(WorldDraw, AReferenceOfNoDrawingFindsItsBlockInTheWorkingOne) {
   EXPECT_EQ(draw_.calls[1].points.front(), AcGePoint3d(6, 5, 0));
 }
 
+TEST_F(WorldDraw, ContentsByBlockHaveTheColourThatTheCallerSet) {
+  DrawingNote note;
+  note.block("WELL", DrawingNote::record("LINE", line_tags(0, 0, 2, 0), "0", "62 0\n") +
+                         DrawingNote::record("LINE", line_tags(0, 1, 2, 1), "0", "62 3\n"));
+  note.entity("INSERT", "2 WELL\n" + point_tags(10, 0, 0), "0", "62 5\n");
+  given(note);
+  draw_.subEntityTraits().setColor(42);
+  EXPECT_TRUE(draw_first());
+  ASSERT_THAT(draw_.calls, SizeIs(2));
+  EXPECT_EQ(draw_.calls[0].color, 42);
+  EXPECT_EQ(draw_.calls[1].color, 3);
+}
+
+TEST_F(WorldDraw, ContentsByBlockHaveTheReferencesColourWhenTheCallerSetNone) {
+  DrawingNote note;
+  note.block("WELL", DrawingNote::record("LINE", line_tags(0, 0, 2, 0), "0", "62 0\n"));
+  note.entity("INSERT", "2 WELL\n" + point_tags(10, 0, 0), "0", "62 5\n");
+  given(note);
+  draw_.subEntityTraits().setColor(256);
+  EXPECT_TRUE(draw_first());
+  EXPECT_EQ(only_call().color, 5);
+}
+
+TEST_F(WorldDraw, AReferenceLeavesTheTraitsOfTheCallerAsTheyWere) {
+  DrawingNote note;
+  note.block("WELL", DrawingNote::record("LINE", line_tags(0, 0, 2, 0), "RED", "62 3\n370 50\n"));
+  note.entity("INSERT", "2 WELL\n" + point_tags(10, 0, 0));
+  given(note);
+  AcGiSubEntityTraits& traits = draw_.subEntityTraits();
+  const AcDbObjectId layer = database_->clayer();
+  traits.setLayer(layer);
+  traits.setColor(42);
+  traits.setLineType(layer);
+  traits.setLineTypeScale(7);
+  traits.setLineWeight(static_cast<AcDb::LineWeight>(13));
+  EXPECT_TRUE(draw_first());
+  EXPECT_EQ(only_call().color, 3);
+  EXPECT_EQ(traits.layerId(), layer);
+  EXPECT_EQ(traits.color(), 42);
+  EXPECT_EQ(traits.lineTypeId(), layer);
+  EXPECT_EQ(traits.lineTypeScale(), 7);
+  EXPECT_EQ(traits.lineWeight(), 13);
+}
+
+TEST_F(WorldDraw, AColouredWordLeavesTheColourOfTheCallerToTheNext) {
+  given(DrawingNote().entity("MTEXT", point_tags(10, 0, 0) + "40 2.0\n71 1\n1 {\\C3;one} two\n"));
+  draw_.subEntityTraits().setColor(42);
+  EXPECT_TRUE(draw_first());
+  ASSERT_THAT(draw_.calls, SizeIs(2));
+  EXPECT_EQ(draw_.calls[0].color, 3);
+  EXPECT_EQ(draw_.calls[1].color, 42);
+  EXPECT_EQ(draw_.subEntityTraits().color(), 42);
+}
+
 TEST_F(WorldDraw, AKindThatIsNotDrawnSaysSo) {
   given(DrawingNote().entity("ACAD_PROXY_ENTITY", "90 498\n"));
   EXPECT_FALSE(draw_first());

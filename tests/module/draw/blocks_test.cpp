@@ -118,6 +118,18 @@ TEST_F(InsertedBlocks, OfTheDrawingNeedNoFile) {
   EXPECT_FALSE(draw.InsertBlkEnt(L"nowhere.dwg", L"KNOWN", {0, 0, 0}, 0, 1.0).isNull());
 }
 
+TEST_F(InsertedBlocks, WithoutAFileAreNoneEvenIfTheDrawingHasTheBlock) {
+  CDimDraw draw(500, nullptr);
+  draw.InsertBlkEnt(installed(L"szwdl\\psjt.dwg"), L"", {0, 0, 0}, 0, 1.0);
+  EXPECT_TRUE(draw.InsertBlkEnt(L"", L"psjt", {0, 0, 0}, 0, 1.0).isNull());
+}
+
+TEST_F(InsertedBlocks, ADriveIsNoPartOfTheName) {
+  CDimDraw draw(500, nullptr);
+  draw.InsertBlkEnt(installed(L"szwdl\\psjt.dwg"), L"", {0, 0, 0}, 0, 1.0);
+  EXPECT_EQ(block_of(draw.InsertBlkEnt(L"C:psjt.dwg", L"", {0, 0, 0}, 0, 1.0)), L"psjt");
+}
+
 TEST_F(InsertedBlocks, WithoutFileOrNameAreNone) {
   CDimDraw draw(500, nullptr);
   EXPECT_TRUE(draw.InsertBlkEnt(L"", L"", {0, 0, 0}, 0, 1.0).isNull());
@@ -222,9 +234,9 @@ TEST_F(InsertedArrows, TheLeftArrowKeepsItsDirectionUnderAFlip) {
 TEST_F(InsertedArrows, TheOtherTwoTurnAroundUnderAFlip) {
   CDimDraw draw(1000, nullptr);
   draw.SetReferenceDirection({0, 0, 0}, kPi, 0);
-  for (const AcDbObjectId id :
-       {draw.MidInsertArrow({100, 50, 0}, {1, 0, 0}, true, nullptr, 0),
-        draw.InsertArrowONline({100, 50, 0}, {1, 0, 0}, true, nullptr, 0)}) {
+  for (const AcDbObjectId id : {draw.MidInsertArrow({100, 50, 0}, {1, 0, 0}, true, nullptr, 0),
+                                draw.InsertArrowONline({100, 50, 0}, {1, 0, 0}, true, nullptr, 0),
+                                draw.MidInsertArrow({100, 50, 0}, {1, 0, 0}, true, L"Arrows", 0)}) {
     const auto arrow = reading<AcDbBlockReference>(id);
     EXPECT_NEAR(arrow->rotation(), kPi, 1e-12);
     EXPECT_THAT(arrow->position(), Is(-100, -50, 0));
@@ -320,6 +332,52 @@ TEST_F(InsertedArrows, InAPreviewLeaveAtMostTheBlockBehind) {
   ASSERT_EQ(world.lines.size(), 4u);
   EXPECT_THAT(world.lines[0].front(), Is(92.5, 0, 0));
   EXPECT_THAT(world.lines[0].back(), Is(107.5, 0, 0));
+}
+
+TEST_F(InsertedArrows, InAPreviewMakeNoLayer) {
+  RecordingDraw world;
+  CDimDraw draw(1000, &world, nullptr);
+  EXPECT_TRUE(draw.InsertBlkEnt(installed(L"szwdl\\psjt.dwg"), L"", {0, 0, 0}, 0, 1.0).isNull());
+  const std::string untouched = database().save_bytes();
+  draw.LeftInsertArrow({100, 0, 0}, {1, 0, 0}, false, L"Arrows");
+  draw.MidInsertArrow({100, 0, 0}, {1, 0, 0}, false, L"Arrows", 0);
+  EXPECT_EQ(world.lines.size(), 3u);
+  EXPECT_EQ(database().save_bytes(), untouched);
+}
+
+TEST_F(InsertedArrows, InAPreviewHaveItsColourAndLeaveItToWhatFollows) {
+  {
+    AcDbDatabase* const current = acdbHostApplicationServices()->workingDatabase();
+    AcDbDatabase source(true);
+    acdbHostApplicationServices()->setWorkingDatabase(&source);
+    CDimDraw symbol(1000, nullptr);
+    symbol.SetDrawColor(0);  // ByBlock
+    symbol.DrawLine({0, 0, 0}, {15, 0, 0}, -1);
+    given_file("install/szwdl/psjt.dwg", source.save_bytes());
+    acdbHostApplicationServices()->setWorkingDatabase(current);
+  }
+  RecordingDraw world;
+  CDimDraw draw(1000, &world, nullptr);
+  draw.SetDrawColor(1);
+  draw.LeftInsertArrow({100, 0, 0}, {1, 0, 0}, false, nullptr);
+  draw.DrawLine({0, 0, 0}, {1, 0, 0}, -1);
+  EXPECT_THAT(world.line_colors, testing::ElementsAre(1, 1));
+}
+
+TEST_F(InsertedArrows, OnALayerWithoutANameAreOnTheCurrentOne) {
+  const AcDbObjectId current = given_layer(L"Current", false, false, false);
+  make_current(L"Current");
+  CDimDraw draw(500, L"A");
+  const AcDbObjectId arrow = draw.MidInsertArrow({0, 0, 0}, {1, 0, 0}, false, L"", 0);
+  EXPECT_EQ(reading<AcDbBlockReference>(arrow)->layerId(), current);
+}
+
+TEST_F(InsertedArrows, LeaveTheStateOfTheirLayerAlone) {
+  const AcDbObjectId layer = given_layer(L"Arrows", true, true, true);
+  CDimDraw draw(500, L"A");
+  const AcDbObjectId arrow = draw.LeftInsertArrow({0, 0, 0}, {1, 0, 0}, false, L"Arrows");
+  EXPECT_EQ(reading<AcDbBlockReference>(arrow)->layerId(), layer);
+  EXPECT_EQ(state(layer), "olf");
 }
 
 // The symbols that come with the program

@@ -82,6 +82,23 @@ TEST_F(DrawingContext, ThawingIsLeftOutWhenTheCurrentLayerIsTurnedOn) {
   EXPECT_EQ(state(layer), "f");
 }
 
+TEST_F(DrawingContext, ACurrentLayerThatIsTheLabelsOwnIsMadeReadyWithoutAWord) {
+  const AcDbObjectId layer = given_layer(L"A", true, true, true);
+  make_current(L"A");
+  CDimDraw(500, L"A");
+  EXPECT_EQ(state(layer), "");
+  EXPECT_EQ(printed, "");
+}
+
+TEST_F(DrawingContext, AFaultOfSettingsIsNoPartOfTheMessage) {
+  given_layer(L"A", true, false, false);
+  make_current(L"A");
+  CGxData::Instance()->GetErr()->Set(L"an older fault");
+  CDimDraw(500, nullptr);
+  CGxData::Instance()->GetErr()->Set(L"");
+  EXPECT_THAT(printed, testing::Not(testing::HasSubstr("older")));
+}
+
 TEST_F(DrawingContext, ACurrentLayerInOrderIsNotTouched) {
   const std::string untouched = database().save_bytes();
   CDimDraw(500, nullptr);

@@ -169,12 +169,24 @@ TEST_F(ReferenceDirection, ARightAngleIsOneWithinATwentieth) {
   EXPECT_FALSE(turns(kPi / 2 - 0.06, 0.0));
   EXPECT_FALSE(turns(-kPi / 2 - 0.04, 0.0));
   EXPECT_TRUE(turns(-kPi / 2 - 0.06, 0.0));
+  EXPECT_TRUE(turns(kPi / 2 - 0.0499, 0.0));
+  EXPECT_FALSE(turns(kPi / 2 - 0.0501, 0.0));
+}
+
+TEST_F(ReferenceDirection, ARightAngleIsOneBeyondHalfATurn) {
+  EXPECT_FALSE(turns(3 * kPi / 2 - 0.04, 0.0)) << "the same direction as -pi / 2 - 0.04";
+  EXPECT_TRUE(turns(3 * kPi / 2 - 0.06, 0.0));
+  EXPECT_TRUE(turns(5 * kPi / 2 - 0.04, 0.0));
 }
 
 TEST_F(ReferenceDirection, ALabelThatReadsDownwardsCountsAsUpright) {
   // Just beyond 3 pi / 2: its direction is reversed before it is compared.
   EXPECT_FALSE(turns(0.0, 3 * kPi / 2 + 0.04));
   EXPECT_TRUE(turns(kPi, 3 * kPi / 2 + 0.04));
+  // Within a twentieth, too; 0.02 keeps the right angle one for both.
+  EXPECT_FALSE(turns(0.02, 3 * kPi / 2 + 0.0499));
+  EXPECT_TRUE(turns(0.02, 3 * kPi / 2 + 0.0501));
+  EXPECT_FALSE(turns(kPi + 0.5, 3 * kPi / 2 + 0.5)) << "across the reference, but not upright";
 }
 
 TEST_F(ReferenceDirection, ReplacesTheMatrixBefore) {
@@ -206,6 +218,19 @@ TEST_F(ReferenceDirection, AFlippedTextStandsUpsideDownAboutTheBase) {
   EXPECT_THAT(text->alignmentPoint(), Is(8, 19, 0));
   EXPECT_NEAR(text->rotation(), kPi, 1e-9);
   EXPECT_LT(text->position().y, 19) << "its base line is above its bottom, which is now below";
+}
+
+TEST_F(ReferenceDirection, LinesAndPolylinesAreFlippedToo) {
+  CDimDraw draw(500, nullptr);
+  draw.SetReferenceDirection({10, 20, 0}, kPi, 0);
+  const AcDbObjectId line = draw.DrawLine({11, 21, 0}, {12, 21, 0}, -1);
+  EXPECT_THAT(reading<AcDbLine>(line)->endPoint(), Is(8, 19, 0));
+  for (const AcDbObjectId id : {draw.DrawLine({11, 21, 0}, {12, 21, 0}, 0.5),
+                                draw.DrawPl({{11, 21, 0}, {12, 21, 0}, {12, 25, 0}}, -1)}) {
+    AcGePoint3d second;
+    EXPECT_EQ(reading<AcDbPolyline>(id)->getPointAt(1, second), Acad::eOk);
+    EXPECT_THAT(second, Is(8, 19, 0));
+  }
 }
 
 TEST_F(ReferenceDirection, TheNearestPointIsFoundAmongFlippedOnes) {

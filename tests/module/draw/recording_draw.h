@@ -18,6 +18,7 @@ class RecordingDraw : public AcGiWorldDraw {
   };
   std::vector<Text> texts;
   std::vector<std::vector<AcGePoint3d>> lines;
+  std::vector<Adesk::UInt16> line_colors;  ///< of each of them, when it was drawn
   std::vector<std::vector<AcGePoint3d>> polygons;
   std::vector<Adesk::UInt16> colors;  ///< of each setColor()
 
@@ -79,6 +80,7 @@ class RecordingDraw : public AcGiWorldDraw {
     Adesk::Boolean polyline(Adesk::UInt32 count, const AcGePoint3d* points, const AcGeVector3d*,
                             Adesk::LongPtr) const override {
       draw_.lines.push_back(mapped(count, points));
+      draw_.line_colors.push_back(draw_.traits_.color());
       return Adesk::kFalse;
     }
     Adesk::Boolean polygon(Adesk::UInt32 count, const AcGePoint3d* points) const override {

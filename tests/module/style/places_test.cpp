@@ -156,6 +156,7 @@ TEST_F(Spacing, IsRememberedUntilSettingsAreReadAgain) {
   EXPECT_EQ(style.SwBzTxtTxtSpace(), 3.0);
   style.UpdateData();
   EXPECT_EQ(style.SwBzTxtLineSpace(), 9.0);
+  EXPECT_EQ(style.SwBzTxtTxtSpace(), 9.0);
 }
 
 TEST_F(Spacing, ATextThatIsNoNumberIsARememberedZero) {
@@ -183,6 +184,13 @@ TEST_F(LayerNames, FillEveryPlaceholderTypeBeforeCode) {
   EXPECT_EQ(style.SwBzGxLayer(L"W", L"1"), L"1W1W-{x}");
   EXPECT_EQ(style.SwBzGxLayer(L"{管代号}", L"1"), L"1111-{x}");
   EXPECT_EQ(style.SwBzGxLayer(L"W", L"{管代号}"), L"{管代号}W{管代号}W-{x}");
+}
+
+TEST_F(LayerNames, HaveATemplateEach) {
+  given_style_keys("SwBzJdBhLayer=a{管类型}\nSwBzJgBzLayer=b{管类型}\nSwBzGxLayer=c{管类型}\n");
+  EXPECT_EQ(style.SwBzJdBhLayer(L"W", L"1"), L"aW");
+  EXPECT_EQ(style.SwBzJgBzLayer(L"W", L"1"), L"bW");
+  EXPECT_EQ(style.SwBzGxLayer(L"W", L"1"), L"cW");
 }
 
 TEST_F(LayerNames, ATemplateWithoutPlaceholdersStays) {
@@ -267,6 +275,17 @@ TEST_F(Style, AMissingStakeStyleAloneIsNotReported) {
   style.UpdateData();
   EXPECT_EQ(printed, "");
   EXPECT_EQ(error_text(), L"读取桩号标风格失败!");
+}
+
+TEST_F(Style, ReadingMakesThePipeLibraryReadItsFilesAgain) {
+  CGxData& library = *CGxData::Instance();
+  given_plan_labels("L= m 3 m 0\n");
+  ASSERT_NE(library.getGcGpBzSz(), nullptr);
+  EXPECT_EQ(library.getGcGpBzSz()->lengthDecimals, 3);
+  given_file("install/Is/gdcdpdbz.dat", "L= m 1 m 0\n");
+  EXPECT_EQ(library.getGcGpBzSz()->lengthDecimals, 3);
+  style.UpdateData();
+  EXPECT_EQ(library.getGcGpBzSz()->lengthDecimals, 1);
 }
 
 TEST_F(Style, AFaultyFileDoesNotKeepTheOthersFromBeingRead) {
