@@ -289,6 +289,17 @@ TEST_F(InsertedArrows, ComeFromTheSymbolsOfTheInstallation) {
   EXPECT_EQ(block_of(on_line), L"cd01015");
 }
 
+TEST_F(InsertedArrows, WithoutAnInstallationComeFromTheCurrentFolder) {
+  cad::host_settings().install_dir.clear();
+  const std::filesystem::path started_in = std::filesystem::current_path();
+  std::filesystem::current_path(folder / "install");
+  CDimDraw draw(500, nullptr);
+  const AcDbObjectId arrow = draw.MidInsertArrow({0, 0, 0}, {1, 0, 0}, false, nullptr, 0);
+  std::filesystem::current_path(started_in);
+  ASSERT_FALSE(arrow.isNull());
+  EXPECT_EQ(symbol_length(arrow), 15);
+}
+
 TEST_F(InsertedArrows, TakeALayerForOnceOnly) {
   CDimDraw draw(500, L"A");
   const AcDbObjectId arrow = draw.MidInsertArrow({0, 0, 0}, {1, 0, 0}, false, L"Arrows", 0);

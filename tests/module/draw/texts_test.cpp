@@ -227,6 +227,15 @@ TEST_F(DrawnTexts, InAPreviewHaveTheStyleThatWasCurrentWhenDrawingBegan) {
   EXPECT_EQ(world.texts[0].font, L"hztxt.shx");
 }
 
+TEST_F(DrawnTexts, InAPreviewAreMeasuredByTheFactorAndHeightTheyAreDrawnWith) {
+  RecordingDraw world;
+  CDimDraw draw(500, &world, nullptr);
+  draw.DrawRBText(L"DN300", {10, 20, 0}, 0, 0, -1);
+  ASSERT_EQ(world.texts.size(), 1u);
+  EXPECT_NEAR(world.texts[0].width_factor, 0.7, 1e-12);
+  EXPECT_THAT(world.texts[0].position, Is(10 - width_of(L"DN300", 1.75, 0.7), 20, 0));
+}
+
 TEST_F(DrawnTexts, InAPreviewAreShiftedAlongTheirOwnAxes) {
   RecordingDraw world;
   CDimDraw draw(500, &world, nullptr);

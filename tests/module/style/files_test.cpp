@@ -227,7 +227,12 @@ TEST_F(ProfileSettings, WholeStakesAreOffForN) {
   EXPECT_EQ(s.wholeStake, 0);
   EXPECT_EQ(s.wholeStakeInterval, 50.0);
   EXPECT_EQ(read("整桩号标注 ((标注 n))\n").wholeStake, 1);
+}
+
+TEST_F(ProfileSettings, DropsAreOffForN) {
   EXPECT_EQ(read("跌水标注 ((标注 N))\n").dropLabels, 0);
+  for (const char* word : {"Y", "n", "x"})
+    EXPECT_EQ(read("跌水标注 ((标注 " + std::string(word) + "))\n").dropLabels, 1) << word;
 }
 
 TEST_F(ProfileSettings, NodesAreShownWhenTheValueHasAY) {

@@ -106,6 +106,7 @@ TEST_F(VariableFiles, ASearchOfTheProjectLeavesTheLastValueItPassed) {
   EXPECT_STREQ(value, L"2");
   EXPECT_EQ(CDimStyle::KT_getSysVar(L"D", value), 0);
   EXPECT_STREQ(value, L"3");
+  EXPECT_EQ(CDimStyle::KT_getSysVar(L"B", nullptr), 1) << "whether it is there";
 }
 
 TEST_F(VariableFiles, AnUnknownProjectOrFileLeavesTheBuffer) {
