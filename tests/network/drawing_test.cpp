@@ -56,6 +56,9 @@ TEST_F(DrawingSizes, TheWidthFactorIsReadAgainWithTheHeightAndForOtherFolders) {
   given_file("other/sys/QrmvPz.ini", "[Drawing]\nTextWidthFactor=0.9\n");
   cad::host_settings().install_dir = (folder / "other").string();
   EXPECT_EQ(Gx::GetTextWidthFactor(), 0.9);
+  given_file("road/QrmvPz.ini", "[Drawing]\nTextWidthFactor=0.4\n");
+  cad::host_settings().project_dir = (folder / "road").string();
+  EXPECT_EQ(Gx::GetTextWidthFactor(), 0.4);
 }
 
 // Layers
@@ -91,6 +94,14 @@ TEST_F(DrawingLayers, ThatAreMissingAreMadeInTheColourOfTheFirstPattern) {
   EXPECT_EQ(color_of(Gx::GetLayer(L"Bad")), 7);
   EXPECT_EQ(color_of(Gx::GetLayer(L"Word")), 7);
   EXPECT_EQ(color_of(Gx::GetLayer(L"Other")), 7);
+}
+
+TEST_F(DrawingLayers, ThatAreThereKeepTheirColour) {
+  given_file("install/sys/QrmvPz.ini", "[Layers]\nA*=5\n");
+  const AcDbObjectId layer = Gx::GetLayer(L"A1");
+  given_file("install/sys/QrmvPz.ini", "[Layers]\nA*=3\n");
+  EXPECT_EQ(Gx::GetLayer(L"A1"), layer);
+  EXPECT_EQ(color_of(layer), 5);
 }
 
 TEST_F(DrawingLayers, PatternsOfTheProjectGoBeforeThoseOfTheInstallation) {
@@ -140,6 +151,7 @@ TEST(LabelDirections, StayWithinOneTurn) {
     EXPECT_LT(read, 2 * kPi);
     EXPECT_GT(std::cos(read), -1e-5) << angle;
   }
+  EXPECT_EQ(Gx::CalcDimAng(-1e-17), 0.0) << "which is 2 pi once rounded";
 }
 
 TEST(TextWidths, GrowWithHeightAndFactor) {

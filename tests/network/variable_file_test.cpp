@@ -73,6 +73,7 @@ TEST_F(Variables, AFileCutAnywhereIsReadUpToItsEnd) {
   }
   EXPECT_EQ(find(bytes.substr(0, 34), L"A"), L"12");
   EXPECT_EQ(find(bytes.substr(0, 20), L"A"), L"");
+  EXPECT_EQ(find(bytes.substr(0, 1), L"A"), L"") << "with nulls for the rest of its name";
 }
 
 TEST_F(Variables, AFileThatCannotBeReadHasNone) {

@@ -206,9 +206,12 @@ TEST_F(WorldDraw, ContentsByBlockHaveTheReferencesColourWhenTheCallerSetNone) {
   note.block("WELL", DrawingNote::record("LINE", line_tags(0, 0, 2, 0), "0", "62 0\n"));
   note.entity("INSERT", "2 WELL\n" + point_tags(10, 0, 0), "0", "62 5\n");
   given(note);
-  draw_.subEntityTraits().setColor(256);
-  EXPECT_TRUE(draw_first());
-  EXPECT_EQ(only_call().color, 5);
+  for (const Adesk::UInt16 none : {0, 256}) {
+    draw_.calls.clear();
+    draw_.subEntityTraits().setColor(none);
+    EXPECT_TRUE(draw_first());
+    EXPECT_EQ(only_call().color, 5);
+  }
 }
 
 TEST_F(WorldDraw, AReferenceLeavesTheTraitsOfTheCallerAsTheyWere) {
@@ -217,7 +220,7 @@ TEST_F(WorldDraw, AReferenceLeavesTheTraitsOfTheCallerAsTheyWere) {
   note.entity("INSERT", "2 WELL\n" + point_tags(10, 0, 0));
   given(note);
   AcGiSubEntityTraits& traits = draw_.subEntityTraits();
-  const AcDbObjectId layer = database_->clayer();
+  const AcDbObjectId layer = database_->first_entity();  // any that is none of the contents'
   traits.setLayer(layer);
   traits.setColor(42);
   traits.setLineType(layer);
