@@ -33,8 +33,10 @@ void add_records_command(CLI::App& program, int& status) {
   command->footer(kRecordsFooter);
   command->add_flag("--json", options->json, "print JSON");
   command->add_option("--owner", options->owner, "records of this entity only")
+      ->check(wrong_if_empty)
       ->type_name("HANDLE");
   command->add_option("--type", options->type, "records of this annotation type only")
+      ->check(wrong_if_empty)
       ->type_name("TYPE");
   add_load_option(*command, options->modules);
   command->callback([=, &status] { status = records_command(*options); });

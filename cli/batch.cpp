@@ -109,6 +109,11 @@ std::string wrong_with(const BatchOptions& options, const CLI::App* command) {
   if (options.in_place && !takes(*command, "--in-place")) return name + " has no --in-place";
   if (std::any_of(options.passed_on.begin(), options.passed_on.end(), names_output))
     return "-o would have every drawing written to one file: use --out-dir DIR";
+  const bool only_reports =
+      std::count(options.passed_on.begin(), options.passed_on.end(), "--dry-run") > 0;
+  if ((name == "label" || name == "update") && options.out_dir.empty() && !options.in_place &&
+      !only_reports)
+    return name + " writes each drawing: say where, --out-dir DIR or --in-place";
   const CLI::Option* const output = command->get_option_no_throw("-o");
   if (output && output->get_required() && options.out_dir.empty())
     return name + " writes a file for each: name the folder, --out-dir DIR";

@@ -11,7 +11,8 @@ namespace cli {
 namespace {
 
 std::string wrong_with_input(const std::string& file) {
-  return file == "-" ? "files are read, not standard input (./- is a file of that name)" : "";
+  return file == "-" ? "files are read, not standard input (./- is a file of that name)"
+                     : wrong_if_empty(file);
 }
 
 bool is_same_file(const std::string& a, const std::string& b) {
@@ -20,6 +21,10 @@ bool is_same_file(const std::string& a, const std::string& b) {
 }
 
 }  // namespace
+
+std::string wrong_if_empty(const std::string& value) {
+  return value.empty() ? "the value is empty" : "";
+}
 
 CLI::Option* add_drawing(CLI::App& command, std::string& drawing) {
   return add_input(command, "DRAWING", drawing, "the drawing, a DXF or DWG file");
@@ -34,10 +39,13 @@ CLI::Option* add_inputs(CLI::App& command, const char* name, std::vector<std::st
   return command.add_option(name, files, help)->required()->type_name("")->check(wrong_with_input);
 }
 
+CLI::Option* add_output(CLI::App& command, std::string& file, const char* type, const char* help) {
+  return command.add_option("-o,--output", file, help)->type_name(type)->check(wrong_if_empty);
+}
+
 void add_target_options(CLI::App& command, TargetOptions& target) {
   CLI::Option* const output =
-      command.add_option("-o,--output", target.output, "write the drawing to this DXF file")
-          ->type_name("OUT");
+      add_output(command, target.output, "OUT", "write the drawing to this DXF file");
   command
       .add_flag("--in-place", target.in_place,
                 "write the drawing over itself; the previous one stays as DRAWING.bak")

@@ -11,12 +11,18 @@ class Option;
 /// The files that commands read and write, as they stand on the command line.
 namespace cli {
 
+/// Nothing, or that the value of an option is empty, which nobody means: a check for options.
+std::string wrong_if_empty(const std::string& value);
+
 /// DRAWING, the one that most commands want.
 CLI::Option* add_drawing(CLI::App& command, std::string& drawing);
 /// A file to read that has this name in the help. "-" is refused: files are mapped.
 CLI::Option* add_input(CLI::App& command, const char* name, std::string& file, const char* help);
 CLI::Option* add_inputs(CLI::App& command, const char* name, std::vector<std::string>& files,
                         const char* help);
+
+/// -o, the file to write, shown as `type` in the help.
+CLI::Option* add_output(CLI::App& command, std::string& file, const char* type, const char* help);
 
 /// Where a command writes the drawing.
 struct TargetOptions {

@@ -166,9 +166,7 @@ void add_import_command(CLI::App& program, int& status) {
       program.add_subcommand("import", "draw the pipes and nodes of a calculation model");
   command->footer(kFooter);
   add_input(*command, "MODEL", options->model, "an input file of EPANET or SWMM");
-  command->add_option("-o,--output", options->output, "the drawing to write")
-      ->required()
-      ->type_name("OUT");
+  add_output(*command, options->output, "OUT", "the drawing to write")->required();
   command
       ->add_option("--system", options->system,
                    "what a sewer carries: drainage or storm; without it, storm when surfaces drain "

@@ -2,7 +2,10 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
+#include <cstdio>
+#include <cstring>
 #include <new>
 #include <string>
 #include <vector>
@@ -65,5 +68,10 @@ int main(int argc, char** argv) {
     cli::complain("out of memory; nothing was written");
     return cli::kProgramFailed;
   }
-  return status;
+  // What was printed into a full disk is lost; a pipe that nobody reads ends the program before.
+  const bool rest_written = std::fflush(stdout) == 0;
+  if (rest_written && !std::ferror(stdout)) return status;
+  cli::complain(std::string("standard output: cannot write: ") +
+                (rest_written ? "a part is missing" : std::strerror(errno)));
+  return std::max<int>(status, cli::kNotWritten);
 }

@@ -238,9 +238,8 @@ void add_render_command(CLI::App& program, int& status) {
       program.add_subcommand("render", "draw a picture of a drawing: SVG, PNG or PDF");
   command->footer(kFooter);
   add_drawing(*command, options->drawing);
-  command->add_option("-o,--output", options->output, "the picture; its ending says the format")
-      ->required()
-      ->type_name("FILE");
+  add_output(*command, options->output, "FILE", "the picture; its ending says the format")
+      ->required();
   command->add_option("--size", options->size, "pixels (default: 1600 for the longer side)")
       ->type_name("WxH");
   command

@@ -112,7 +112,7 @@ void add_run_command(CLI::App& program, int& status) {
   command->footer(kFooter);
   add_drawing(*command, options->drawing);
   CLI::Option* const scripts =
-      command->add_option("SCRIPT", options->scripts, "LISP files to run")->type_name("LSP");
+      command->add_option("SCRIPT", options->scripts, "LISP files to run")->type_name("");
   CLI::Option* const expressions =
       command
           ->add_option("-e,--eval", options->expressions, "evaluate this text and print its value")

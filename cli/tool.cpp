@@ -49,6 +49,7 @@ void add_tool_options(CLI::App& command, ToolOptions& options) {
   command
       .add_option("--step-limit", options.step_limit,
                   "stop LISP programs after this many evaluated lists (0: no limit)")
+      ->check(CLI::NonNegativeNumber)
       ->type_name("N");
   command.add_flag("--lisp-trace", options.lisp_trace, "print the calls that led to a LISP error");
   command.add_flag("--trace", options.trace, "write the diagnostic trace to stderr");

@@ -221,6 +221,31 @@ class Mistakes(Usage):
             self.call(command, "plan.dxf", "--load", "labeler.arx", cwd=self.folder)
 
 
+    def test_an_empty_value_is_named(self):
+        for arguments, option in ((["records", "plan.dxf", "--owner", ""], "--owner"),
+                                  (["records", "plan.dxf", "--type", ""], "--type"),
+                                  (["label", "plan.dxf", "-o", ""], "--output"),
+                                  (["import", "model.inp", "-o", ""], "--output"),
+                                  (["render", "plan.dxf", "-o", ""], "--output"),
+                                  (["info", ""], "DRAWING")):
+            self.assertRegex(self.told(*arguments), f"^{option}: the value is empty; see pipenote ")
+        self.assertIn("--step-limit", self.told("run", "plan.dxf", "--step-limit", "-1"))
+
+    def test_a_batch_that_would_write_nothing_is_told_before_it_runs(self):
+        for command in ("label", "update"):
+            self.assertEqual(self.told("batch", command, "plan.dxf"),
+                             f"{command} writes each drawing: say where, --out-dir DIR or --in-place")
+        self.call("batch", "update", "plan.dxf", "--", "--dry-run", cwd=self.folder)
+
+    def test_output_into_a_full_disk_is_a_failure(self):
+        for arguments in (["info"], ["records", "--json"], ["check"]):
+            with open("/dev/full", "wb") as full:
+                done = subprocess.run([self.program, *arguments, self.plan], stdout=full, check=False,
+                                      stderr=subprocess.PIPE, text=True, timeout=calling.TIMEOUT)
+            self.assertEqual((done.returncode, done.stderr),
+                             (4, "pipenote: standard output: cannot write: No space left on device\n"))
+
+
 class Names(Usage):
 
     def test_files_have_any_name(self):
