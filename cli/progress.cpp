@@ -5,6 +5,8 @@
 
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <utility>
 
@@ -26,12 +28,17 @@ std::size_t terminal_width() {
   return ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
 }
 
+bool cannot_erase_lines() {
+  const char* const terminal = std::getenv("TERM");
+  return terminal && std::strcmp(terminal, "dumb") == 0;
+}
+
 }  // namespace
 
 Progress::Progress(std::size_t drawings)
     : drawings_(drawings), start_(std::chrono::steady_clock::now()) {
   current = this;
-  if (!::isatty(STDERR_FILENO)) return;
+  if (!::isatty(STDERR_FILENO) || cannot_erase_lines()) return;
   // Signals are for the thread that works.
   sigset_t all, before;
   ::sigfillset(&all);

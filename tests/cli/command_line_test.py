@@ -317,7 +317,7 @@ class Prompt(CommandLine):
 
     def talk(self, keys):
         """Types keys at a terminal, each after the program has gone quiet; what it showed."""
-        self.environment.update(TERM="xterm", LC_ALL="C.UTF-8")
+        self.environment["LC_ALL"] = "C.UTF-8"
         child, terminal = self.start_at_terminal("repl", self.plan)
         shown = b""
         for key in keys:

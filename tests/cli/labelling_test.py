@@ -10,8 +10,8 @@ import calling
 import independent_reader
 from calling import (DRAWINGS, NETWORKS, NOT_READ, NOT_WRITTEN, PROGRAM_FAILED, SAMPLE_NETWORKS,
                      SUCCESS, WRONG_USAGE)
-from labelled import (LabellingTest, handles_of_labels, is_pipe, label_entities, length_of,
-                      objects, recorded, texts_of, values_of)
+from labelled import (LabellingTest, handles_of_labels, is_pipe, label_entities, objects,
+                      recorded, texts_of, values_of)
 
 WITHOUT_NETWORK = DRAWINGS / "r2013_ansi936_utf8.dxf"
 
@@ -42,22 +42,6 @@ class Label(LabellingTest):
                 self.assertEqual(drawn + report["skipped"], elements)
                 self.assertEqual(len(texts), drawn)
                 self.call("check", self.folder / "plan.dxf")
-
-    def test_labels_of_pipes_are_what_the_formatter_prints(self):
-        for sample in ("Net3.inp", "sewer_state_plane.inp"):
-            with self.subTest(sample):
-                document = self.read(self.labelled(sample))
-                texts = texts_of(document)
-                for handle, values in list(self.pipes(document).items())[::20]:
-                    length = values.get("length") or length_of(document.entitydb[handle])
-                    known = ["--diameter", values["diameter"], "--length", length]
-                    items = "管径,管长"
-                    if "start_invert" in values:
-                        slope = (values["start_invert"] - values["end_invert"]) / length
-                        known += [f"--slope={slope!r}"]
-                        items += ",坡度"
-                    printed = self.call("format", "composite", *known, "--items", items)
-                    self.assertEqual("".join(texts[handle]), printed.strip())
 
     def test_a_second_run_changes_nothing(self):
         plan = self.labelled()

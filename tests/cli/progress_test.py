@@ -104,6 +104,11 @@ class Progress(LabellingTest):
         output = self.at_terminal("update", self.folder / "plan.dxf", "--dry-run")
         self.assertNotIn("\r\x1b", output)
 
+    def test_a_terminal_that_cannot_erase_lines_is_shown_nothing(self):
+        self.terminal = "dumb"
+        output = self.at_terminal("label", self.drawing, "-o", self.folder / "out.dxf")
+        self.assertTrue(output.startswith("labels drawn"), output)
+
     def test_a_pipe_is_shown_nothing(self):
         self.call("label", self.drawing, "-o", self.folder / "out.dxf")
         self.assertEqual(self.result.stderr, "")

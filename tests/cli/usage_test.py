@@ -63,6 +63,17 @@ class Help(Usage):
         for words in [[command] for command in COMMANDS] + [["format", label] for label in LABELS]:
             self.assertNotRegex(self.call(*words, "--help"), r"Excludes|Needs|REQUIRED|:DIR|:FILE|:INT|\{")
 
+    def test_the_documentation_names_every_option(self):
+        page = (SOURCE / "docs" / "command-line.md").read_text(encoding="utf-8")
+        sections = dict(part.split("\n", 1) for part in page.split("\n## ")[1:])
+        sections["render"] = (SOURCE / "docs" / "pictures.md").read_text(encoding="utf-8")
+        of_run = set(re.findall(r"--[a-z-]+", sections["run"]))
+        for command in COMMANDS:
+            text = next(text for title, text in sections.items() if command in title.split(", "))
+            options = set(re.findall(r"^  (?:-\w,)?(--[a-z-]+)", self.call(command, "--help"), re.MULTILINE))
+            options -= {"--help", "--output", "--eval"} | (of_run - {"--in-place", "--select", "--answers"})
+            self.assertLessEqual(options, set(re.findall(r"--[a-z-]+", text)), command)
+
     def test_the_version_is_told(self):
         self.assertRegex(self.call("--version"), r"\Apipenote \d+\.\d+\.\d+\n\Z")
 

@@ -24,6 +24,7 @@ class ProgramTest(unittest.TestCase):
     """Each test has a folder of its own, in which nothing of it outlives it."""
 
     program = ""  # its path; main() takes it from the command line
+    terminal = "xterm"  # what start_at_terminal() says it is
 
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
@@ -58,7 +59,8 @@ class ProgramTest(unittest.TestCase):
         child, terminal = pty.fork()
         if child == 0:
             os.chdir(self.folder)
-            os.execve(self.program, [self.program, *map(str, arguments)], self.environment)
+            environment = {**self.environment, "TERM": self.terminal}
+            os.execve(self.program, [self.program, *map(str, arguments)], environment)
         return child, terminal
 
     def shown_until_end(self, child, terminal, status=SUCCESS):
