@@ -10,6 +10,8 @@
 #include "host/base/codepage.h"
 #include "host/base/fold.h"
 #include "host/base/numbers.h"
+#include "host/db/record.h"
+#include "host/dxf/text.h"
 #include "module/platform/opened.h"
 #include "module/record/item_chain.h"
 #include "module/record/item_layout.h"
@@ -43,6 +45,11 @@ bool holds_text(const resbuf& buffer) {
   return cad::buffer_value(buffer.restype) == cad::BufferValue::kString;
 }
 
+/// The longest line of a drawing that its CAD program reads.
+std::size_t longest_line(const cad::dxf::Dialect& dialect) {
+  return dialect.release < cad::dxf::Release::kR2000 ? 255 : 2049;
+}
+
 /// Whether data of an unknown type can hardly be anything but a record: whole items of group 1
 /// texts, each with a name and, if anything, a handle where handles belong.
 bool looks_like_record(const AcDbXrecord& record) {
@@ -68,6 +75,12 @@ const wchar_t* misspelt_type(std::wstring_view key) {
     if (cad::equal_no_case(row.name, key)) return row.name;
   }
   return nullptr;
+}
+
+/// "the value of item 2"
+std::string value_name(std::size_t position) {
+  return std::string("the ") + kFieldNames[position % kItemSize] + " of item " +
+         std::to_string(position / kItemSize + 1);
 }
 
 class Checker {
@@ -120,6 +133,7 @@ class Checker {
              ", the last " + std::to_string(rest) + " belong to no item");
     }
     check_values(chain.get());
+    check_lines(chain.get(), *cad::record_tags(record.objectId()).dialect);
     check_items(chain.get());
   }
 
@@ -127,10 +141,23 @@ class Checker {
     std::size_t position = 0;
     for (const resbuf* at = chain; at; at = at->rbnext, ++position) {
       if (at->restype == dim::kItemGroup) continue;
-      report(std::string("the ") + kFieldNames[position % kItemSize] + " of item " +
-             std::to_string(position / kItemSize + 1) + " has group " +
-             std::to_string(at->restype) +
+      report(value_name(position) + " has group " + std::to_string(at->restype) +
              (holds_text(*at) ? " instead of 1" : ", which holds no text"));
+    }
+  }
+
+  /// We read lines of any length, CAD programs refuse the drawing.
+  void check_lines(const resbuf* chain, const cad::dxf::Dialect& dialect) {
+    constexpr std::size_t kMostBytes = 14;  // of a character: two escapes
+    const std::size_t longest = longest_line(dialect);
+    std::size_t position = 0;
+    for (const resbuf* at = chain; at; at = at->rbnext, ++position) {
+      if (!holds_text(*at) || dim::buffer_text(*at).size() * kMostBytes <= longest) continue;
+      std::string line;
+      cad::dxf::append_encoded(dim::buffer_text(*at), dialect, line);
+      if (line.size() <= longest) continue;
+      report(value_name(position) + " has " + std::to_string(line.size()) +
+             " bytes, CAD programs read " + std::to_string(longest));
     }
   }
 

@@ -59,6 +59,31 @@ TEST_F(CheckCommand, ValuesThatAreNoTextsOfGroup1AreTold) {
                          "1 of 1 records is not sound\n");
 }
 
+TEST_F(CheckCommand, ValuesThatCadProgramsDoNotReadAreTold) {
+  const std::string place =
+      at(L"pcgb") + handle(plan->store_items(L"2F", L"pcgb",
+                                             {item_of(L"a", std::wstring(2049, L'x')),
+                                              item_of(L"b", std::wstring(2050, L'x'))}));
+  save();
+  EXPECT_EQ(check(), place +
+                         ": the value of item 2 has 2050 bytes, CAD programs read 2049\n"
+                         "1 of 1 records is not sound\n");
+  EXPECT_EQ(status, 1);
+}
+
+TEST_F(CheckCommand, BeforeRelease2000LinesAreShorter) {
+  const std::string place =
+      at(L"pcgb") + handle(plan->store_items(L"2F", L"pcgb",
+                                             {item_of(L"a", std::wstring(255, L'x')),
+                                              item_of(L"b", std::wstring(256, L'x'))}));
+  std::string bytes = plan->database().save_bytes();
+  bytes.replace(bytes.find("AC10"), 6, "AC1014");
+  write(replaced(bytes, "AcDbXrecord\n280\n     1\n", "AcDbXrecord\n"));
+  EXPECT_EQ(check(), place +
+                         ": the value of item 2 has 256 bytes, CAD programs read 255\n"
+                         "1 of 1 records is not sound\n");
+}
+
 TEST_F(CheckCommand, NamesThatStandTwiceAreToldOnce) {
   const std::string place =
       at(L"pcgb") + handle(plan->store_items(L"2F", L"pcgb",
