@@ -148,6 +148,20 @@ TEST(FixedText, TheSmallestNumbersRoundToZero) {
   EXPECT_EQ(fixed_text(0x1p-64, 19), "0.0000000000000000001");  // 0.54e-19
 }
 
+TEST(FixedText, ANumberBelowItsLastDecimalRoundsToOneThereOrToNothing) {
+  EXPECT_EQ(fixed_text(6e-21, 20), "0.00000000000000000001");
+  EXPECT_EQ(fixed_text(4e-21, 20), "0.00000000000000000000");
+  EXPECT_EQ(fixed_text(6e-22, 20), "0.00000000000000000000");
+  EXPECT_EQ(fixed_text(0x1p-21, 20), "0.00000047683715820313");  // ...0312|5
+  EXPECT_EQ(fixed_text(Limits::denorm_min(), 300), "0." + std::string(300, '0'));
+}
+
+TEST(FixedText, APointMayBeAskedForBehindWholeNumbers) {
+  EXPECT_EQ(DecimalText::fixed(36.5, 0, true).view(), "37.");
+  EXPECT_EQ(DecimalText::fixed(36.5, 1, true).view(), "36.5");
+  EXPECT_EQ(DecimalText::fixed(1e300, 0, true).view().back(), '.');
+}
+
 TEST(FixedText, WhatIsNoNumberIsRoundedLikeDigits) {
   EXPECT_EQ(fixed_text(Limits::infinity(), 6), "1.#INF00");
   EXPECT_EQ(fixed_text(Limits::infinity(), 4), "1.#INF");
@@ -178,6 +192,9 @@ TEST(ScientificText, HasAnExponentOfAtLeastThreeDigits) {
   EXPECT_EQ(scientific_text(9.996, 2), "1.00e+001");
   EXPECT_EQ(scientific_text(2.5, 0), "3e+000");
   EXPECT_EQ(scientific_text(0.0, 1), "0.0e+000");
+  EXPECT_EQ(scientific_text(1.5e123, 1), "1.5e+123");
+  EXPECT_EQ(scientific_text(1.5e-298, 1), "1.5e-298");
+  EXPECT_EQ(scientific_text(1.5e45, 1), "1.5e+045");
   EXPECT_EQ(DecimalText::scientific(2.0, 0, true).view(), "2.e+000");
   EXPECT_EQ(scientific_text(Limits::infinity(), 6), "1.#INF00e+000");
 }
@@ -190,6 +207,7 @@ TEST(GeneralText, TakesTheShorterFormWithoutZerosAtTheEnd) {
   EXPECT_EQ(general_text(0.00001234, 6), "1.234e-005");
   EXPECT_EQ(general_text(9.999, 3), "10");
   EXPECT_EQ(general_text(0.5, 0), "0.5");
+  EXPECT_EQ(general_text(150000.0, 1), "2e+005");
   EXPECT_EQ(general_text(999999.5, 6), "1e+006");
   EXPECT_EQ(DecimalText::general(1.0, 6, true).view(), "1.00000");
   EXPECT_EQ(DecimalText::general(100000.0, 6, true).view(), "100000.");
