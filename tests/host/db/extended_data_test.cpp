@@ -231,6 +231,7 @@ TEST_F(ExtendedData, BracesMustMatch) {
   EXPECT_EQ(set(0x3A, 1001, L"PN", 1002, L"{"), Acad::eInvalidResBuf);
   EXPECT_EQ(set(0x3A, 1001, L"PN", 1002, L"}", 1002, L"{"), Acad::eInvalidResBuf);
   EXPECT_EQ(set(0x3A, 1001, L"PN", 1002, L"("), Acad::eInvalidResBuf);
+  EXPECT_EQ(set(0x3A, 1001, L"PN", 1002, L"{", 1002, L")"), Acad::eInvalidResBuf);
   EXPECT_EQ(set(0x3A, 1001, L"PN", 1002, L"{", 1001, L"ACAD", 1002, L"}"), Acad::eInvalidResBuf);
   EXPECT_EQ(data(0x3A), before);
   EXPECT_EQ(set(0x3A, 1001, L"PN", 1002, L"{", 1002, L"{", 1002, L"}", 1002, L"}"), Acad::eOk);
