@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "labeler/pipe_drafts.h"
+#include "module/platform/joints.h"
 #include "module/platform/text.h"
 #include "module/style/style.h"
 
@@ -28,7 +29,7 @@ Drafted plain(const Owner& owner, DraftContext&) {
 }
 
 Drafted well_and_pipes(const Owner& owner, DraftContext& context) {
-  return draft_well_and_pipes(owner, context.joints.of(owner.id), context.leader);
+  return draft_well_and_pipes(owner, network::joints_of(owner.id), context.leader);
 }
 
 Drafted stakes(const Owner& owner, DraftContext& context) {
@@ -56,25 +57,6 @@ const LabelType* find_type(const CString& name) {
       std::find_if(std::begin(kLabelTypes), std::end(kLabelTypes),
                    [&](const LabelType& type) { return dim::equal_no_case(type.name, name); });
   return found == std::end(kLabelTypes) ? nullptr : found;
-}
-
-std::span<const JoinedPipe> Joints::of(AcDbObjectId node) {
-  if (!found_) find();
-  const auto pipes = pipes_.find(node);
-  return pipes == pipes_.end() ? std::span<const JoinedPipe>() : pipes->second;
-}
-
-void Joints::find() {
-  found_ = true;
-  const AcDbDatabase* const drawing = acdbHostApplicationServices()->workingDatabase();
-  if (!drawing) return;
-  for (AcDbObjectId id = drawing->first_entity(); !id.isNull(); id = drawing->next_entity(id)) {
-    const std::unique_ptr<CGxGd> pipe = network::open_pipe(id);
-    if (!pipe) continue;
-    const network::PipeEnds ends = network::ends_of(*pipe);
-    if (!ends.start.node.isNull()) pipes_[ends.start.node].push_back({id, true});
-    if (!ends.end.node.isNull()) pipes_[ends.end.node].push_back({id, false});
-  }
 }
 
 }  // namespace labeler

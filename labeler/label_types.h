@@ -1,6 +1,5 @@
 #pragma once
 
-#include <map>
 #include <span>
 #include <vector>
 
@@ -11,21 +10,8 @@
 /// The annotation types this module draws.
 namespace labeler {
 
-/// Which pipes meet at each node of the working drawing. Found in one walk, when first asked for.
-class Joints {
- public:
-  /// In the order of the drawing; empty for a node without pipes.
-  std::span<const JoinedPipe> of(AcDbObjectId node);
-
- private:
-  void find();
-  bool found_ = false;
-  std::map<AcDbObjectId, std::vector<JoinedPipe>> pipes_;
-};
-
 /// What a draft is made of besides the owner and the settings.
 struct DraftContext {
-  Joints& joints;
   LeaderPlacement leader;  ///< of a well/pipe label
   StakePlan stakes;        ///< of a route
 };

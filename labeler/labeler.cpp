@@ -278,7 +278,7 @@ void Labeler::label(const Owner& owner, const LabelType& type, const LabelOption
       ++counts.updated;
     return;
   }
-  DraftContext context{joints_, {}, options.stakes};
+  DraftContext context{{}, options.stakes};
   context.leader.program = L"1";
   Drafted drafted = type.draft(owner, context);
   if (!drafted.draft) {
@@ -301,7 +301,7 @@ Check Labeler::check(const Owner& owner, const LabelType& type) {
 
 Check Labeler::check(const Owner& owner, const LabelType& type, std::optional<StoredLabel> stored) {
   if (!stored) return {};
-  DraftContext context{joints_, {}, {}};
+  DraftContext context;
   read_notes(stored->notes, context.leader);
   if (std::optional<StakePlan> stakes = stake_plan_of(stored->notes)) context.stakes = *stakes;
   const double reference = stored->place ? stored->place->reference : 0.0;

@@ -80,7 +80,6 @@ class Labeler {
   Tell tell_;
   CDimDraw draw_;
   Sizes sizes_;
-  Joints joints_;
   std::optional<Occupancy> taken_;
   std::map<std::pair<const LabelType*, network::Kind>, CString> layers_;  // names are read of files
   CString layer_;                                                         // the one draw_ is set to

@@ -4,15 +4,12 @@
 #include <vector>
 
 #include "labeler/draft.h"
+#include "module/platform/joints.h"
 
 /// Labels of wells and other nodes.
 namespace labeler {
 
-/// A pipe that meets a node.
-struct JoinedPipe {
-  AcDbObjectId pipe;
-  bool at_start = false;  ///< with the start of the pipe
-};
+using JoinedPipe = network::Joint;
 
 /// Well number ("bjbh").
 Drafted draft_number(const Owner& node);
