@@ -59,8 +59,32 @@ bool is_too_large(std::string_view text) {
   return place + exponent > 0;
 }
 
+/// A plain number of up to 15 digits: both it without its point and the power of ten are doubles,
+/// so that one division rounds as it should. Empty for any other text.
+std::optional<double> few_digits(std::string_view text) {
+  constexpr std::size_t kMostDigits = 15;
+  constexpr std::array<double, kMostDigits + 1> kPowers = {
+      1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+  const bool negative = text.starts_with('-');
+  if (negative) text.remove_prefix(1);
+  if (text.size() > kMostDigits + 1) return std::nullopt;
+  const std::size_t point = std::min(text.find('.'), text.size());
+  const std::size_t digits = text.size() - (point < text.size() ? 1 : 0);
+  if (digits == 0 || digits > kMostDigits) return std::nullopt;
+  std::int64_t units = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (i == point) continue;
+    if (!is_digit(text[i])) return std::nullopt;
+    units = units * 10 + (text[i] - '0');
+  }
+  const std::size_t decimals = point < text.size() ? text.size() - point - 1 : 0;
+  const double value = static_cast<double>(units) / kPowers[decimals];
+  return negative ? -value : value;
+}
+
 /// All of the text as a number, overflow as an infinity of its sign; empty for anything else.
 std::optional<double> whole_real(std::string_view text) {
+  if (const std::optional<double> value = few_digits(text)) return value;
   const char* const end = text.data() + text.size();
   double value = 0.0;
   const auto [stop, error] = std::from_chars(text.data(), end, value, std::chars_format::general);
@@ -101,6 +125,46 @@ Char* write_handle(Char* end, std::uint64_t handle) {
     handle >>= 4;
   } while (handle != 0);
   return end;
+}
+
+/// Writes a number of up to six decimals, as most in a drawing are, and answers where it ends; null
+/// for any other. No two decimals of up to 15 digits are one double, so that the one which divides
+/// back is the shortest.
+char* write_few_decimals(char* to, double value) {
+  constexpr std::uint64_t kScale = 1'000'000;
+  constexpr double kMost = 1e15;
+  constexpr std::uint64_t kLeast = 10;  // of smaller numbers but zero the text has an exponent
+  const double size = std::fabs(value);
+  const double scaled = size * static_cast<double>(kScale);
+  if (!(scaled < kMost)) return nullptr;
+  const auto units = static_cast<std::uint64_t>(scaled + 0.5);
+  if (static_cast<double>(units) / static_cast<double>(kScale) != size) return nullptr;
+  if (units < kLeast && units != 0) return nullptr;
+  if (std::signbit(value)) *to++ = '-';
+  to = std::to_chars(to, to + 20, units / kScale).ptr;
+  *to++ = '.';
+  std::uint64_t decimals = units % kScale;
+  char* const first = to;
+  for (std::uint64_t place = kScale / 10; decimals != 0; place /= 10) {
+    *to++ = static_cast<char>('0' + decimals / place);
+    decimals %= place;
+  }
+  if (to == first) *to++ = '0';
+  return to;
+}
+
+char* write_shortest(char* to, char* end, double value) {
+  const double size = std::fabs(value);
+  const bool fixed = size == 0.0 || (size >= 1e-5 && size < 1e16);
+  const auto format = fixed ? std::chars_format::fixed : std::chars_format::scientific;
+  char* const stop = std::to_chars(to, end, value, format).ptr;
+  char* const e = std::find(to, stop, 'e');
+  const bool has_point = std::find(to, e, '.') != e;
+  if (e != stop) *e = 'E';
+  if (has_point) return stop;
+  std::copy_backward(e, stop, stop + 2);
+  e[0] = '.', e[1] = '0';
+  return stop + 2;
 }
 
 /// Length of the run of digits that begins at `from`.
@@ -145,19 +209,14 @@ std::optional<double> parse_real(std::string_view text) {
   return value && std::isfinite(*value) ? value : std::nullopt;
 }
 
-void append_real(std::string& out, double value) {
+RealDigits::RealDigits(double value) {
   assert(std::isfinite(value));
-  std::array<char, 64> room;
-  const double size = std::fabs(value);
-  const bool fixed = size == 0.0 || (size >= 1e-5 && size < 1e16);
-  const auto format = fixed ? std::chars_format::fixed : std::chars_format::scientific;
-  const char* const end = std::to_chars(room.data(), room.data() + room.size(), value, format).ptr;
-  const std::string_view text(room.data(), static_cast<std::size_t>(end - room.data()));
-  const std::size_t e = std::min(text.find('e'), text.size());
-  out += text.substr(0, e);
-  if (text.find('.') == std::string_view::npos) out += ".0";
-  if (e < text.size()) out.append("E").append(text.substr(e + 1));
+  char* end = write_few_decimals(text_.data(), value);
+  if (!end) end = write_shortest(text_.data(), text_.data() + text_.size(), value);
+  size_ = static_cast<std::size_t>(end - text_.data());
 }
+
+void append_real(std::string& out, double value) { out += RealDigits(value).view(); }
 
 std::optional<std::uint64_t> parse_handle(std::string_view text) { return read_handle(text); }
 std::optional<std::uint64_t> parse_handle(std::wstring_view text) { return read_handle(text); }

@@ -23,6 +23,16 @@ std::optional<double> parse_real(std::string_view text);
 /// always with a point: "0.0", "36.5", "1.0E-10", "1.5E+20". Fixed notation for 1e-5 <= |x| < 1e16.
 /// The value must be finite (asserted): a drawing has no text for others, so callers decide.
 void append_real(std::string& out, double value);
+/// The same text without a string, for hot paths.
+class RealDigits {
+ public:
+  explicit RealDigits(double value);
+  std::string_view view() const { return {text_.data(), size_}; }
+
+ private:
+  std::array<char, 32> text_;  // the longest: -1.2345678901234567E-308
+  std::size_t size_;
+};
 
 /// Handle: 1 to 16 hexadecimal digits of either case, no prefix, blanks around are fine.
 std::optional<std::uint64_t> parse_handle(std::string_view text);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <charconv>
 #include <cstring>
 #include <optional>
@@ -11,8 +10,8 @@
 #include "host/base/numbers.h"
 #include "host/dxf/binary_layout.h"
 #include "host/dxf/group_codes.h"
-#include "host/dxf/line_splitter.h"
 #include "host/dxf/record_builder.h"
+#include "host/dxf/short_lines.h"
 #include "host/dxf/tag_reader.h"
 
 namespace cad::dxf {
@@ -47,26 +46,6 @@ std::optional<int> code_of_line(std::string_view line) {
   return code;
 }
 
-/// The same for lines of one to four characters, blanks in front allowed: four bytes at once.
-/// `end` points behind the last character; the four bytes before it must be readable.
-/// Negative when the line is unusual.
-int code_of_short_line(const char* end, std::size_t length) {
-  static_assert(std::endian::native == std::endian::little);
-  constexpr std::uint32_t kKeep[] = {0, 0xFF000000, 0xFFFF0000, 0xFFFFFF00, 0xFFFFFFFF};
-  constexpr std::uint32_t kBlanks = 0x20202020;
-  std::uint32_t text;
-  std::memcpy(&text, end - 4, 4);
-  text = (text & kKeep[length]) | (kBlanks & ~kKeep[length]);
-  const std::uint32_t is_digit = text & 0x10101010;  // a blank lacks this bit
-  // A blank behind a digit, and a line of blanks only, are unusual.
-  if ((is_digit & ~(is_digit >> 8) & 0x00101010) || !(is_digit & 0x10000000)) return -1;
-  const std::uint32_t digits = (text | 0x10101010) ^ 0x30303030;
-  const std::uint32_t allowed = (is_digit >> 4) * 0x0F;  // a byte without the bit must be a blank
-  if ((digits & ~allowed) || ((digits + 0x76767676) & 0x80808080)) return -1;
-  const std::uint32_t pairs = (digits * 10 + (digits >> 8)) & 0x00FF00FF;
-  return static_cast<int>((pairs & 0xFF) * 100 + (pairs >> 16));
-}
-
 std::string quoted(std::string_view line) {
   constexpr std::size_t kShown = 40;
   std::string text = "\"";
@@ -85,54 +64,64 @@ class AsciiScan {
       : bytes_(bytes), dialect_(dialect), name_(name), builder_(bytes, dialect, name, sink) {}
 
   Status run(std::uint64_t start) {
-    LineSplitter lines(bytes_);
-    std::uint64_t position = start;
+    const char* const data = bytes_.data();
+    const char* const end = data + bytes_.size();
+    const char* at = data + start;
+    std::uint8_t wants = builder_.wants();
     while (!builder_.ended()) {
-      const std::size_t count = lines.collect(position);
-      if (count < 2) return last_pair(position, count == 1 ? lines.end(0) : bytes_.size());
-      std::uint8_t wants = builder_.wants();
-      for (std::size_t i = 0; i + 1 < count; i += 2) {
-        const std::uint64_t value_end = lines.end(i + 1);
-        const int code = short_code(position, lines.end(i));
-        if (code < 0 || (kInterests[static_cast<std::size_t>(code)] & wants) != 0) {
-          Status status = pair(position, lines.end(i), value_end);
-          if (!status || builder_.ended()) return status ? builder_.finish() : std::move(status);
-          wants = builder_.wants();
+      CodeLine line;
+      const bool readable = static_cast<std::size_t>(end - at) >= kLongestUsualCodeLine;
+      if (!readable || !read_usual_code_line(at, line)) {
+        // Bytes behind the last line end are no tag; finish() says whether the drawing is cut off.
+        const char* const code_end = find_newline(at, end);
+        if (!code_end) break;
+        const std::optional<int> code = unusual_code(at, code_end);
+        if (!code) {
+          const std::string_view text(at, static_cast<std::size_t>(code_end - at));
+          return fail(place(bytes_, dialect_, name_, offset(at)),
+                      "group code " + quoted(without_return(text)) + " is not a number");
         }
-        position = value_end + 1;
+        line = {*code, static_cast<std::size_t>(code_end + 1 - at)};
       }
+      const char* const value = at + line.length;
+      const char* const newline = find_newline(value, end);
+      const char* const value_end = newline ? newline : end;
+      if ((interest(line.code) & wants) != 0) {
+        std::string_view text(value, static_cast<std::size_t>(value_end - value));
+        text = without_return(text);
+        if (line.code == 0) text = trimmed(text);
+        if (Status status = builder_.tag(line.code, text, offset(at)); !status) return status;
+        wants = builder_.wants();
+      }
+      if (!newline) break;
+      at = newline + 1;
     }
     return builder_.finish();
   }
 
  private:
-  /// The code of an ordinary code line; negative for any other.
-  int short_code(std::uint64_t begin, std::uint64_t line_end) const {
-    const char* const data = bytes_.data();
-    if (line_end > begin && data[line_end - 1] == '\r') --line_end;
-    const std::uint64_t length = line_end - begin;
-    return length - 1 < 4 && line_end >= 4 ? code_of_short_line(data + line_end, length) : -1;
+  std::uint64_t offset(const char* at) const {
+    return static_cast<std::uint64_t>(at - bytes_.data());
   }
 
-  Status pair(std::uint64_t begin, std::uint64_t code_end, std::uint64_t value_end) {
-    const char* const data = bytes_.data();
-    int code = short_code(begin, code_end);
-    if (code < 0) {
-      std::string_view line = bytes_.substr(begin, code_end - begin);
-      if (line.ends_with('\r')) line.remove_suffix(1);
-      const auto slow = code_of_line(line);
-      if (!slow) {
-        return fail(place(bytes_, dialect_, name_, begin),
-                    "group code " + quoted(line) + " is not a number");
-      }
-      code = *slow;
+  /// The code on a line that ends at `end`, however it is spelled.
+  std::optional<int> unusual_code(const char* begin, const char* end) const {
+    const char* const line_end = end > begin && end[-1] == '\r' ? end - 1 : end;
+    const auto length = static_cast<std::size_t>(line_end - begin);
+    if (length - 1 < 4 && line_end - bytes_.data() >= 4) {
+      std::uint32_t columns;
+      std::memcpy(&columns, line_end - 4, sizeof columns);
+      const auto in_front = static_cast<unsigned>(32 - 8 * length);  // bits of the line before
+      const auto blanks = static_cast<std::uint32_t>(std::uint64_t{0x20202020} >> (8 * length));
+      const int code = code_of_columns((columns >> in_front << in_front) | blanks);
+      if (code >= 0) return code;
     }
-    if ((interest(code) & builder_.wants()) == 0) return {};
-    const std::uint64_t value_begin = code_end + 1;
-    if (value_end > value_begin && data[value_end - 1] == '\r') --value_end;
-    std::string_view value = bytes_.substr(value_begin, value_end - value_begin);
-    if (code == 0) value = trimmed(value);
-    return builder_.tag(code, value, begin);
+    return code_of_line({begin, length});
+  }
+
+  static std::string_view without_return(std::string_view line) {
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    return line;
   }
 
   static std::string_view trimmed(std::string_view value) {
@@ -140,14 +129,6 @@ class AsciiScan {
       value.remove_prefix(1);
     while (!value.empty() && (value.back() == ' ' || value.back() == '\t')) value.remove_suffix(1);
     return value;
-  }
-
-  /// Fewer than two line ends are left: a last value line without its end, or a cut.
-  Status last_pair(std::uint64_t position, std::uint64_t code_end) {
-    if (code_end < bytes_.size()) {
-      if (Status status = pair(position, code_end, bytes_.size()); !status) return status;
-    }
-    return builder_.finish();
   }
 
   std::string_view bytes_;

@@ -1,6 +1,7 @@
 #include "host/dxf/tag_reader.h"
 
 #include <bit>
+#include <cstring>
 
 #include "host/base/numbers.h"
 #include "host/dxf/binary_layout.h"
@@ -25,6 +26,22 @@ int hex_digit(char c) {
 }
 
 }  // namespace
+
+CodeLine TagReader::any_code_line(std::string_view bytes) {
+  const char* at = bytes.data();
+  const char* const end = at + bytes.size();
+  while (at < end && (*at == ' ' || *at == '\t' || *at == '\r')) ++at;
+  const bool negative = at < end && *at == '-';
+  if (negative) ++at;
+  constexpr int kMost = 100'000;  // the front of a file is read before the scanner has checked it
+  int code = 0;
+  for (; at < end && *at >= '0' && *at <= '9'; ++at) {
+    if (code < kMost) code = code * 10 + (*at - '0');
+  }
+  const char* const newline = find_newline(at, end);
+  if (!newline) return {};
+  return {negative ? -code : code, static_cast<std::size_t>(newline + 1 - bytes.data())};
+}
 
 bool TagReader::next_binary(Tag& tag) {
   const auto found = binary_tag_at(bytes_, position_, dialect_->one_byte_codes);

@@ -2,13 +2,13 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "host/dxf/dialect.h"
 #include "host/dxf/group_codes.h"
+#include "host/dxf/short_lines.h"
 
 namespace cad::dxf {
 
@@ -35,6 +35,8 @@ class TagReader {
  private:
   bool next_ascii(Tag& tag);
   bool next_binary(Tag& tag);
+  /// The code line in front, however it is spelled; of length 0 when the bytes end inside it.
+  static CodeLine any_code_line(std::string_view bytes);
 
   std::string_view bytes_;
   std::size_t position_;
@@ -52,27 +54,21 @@ inline bool TagReader::next_ascii(Tag& tag) {
   if (position_ >= bytes_.size()) return false;
   const char* const start = bytes_.data() + position_;
   const char* const end = bytes_.data() + bytes_.size();
-  const char* at = start;
-  while (at < end && (*at == ' ' || *at == '\t' || *at == '\r')) ++at;
-  const bool negative = at < end && *at == '-';
-  if (negative) ++at;
-  constexpr int kMost = 100'000;  // the front of a file is read before the scanner has checked it
-  int code = 0;
-  for (; at < end && *at >= '0' && *at <= '9'; ++at) {
-    if (code < kMost) code = code * 10 + (*at - '0');
+  const bool readable = static_cast<std::size_t>(end - start) >= kLongestUsualCodeLine;
+  CodeLine line;
+  if (!readable || !read_usual_code_line(start, line)) {
+    line = any_code_line({start, static_cast<std::size_t>(end - start)});
+    if (line.length == 0) return false;
   }
-  while (at < end && *at != '\n') ++at;
-  if (at == end) return false;
-  ++at;
-  const auto* newline =
-      static_cast<const char*>(std::memchr(at, '\n', static_cast<std::size_t>(end - at)));
+  const char* const value = start + line.length;
+  const char* const newline = find_newline(value, end);
   const char* value_end = newline ? newline : end;
-  tag.code = negative ? -code : code;
+  tag.code = line.code;
   tag.begin = position_;
   position_ = static_cast<std::size_t>((newline ? newline + 1 : end) - bytes_.data());
   tag.end = position_;
-  if (value_end > at && value_end[-1] == '\r') --value_end;
-  tag.value = {at, static_cast<std::size_t>(value_end - at)};
+  if (value_end > value && value_end[-1] == '\r') --value_end;
+  tag.value = {value, static_cast<std::size_t>(value_end - value)};
   return true;
 }
 

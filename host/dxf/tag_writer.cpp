@@ -1,9 +1,11 @@
 #include "host/dxf/tag_writer.h"
 
+#include <array>
 #include <charconv>
 #include <cstring>
 
 #include "host/base/numbers.h"
+#include "host/dxf/short_lines.h"
 #include "host/dxf/text.h"
 
 namespace cad::dxf {
@@ -14,14 +16,6 @@ void append_little_endian(std::string& out, T value) {
   char bytes[sizeof value];
   std::memcpy(bytes, &value, sizeof value);
   out.append(bytes, sizeof value);
-}
-
-void append_aligned(std::string& out, std::int64_t value, std::size_t width) {
-  char digits[24];
-  const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
-  const auto length = static_cast<std::size_t>(end - digits);
-  if (length < width) out.append(width - length, ' ');
-  out.append(digits, length);
 }
 
 /// Columns an integer of that code takes in an ASCII file.
@@ -43,6 +37,60 @@ std::size_t integer_width(int code) {
   return 0;
 }
 
+/// The lines of a tag being put together, for the values that need no respelling: nearly all.
+class LinePair {
+ public:
+  /// Longer values do without.
+  static constexpr std::size_t kLongestValue = 100;
+
+  /// `code` has up to four columns.
+  LinePair(int code, const Dialect& dialect) : crlf_(dialect.crlf) {
+    const auto number = static_cast<std::uint32_t>(code);
+    const bool four = number >= 1000;
+    put_columns(kThreeColumns[four ? number / 10 : number]);
+    if (four) put(static_cast<char>('0' + number % 10));
+    end_line();
+  }
+  void put(char c) { *to_++ = c; }
+  void put(std::string_view value) {
+    std::memcpy(to_, value.data(), value.size());
+    to_ += value.size();
+  }
+  /// False when a character needs respelling.
+  bool put_plain(std::wstring_view value) {
+    bool plain = true;
+    for (const wchar_t c : value) {
+      plain &= is_plain_character(c);
+      put(static_cast<char>(c));
+    }
+    return plain;
+  }
+  void put(std::int64_t value, std::size_t width) {
+    char digits[24];
+    const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+    const auto length = static_cast<std::size_t>(end - digits);
+    for (std::size_t i = length; i < width; ++i) put(' ');
+    put(std::string_view(digits, length));
+  }
+  void end_line() {
+    if (crlf_) put('\r');
+    put('\n');
+  }
+  void append_to(std::string& out) const {
+    out.append(text_.data(), static_cast<std::size_t>(to_ - text_.data()));
+  }
+
+ private:
+  void put_columns(std::uint32_t three) {
+    std::memcpy(to_, &three, sizeof three);
+    to_ += 3;
+  }
+
+  std::array<char, kLongestValue + 12> text_;
+  char* to_ = text_.data();
+  bool crlf_;
+};
+
 bool is_plain(std::string_view bytes) {
   for (const char c : bytes) {
     if (static_cast<signed char>(c) < ' ' || c == '^' || c == '\\') return false;
@@ -53,15 +101,12 @@ bool is_plain(std::string_view bytes) {
 }  // namespace
 
 void TagWriter::code(int code) {
-  if (fits_line_pair(code)) {
-    const char line[] = {code >= 100 ? static_cast<char>('0' + code / 100) : ' ',
-                         code >= 10 ? static_cast<char>('0' + code / 10 % 10) : ' ',
-                         static_cast<char>('0' + code % 10), dialect_.crlf ? '\r' : '\n', '\n'};
-    out_.append(line, dialect_.crlf ? 5 : 4);
-    return;
-  }
   if (!dialect_.binary) {
-    append_aligned(out_, code, 3);
+    char digits[24];
+    const auto end = std::to_chars(digits, digits + sizeof digits, code).ptr;
+    const auto length = static_cast<std::size_t>(end - digits);
+    if (length < 3) out_.append(3 - length, ' ');
+    out_.append(digits, length);
     out_ += dialect_.eol();
     return;
   }
@@ -83,33 +128,26 @@ void TagWriter::end_value() {
   }
 }
 
-template <class Char>
-void TagWriter::plain_line_pair(int code, std::basic_string_view<Char> value) {
-  const std::size_t line_end = dialect_.crlf ? 2 : 1;
-  const std::size_t before = out_.size();
-  out_.resize(before + 3 + value.size() + 2 * line_end);
-  char* to = out_.data() + before;
-  const auto end_line = [&] {
-    if (dialect_.crlf) *to++ = '\r';
-    *to++ = '\n';
-  };
-  *to++ = code >= 100 ? static_cast<char>('0' + code / 100) : ' ';
-  *to++ = code >= 10 ? static_cast<char>('0' + code / 10 % 10) : ' ';
-  *to++ = static_cast<char>('0' + code % 10);
-  end_line();
-  for (const Char c : value) *to++ = static_cast<char>(c);
-  end_line();
-}
-
 void TagWriter::text(int code, std::wstring_view value) {
-  if (fits_line_pair(code) && is_plain_text(value)) return plain_line_pair(code, value);
+  if (fits_line_pair(code) && value.size() <= LinePair::kLongestValue) {
+    LinePair lines(code, dialect_);
+    if (lines.put_plain(value)) {
+      lines.end_line();
+      return lines.append_to(out_);
+    }
+  }
   this->code(code);
   append_encoded(value, dialect_, out_);
   end_value();
 }
 
 void TagWriter::raw(int code, std::string_view value) {
-  if (fits_line_pair(code)) return plain_line_pair(code, value);
+  if (fits_line_pair(code) && value.size() <= LinePair::kLongestValue) {
+    LinePair lines(code, dialect_);
+    lines.put(value);
+    lines.end_line();
+    return lines.append_to(out_);
+  }
   this->code(code);
   out_ += value;
   end_value();
@@ -117,9 +155,15 @@ void TagWriter::raw(int code, std::string_view value) {
 
 void TagWriter::integer(int code, std::int64_t value) {
   if (value_type(code) == ValueType::kReal) return real(code, static_cast<double>(value));
+  if (fits_line_pair(code)) {
+    LinePair lines(code, dialect_);
+    lines.put(value, integer_width(code));
+    lines.end_line();
+    return lines.append_to(out_);
+  }
   this->code(code);
   if (!dialect_.binary) {
-    append_aligned(out_, value, integer_width(code));
+    out_ += std::to_string(value);
     return end_value();
   }
   switch (value_type(code)) {
@@ -137,17 +181,16 @@ void TagWriter::integer(int code, std::int64_t value) {
     case ValueType::kChunk:
       break;
   }
-  append_aligned(out_, value, 0);
+  out_ += std::to_string(value);
   end_value();
 }
 
 void TagWriter::real(int code, double value) {
-  this->code(code);
-  if (dialect_.binary && value_type(code) == ValueType::kReal) {
-    return append_little_endian(out_, value);
+  if (!dialect_.binary || value_type(code) != ValueType::kReal) {
+    return raw(code, RealDigits(value).view());
   }
-  append_real(out_, value);
-  end_value();
+  this->code(code);
+  append_little_endian(out_, value);
 }
 
 void TagWriter::handle(int code, std::uint64_t value) { raw(code, HandleDigits(value).view()); }

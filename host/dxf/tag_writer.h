@@ -33,10 +33,8 @@ class TagWriter {
  private:
   void code(int code);
   void end_value();
-  /// Both lines of a tag in one piece, for the values that need no respelling: nearly all.
-  template <class Char>
-  void plain_line_pair(int code, std::basic_string_view<Char> value);
-  bool fits_line_pair(int code) const { return !dialect_.binary && code >= 0 && code < 1000; }
+  /// Whether both lines of a tag may be written in one piece.
+  bool fits_line_pair(int code) const { return !dialect_.binary && code >= 0 && code < 10000; }
 
   std::string& out_;
   const Dialect& dialect_;

@@ -2,10 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
+#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <iterator>
 #include <limits>
 #include <random>
 #include <string>
@@ -128,6 +131,54 @@ TEST(AppendReal, ReadsBackAsTheSameDouble) {
     ASSERT_EQ(std::bit_cast<std::uint64_t>(*back), std::bit_cast<std::uint64_t>(value)) << text;
     ASSERT_NE(text.find('.'), std::string::npos) << text;
   }
+}
+
+/// The shortest text by the library alone.
+std::string shortest(double value) {
+  char room[64];
+  const double size = std::fabs(value);
+  const bool fixed = size == 0.0 || (size >= 1e-5 && size < 1e16);
+  const auto format = fixed ? std::chars_format::fixed : std::chars_format::scientific;
+  std::string text(room, std::to_chars(room, std::end(room), value, format).ptr);
+  const std::size_t e = std::min(text.find('e'), text.size());
+  if (e < text.size()) text[e] = 'E';
+  if (text.find('.') == std::string::npos) text.insert(e, ".0");
+  return text;
+}
+
+TEST(AppendReal, WritesFewDecimalsLikeAnyOthers) {
+  std::mt19937_64 random(4711);
+  for (int round = 0; round < 200000; ++round) {
+    const auto digits = static_cast<std::int64_t>(random() >> (random() % 64));
+    const double decimal =
+        static_cast<double>(digits) / std::pow(10.0, static_cast<double>(random() % 19));
+    for (const double value : {decimal, -decimal, std::nextafter(decimal, 0.0),
+                               std::nextafter(decimal, Limits::max())}) {
+      ASSERT_EQ(real_text(value), shortest(value));
+      ASSERT_EQ(RealDigits(value).view(), shortest(value));
+    }
+  }
+  for (const double value : {1e-5, 1.1e-5, 9e-6, 1e-6, 5e-7, 999999999.999999, 1e9, 1e15, 1e16,
+                             0.1 + 0.2, 4503599627.370497, 0.000001, 123456789.0, 0.5}) {
+    EXPECT_EQ(real_text(value), shortest(value));
+    EXPECT_EQ(real_text(-value), shortest(-value));
+  }
+}
+
+TEST(ParseReal, ReadsFewDigitsLikeAnyOthers) {
+  std::mt19937_64 random(815);
+  for (int round = 0; round < 200000; ++round) {
+    std::string text = std::to_string(random() >> (random() % 64));
+    text.insert(random() % (text.size() + 1), ".");
+    if (random() % 2) text.insert(0, "-");
+    double wanted = 0.0;
+    std::from_chars(text.data(), text.data() + text.size(), wanted);
+    ASSERT_EQ(parse_real(text), wanted) << text;
+  }
+  for (const char* text : {"..5", "5..", "1.2.3", ".", "-.", "-", "1 2", "12345a", "-1-", "1:2"})
+    EXPECT_EQ(parse_real(text), std::nullopt) << text;
+  EXPECT_TRUE(std::signbit(*parse_real("-0")));
+  EXPECT_EQ(parse_real("000000000000000000000001.5"), 1.5);
 }
 
 TEST(Handle, ReadsHexadecimalOfEitherCase) {

@@ -3,6 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <string>
+#include <vector>
+
 #include "host/dxf/binary_layout.h"
 #include "tests/host/dxf/written.h"
 
@@ -106,6 +110,71 @@ TEST(TagReader, ReadsCodeLinesAsTheScannerDoes) {
     EXPECT_EQ(tag.code, row.code) << row.line;
     EXPECT_EQ(tag.value, "x");
   }
+}
+
+/// What the tags of ASCII bytes are, worked out line by line.
+std::vector<Tag> tags_line_by_line(std::string_view bytes) {
+  std::vector<Tag> tags;
+  std::size_t position = 0;
+  while (position < bytes.size()) {
+    const std::size_t code_end = bytes.find('\n', position);
+    if (code_end == bytes.npos) break;
+    const std::size_t value_end = std::min(bytes.find('\n', code_end + 1), bytes.size());
+    Tag tag;
+    tag.begin = position;
+    tag.code = std::atoi(std::string(bytes.substr(position, code_end - position)).c_str());
+    tag.value = bytes.substr(code_end + 1, value_end - code_end - 1);
+    if (tag.value.ends_with('\r')) tag.value.remove_suffix(1);
+    position = tag.end = std::min(value_end + 1, bytes.size());
+    tags.push_back(tag);
+  }
+  return tags;
+}
+
+/// Reads from memory of exactly that size, so that the sanitizer sees a look beyond.
+void expect_read_line_by_line(const std::string& text) {
+  const std::vector<char> tight(text.begin(), text.end());
+  const std::string_view bytes(tight.data(), tight.size());
+  TagReader tags(bytes, kAscii);
+  Tag tag;
+  for (const Tag& wanted : tags_line_by_line(bytes)) {
+    ASSERT_TRUE(tags.next(tag)) << testing::PrintToString(text);
+    ASSERT_EQ(tag.code, wanted.code) << testing::PrintToString(text);
+    ASSERT_EQ(tag.value, wanted.value) << testing::PrintToString(text);
+    ASSERT_EQ(tag.begin, wanted.begin);
+    ASSERT_EQ(tag.end, wanted.end);
+  }
+  EXPECT_FALSE(tags.next(tag)) << testing::PrintToString(text);
+}
+
+TEST(TagReader, ReadsEveryCodeLineAsItWouldLineByLine) {
+  const std::string letters(" 0159-\tA:/\0\r", 12);
+  std::vector<std::string> lines = {""};
+  for (std::size_t i = 0; lines[i].size() < 4; ++i)
+    for (const char c : letters) lines.push_back(lines[i] + c);
+  for (const std::string& line : lines)
+    for (const char* rest : {"\nvalue that fills a block\n", "\r\nx\r\n"})
+      ASSERT_NO_FATAL_FAILURE(expect_read_line_by_line(line + rest));
+}
+
+TEST(TagReader, ReadsLongCodeLinesAsItWouldLineByLine) {
+  for (const char* line : {"10000", " 1000", "   40", "    40", "     40", "      40", "00040",
+                           "40     ", "1000       ", "                    40", "32767", "-1000",
+                           " -1", "40 comment", "1000x", "4 0"})
+    for (const char* rest : {"\nvalue that fills a block\n", "\r\nx\r\n", "\nx", "\n", ""})
+      expect_read_line_by_line(line + std::string(rest));
+}
+
+TEST(TagReader, ReadsValuesOfEveryLengthToTheEndOfTheBytes) {
+  for (std::size_t length = 0; length < 70; ++length) {
+    for (const char* end : {"", "\r", "\n", "\r\n", "\r\r\n", "\n\n", "\n  8\n0\n", "\n100"}) {
+      expect_read_line_by_line("  1\n" + std::string(length, 'v') + end);
+      expect_read_line_by_line("1000\r\n" + std::string(length, 'v') + end);
+      expect_read_line_by_line("  1\n" + std::string(length, '\0') + end);
+      expect_read_line_by_line("  1\n" + std::string(length, '\r') + end);
+    }
+  }
+  expect_read_line_by_line("310\n" + std::string(1'000'000, 'F') + "\n  8\n0\n");
 }
 
 TEST(TagReader, BlanksOfAValueAreData) {

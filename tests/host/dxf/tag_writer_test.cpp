@@ -111,6 +111,53 @@ TEST(TagWriter, TextsGoThroughTheCodePageAndTheEscapes) {
             std::string("\x01\0a^Ib\0", 7));
 }
 
+TEST(TagWriter, WritesLongValuesLikeShortOnes) {
+  for (const std::size_t length : {0, 1, 99, 100, 101, 102, 250, 5000}) {
+    const std::string value(length, 'v');
+    for (const int code : {0, 8, 62, 310, 1000, 1071, 9999, 10000, 123456}) {
+      const std::string digits = std::to_string(code);
+      const std::string line = std::string(digits.size() < 3 ? 3 - digits.size() : 0, ' ') + digits;
+      for (const Dialect* dialect : {&kAscii, &kCrlf}) {
+        const std::string eol(dialect->eol());
+        const std::string wanted = line + eol + value + eol;
+        EXPECT_EQ(written_by(*dialect, [&](TagWriter& w) { w.raw(code, value); }), wanted);
+        EXPECT_EQ(written_by(*dialect,
+                             [&](TagWriter& w) {
+                               w.text(code, std::wstring(value.begin(), value.end()));
+                             }),
+                  wanted);
+      }
+    }
+  }
+}
+
+TEST(TagWriter, RespellsATextWhereverItsSpecialCharacterStands) {
+  for (const std::size_t length : {1, 2, 50, 99, 100, 101}) {
+    for (std::size_t at = 0; at<length; at += length> 10 ? 7 : 1) {
+      std::wstring text(length, L'v');
+      text[at] = L'\n';
+      std::string wanted(length, 'v');
+      wanted.replace(at, 1, "^J");
+      EXPECT_EQ(written_by(kAscii, [&](TagWriter& w) { w.text(1, text); }),
+                "  1\n" + wanted + "\n");
+      text[at] = L'\u7BA1';
+      wanted.replace(at, 2, "\u7BA1");
+      EXPECT_EQ(written_by(kAscii, [&](TagWriter& w) { w.text(1, text); }),
+                "  1\n" + wanted + "\n");
+      text[at] = L'\x10076';  // whose low byte is a plain letter
+      wanted.replace(at, 3, "\xF0\x90\x81\xB6");
+      EXPECT_EQ(written_by(kAscii, [&](TagWriter& w) { w.text(1, text); }),
+                "  1\n" + wanted + "\n");
+    }
+  }
+}
+
+TEST(TagWriter, CodesOutsideTheTableAreWrittenInFull) {
+  EXPECT_EQ(written_by(kAscii, [](TagWriter& w) { w.integer(-3, -12); }), " -3\n-12\n");
+  EXPECT_EQ(written_by(kAscii, [](TagWriter& w) { w.integer(10000, 7); }), "10000\n7\n");
+  EXPECT_EQ(written_by(kCrlf, [](TagWriter& w) { w.real(-1, 0.5); }), " -1\r\n0.5\r\n");
+}
+
 TEST(TagWriter, CopyingRespellsATagForAnotherDialect) {
   const Dialect old{.release = Release::kR2000, .code_page = CodePage::k936, .crlf = true};
   struct Row {
