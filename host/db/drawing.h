@@ -125,6 +125,7 @@ class Drawing {
   struct CurrentProperties {
     Stub* layer = nullptr;     ///< null when the drawing has no such layer
     Stub* style = nullptr;     ///< of texts; null for Standard, which goes without saying
+    Stub* standard = nullptr;  ///< the style of texts that name none; null when there is none
     Stub* linetype = nullptr;  ///< null for ByLayer
     std::int64_t color = 256;
     bool tile_mode = true;

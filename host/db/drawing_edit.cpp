@@ -1,7 +1,7 @@
 // New objects of a drawing, and writing it back.
 
 #include <algorithm>
-#include <tuple>
+#include <array>
 #include <utility>
 
 #include "host/base/numbers.h"
@@ -57,7 +57,8 @@ std::string respell(const AcDbObject& object, const dxf::Dialect& dialect, std::
                     std::uint64_t owner, std::uint64_t reactor) {
   std::string out;
   const std::string_view content = ObjectAccess::content(object);
-  out.reserve(content.size() + content.size() / 4 + 96);
+  // Handles and the reactor group come in; line ends may take twice the room.
+  out.reserve(content.size() + (dialect.crlf ? content.size() / 4 : 0) + 64);
   dxf::TagWriter writer(out, dialect);
   const dxf::Dialect& from = ObjectAccess::dialect(object);
   dxf::TagReader tags(content, from);
@@ -209,30 +210,63 @@ class Drawing::RecordPatches {
       : drawing_(drawing), storage_(storage), patches_(patches) {}
 
   void collect() {
-    std::vector<const Stub*> edits;
-    for (const Stub* stub : drawing_.edits_)
-      if (stub->has(Stub::kEdited) && !is_of_new_block(*stub)) edits.push_back(stub);
-    // New records go in front of the record at whose offset they are anchored.
-    const auto order = [](const Stub* stub) {
-      return std::tuple(stub->begin, stub->has(Stub::kNew) ? 0 : 1,
-                        stub->has(Stub::kNew) ? static_cast<int>(stub->section) : 0,
-                        StubStore::index_of(*stub));
-    };
-    std::sort(edits.begin(), edits.end(),
-              [&](const Stub* a, const Stub* b) { return order(a) < order(b); });
+    const std::vector<Edit> edits = edits_in_file_order();
+    patches_.reserve(patches_.size() + edits.size());
     add_new_blocks();
-    for (const Stub* stub : edits) {
-      if (!stub->has(Stub::kNew)) {
-        const auto now = stub->erased() ? std::string_view() : drawing_.bytes_of(*stub);
-        patches_.push_back({stub->begin, stub->length, now});
-      } else if (!stub->erased()) {
-        add_new(*stub);
+    for (const Edit& edit : edits) {
+      const Stub& stub = *edit.stub;
+      if (!stub.has(Stub::kNew)) {
+        const auto now = stub.erased() ? std::string_view() : drawing_.bytes_of(stub);
+        patches_.push_back({stub.begin, stub.length, now});
+      } else if (!stub.erased()) {
+        add_new(stub);
       }
     }
     close_section();
   }
 
  private:
+  struct Edit {
+    std::uint64_t begin;
+    std::uint64_t rank;  ///< among those of one offset
+    const Stub* stub;
+
+    bool operator<(const Edit& other) const {
+      return begin != other.begin ? begin < other.begin : rank < other.rank;
+    }
+  };
+
+  static Edit edit_of(const Stub& stub) {
+    // New records go in front of the record at whose offset they are anchored.
+    constexpr std::uint64_t kBehindNew = std::uint64_t{1} << 63;
+    constexpr int kSection = 48;  // an index takes less
+    const auto section = static_cast<std::uint64_t>(stub.section) << kSection;
+    const std::uint64_t place = stub.has(Stub::kNew) ? section : kBehindNew;
+    return {stub.begin, place | StubStore::index_of(stub), &stub};
+  }
+
+  /// New entities, new objects and changed records each come in order already: only these runs are
+  /// merged. What fits into none of the first few is sorted.
+  std::vector<Edit> edits_in_file_order() const {
+    std::array<std::vector<Edit>, 8> runs;
+    for (const Stub* stub : drawing_.edits_) {
+      if (!stub->has(Stub::kEdited) || is_of_new_block(*stub)) continue;
+      const Edit edit = edit_of(*stub);
+      const auto fits = [&](const auto& run) { return run.empty() || run.back() < edit; };
+      const auto run = std::find_if(runs.begin(), runs.end() - 1, fits);
+      run->push_back(edit);
+    }
+    std::sort(runs.back().begin(), runs.back().end());
+    std::vector<Edit> all = std::move(runs.front());
+    for (auto run = runs.begin() + 1; run != runs.end() && !run->empty(); ++run) {
+      const auto middle = static_cast<std::ptrdiff_t>(all.size());
+      all.insert(all.end(), run->begin(), run->end());
+      std::inplace_merge(all.begin(), all.begin() + middle, all.end());
+      *run = {};
+    }
+    return all;
+  }
+
   /// Entities of new blocks may be younger than the ENDBLK: they are written block by block.
   bool is_of_new_block(const Stub& stub) const {
     if (stub.section != dxf::Section::kBlocks || !stub.has(Stub::kNew)) return false;
@@ -295,17 +329,21 @@ std::vector<Drawing::Patch> Drawing::patches(Storage& storage) const {
   class_patches(storage, patches);
   RecordPatches(*this, storage, patches).collect();
   // A header normally stands first; in a file where it does not, its patch moves to its place.
-  std::stable_sort(patches.begin(), patches.end(),
-                   [](const Patch& a, const Patch& b) { return a.begin < b.begin; });
+  const auto before = [](const Patch& a, const Patch& b) { return a.begin < b.begin; };
+  if (!std::is_sorted(patches.begin(), patches.end(), before))
+    std::stable_sort(patches.begin(), patches.end(), before);
   return patches;
 }
 
 std::string Drawing::save_bytes() const {
   Storage storage;
+  const std::vector<Patch> all = patches(storage);
+  std::size_t added = 0;
+  for (const Patch& patch : all) added += patch.bytes.size();
   std::string out;
-  out.reserve(bytes_.size());
+  out.reserve(bytes_.size() + added);
   std::uint64_t position = 0;
-  for (const Patch& patch : patches(storage)) {
+  for (const Patch& patch : all) {
     out += bytes_.substr(position, patch.begin - position);
     out += patch.bytes;
     position = patch.begin + patch.length;
@@ -318,6 +356,7 @@ Status Drawing::save(const std::string& path, bool keep_backup, FileLock* lock) 
   Result<AtomicFile> out = AtomicFile::create(path);
   if (!out) return out.error();
   const auto copy = [&](std::uint64_t from, std::uint64_t to) -> Status {
+    if (from == to) return {};
     constexpr std::uint64_t kWorthAKernelCopy = std::uint64_t{1} << 20;
     if (file_ && to - from >= kWorthAKernelCopy) return out->copy_range(*file_, from, to - from);
     return out->append(bytes_.substr(from, to - from));

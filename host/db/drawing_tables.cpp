@@ -67,6 +67,7 @@ const Drawing::CurrentProperties& Drawing::current_properties() {
   now.tile_mode = wtoi(named("$TILEMODE").empty() ? L"1" : named("$TILEMODE")) != 0;
   if (const std::wstring color = named("$CECOLOR"); !color.empty()) now.color = wtoi(color);
   const std::wstring style = folded(named("$TEXTSTYLE")), line = folded(named("$CELTYPE"));
+  now.standard = table_record("STYLE", L"Standard");
   if (style != L"standard") now.style = table_record("STYLE", style);
   if (line != L"bylayer") now.linetype = table_record("LTYPE", line);
   return current_properties_.emplace(now);

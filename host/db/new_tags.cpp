@@ -9,12 +9,6 @@ namespace {
 constexpr int kVertices = 10;
 }
 
-std::size_t NewTags::slot(int code) const {
-  for (std::size_t i = 0; i < layout_.tags.size(); ++i)
-    if (layout_.tags[i].code == code) return i;
-  return kMost;
-}
-
 bool NewTags::is_left_out(int code, double value) {
   const std::size_t i = slot(code);
   if (i == kMost || value != layout_.tags[i].absent) return false;
@@ -89,7 +83,6 @@ const Stub* NewTags::record(int code) const {
 
 void NewTags::spell(std::string& out, const dxf::Dialect& dialect, std::uint64_t handle,
                     std::uint64_t owner) const {
-  out.reserve(out.size() + 384);
   dxf::TagWriter tags(out, dialect);
   tags.raw(0, layout_.kind);
   tags.handle(5, handle);

@@ -25,9 +25,27 @@ struct NewTag {
 
 /// The tags of a kind of object, in the order in which they are written. No code stands twice.
 struct NewLayout {
+  static constexpr std::size_t kMost = 20;  ///< tags, and what slot() answers for other codes
+
+  constexpr NewLayout(std::string_view kind_name, std::span<const std::string_view> part_markers,
+                      std::span<const NewTag> its_tags)
+      : kind(kind_name), parts(part_markers), tags(its_tags) {
+    slots.fill(kMost);
+    for (std::size_t i = 0; i < tags.size(); ++i)
+      slots.at(static_cast<std::size_t>(tags[i].code)) = static_cast<std::uint8_t>(i);
+  }
+  /// Where the tag of that code stands in `tags`.
+  std::size_t slot(int code) const {
+    const auto at = static_cast<std::size_t>(code);
+    return at < slots.size() ? slots[at] : kMost;
+  }
+
   std::string_view kind;
   std::span<const std::string_view> parts;  ///< markers of the class parts
   std::span<const NewTag> tags;
+
+ private:
+  std::array<std::uint8_t, 256> slots{};
 };
 
 /// What a new object holds before its tags are spelled: values by code. A label is made by a dozen
@@ -35,7 +53,7 @@ struct NewLayout {
 /// as much.
 class NewTags {
  public:
-  static constexpr std::size_t kMost = 20;
+  static constexpr std::size_t kMost = NewLayout::kMost;
 
   explicit NewTags(const NewLayout& layout) : layout_(layout) {}
 
@@ -80,7 +98,7 @@ class NewTags {
     Value() : integer(0) {}
   };
 
-  std::size_t slot(int code) const;
+  std::size_t slot(int code) const { return layout_.slot(code); }
   Value& at(int code) { return values_[slot(code)]; }
   const Value& at(int code) const { return values_[slot(code)]; }
   bool is_left_out(int code, double value);

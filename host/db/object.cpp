@@ -58,6 +58,31 @@ void append_dependants(Drawing& drawing, Stub& stub, std::vector<Stub*>& out) {
   }
 }
 
+/// A copy that a group of the frame or a little extended data can be added to where it stands.
+std::unique_ptr<std::string> with_room(std::string_view tags) {
+  constexpr std::size_t kRoom = 48;
+  auto copy = std::make_unique<std::string>();
+  copy->reserve(tags.size() + kRoom);
+  copy->append(tags);
+  return copy;
+}
+
+/// An empty dictionary, hard owner of its entries.
+std::string hard_dictionary(const cad::dxf::Dialect& dialect, std::uint64_t handle,
+                            std::uint64_t owner) {
+  constexpr std::size_t kWithAnEntry = 128;
+  std::string tags;
+  tags.reserve(kWithAnEntry);
+  cad::dxf::TagWriter writer(tags, dialect);
+  writer.raw(0, "DICTIONARY");
+  writer.handle(5, handle);
+  writer.handle(330, owner);
+  writer.raw(100, "AcDbDictionary");
+  writer.integer(280, 1);
+  if (dialect.has_cloning_flags()) writer.integer(281, 1);
+  return tags;
+}
+
 }  // namespace
 
 /// Erases or brings back `first` and all that depends on it. A worklist, because drawings may nest
@@ -176,13 +201,12 @@ Acad::ErrorStatus AcDbObject::createExtensionDictionary() {
   if (stub_->handle == 0 || stub_->has(Stub::kStrayTwin)) return Acad::eBrokenHandle;
   if (extension_of(drawing, *stub_)) return Acad::eAlreadyInDb;
 
-  auto* dictionary = new AcDbDictionary;
-  dictionary->setTreatElementsAsHard(true);
   const auto objects = cad::dxf::Section::kObjects;
+  const auto spell = [&](std::uint64_t handle) {
+    return hard_dictionary(drawing.dialect(), handle, stub_->handle);
+  };
   const Stub& made =
-      drawing.add(*dictionary, stub_->handle, objects, drawing.section_end(objects), 0);
-  drawing.opened();
-  dictionary->close();
+      drawing.add_record("DICTIONARY", stub_->handle, objects, drawing.section_end(objects), spell);
 
   std::string& tags = writable_content();
   const Lens lens(tags, dialect());
@@ -275,9 +299,12 @@ const cad::dxf::Dialect& AcDbObject::dialect() const {
 }
 
 void AcDbObject::spell() {
+  // Written where there is room, then kept in what it takes: a drawing holds millions.
+  std::string tags;
+  tags.reserve(512);
   const std::unique_ptr<cad::NewTags> fresh = std::move(fresh_);
-  owned_ = std::make_unique<std::string>();
-  fresh->spell(*owned_, dialect(), stub_ ? stub_->handle : 0, stub_ ? stub_->owner : 0);
+  fresh->spell(tags, dialect(), stub_ ? stub_->handle : 0, stub_ ? stub_->owner : 0);
+  owned_ = with_room(tags);
   data_ = owned_->data();
   size_ = static_cast<std::uint32_t>(owned_->size());
 }
@@ -296,7 +323,7 @@ std::string& AcDbObject::writable_content() {
   if (fresh_) spell();
   if (stub_ && (flags_ & cad::kRecorded) == 0)
     StubStore::drawing_of(*stub_).undo().before_change(*stub_);
-  if (!owned_) owned_ = std::make_unique<std::string>(content());
+  if (!owned_) owned_ = with_room(content());
   return *owned_;
 }
 

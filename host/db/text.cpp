@@ -199,9 +199,10 @@ AcDbObjectId AcDbText::textStyle() const {
   }
   const cad::Stub* own = cad::ObjectAccess::stub(*this);
   if (!own) return {};
+  cad::Drawing& drawing = cad::StubStore::drawing_of(*own);
   const std::wstring name = text_of(kTextPart, kStyle);
-  return AcDbObjectId(cad::StubStore::drawing_of(*own).table_record(
-      "STYLE", name.empty() ? std::wstring_view(L"Standard") : name));
+  return AcDbObjectId(name.empty() ? drawing.current_properties().standard
+                                   : drawing.table_record("STYLE", name));
 }
 
 Acad::ErrorStatus AcDbText::setTextStyle(AcDbObjectId style) {

@@ -67,6 +67,58 @@ TEST_F(SaveDrawing, LargeUntouchedStretchesAreCopiedWhole) {
   EXPECT_GT(content("plan.dxf").size(), 2u << 20);
 }
 
+TEST_F(SaveDrawing, ChangedAndNewRecordsStandInOrderHoweverTheyWereMade) {
+  std::string note(plan_note());
+  std::string many;
+  for (int i = 0; i < 60; ++i) {
+    char text[160];
+    std::snprintf(text, sizeof text,
+                  "0 TEXT\n5 %X\n330 18\n100 AcDbEntity\n8 0\n100 AcDbText\n10 1.0\n20 0.0\n"
+                  "40 2.5\n1 file%d\n100 AcDbText\n",
+                  0x1000 + i, i);
+    many += text;
+  }
+  note.insert(note.find("0 LINE\n5 3D"), many);
+  AcDbDatabase database(false);
+  ASSERT_TRUE(database.read_file(given_drawing(spelled(note, Form::kUtf8))));
+  AcDbBlockTableRecord* space = nullptr;
+  for (int i = 0; i < 60; ++i) {
+    // Backwards, forwards and to and fro, with a new entity and a new object in between.
+    const int turn = i % 3 == 0 ? 59 - i : i % 3 == 1 ? i : (i * 37) % 60;
+    AcDbText* text = nullptr;
+    const std::uint64_t handle = 0x1000 + static_cast<std::uint64_t>(turn);
+    ASSERT_EQ(acdbOpenObject(text, id(database, handle), AcDb::kForWrite), Acad::eOk);
+    text->setTextString((L"changed" + std::to_wstring(turn)).c_str());
+    text->createExtensionDictionary();
+    text->close();
+    auto* added = new AcDbText;
+    added->setTextString((L"new" + std::to_wstring(i)).c_str());
+    ASSERT_EQ(acdbOpenObject(space, id(database, 0x18), AcDb::kForWrite), Acad::eOk);
+    AcDbObjectId made;
+    ASSERT_EQ(space->appendAcDbEntity(made, added), Acad::eOk);
+    added->close();
+    space->close();
+  }
+  const std::string saved = database.save_bytes();
+  std::size_t at = 0;
+  const auto follows = [&](const std::string& text) {
+    const std::size_t found = saved.find(text, at);
+    EXPECT_NE(found, saved.npos) << text;
+    at = std::max(at, found);
+  };
+  for (int i = 0; i < 60; ++i) {
+    char handle[40];
+    std::snprintf(handle, sizeof handle, "TEXT\n  5\n%X\n102\n", 0x1000 + i);
+    const bool touched = saved.find(handle) != saved.npos;
+    if (touched) follows(handle);
+    follows("\n  1\n" + std::string(touched ? "changed" : "file") + std::to_string(i) + "\n");
+  }
+  for (int i = 0; i < 60; ++i) follows("\n  1\nnew" + std::to_string(i) + "\n");
+  AcDbDatabase again(false);
+  ASSERT_TRUE(again.read_bytes(saved, "again.dxf"));
+  EXPECT_EQ(again.save_bytes(), saved);
+}
+
 TEST_F(SaveDrawing, KeepsTheOldFileAsABackupOnRequest) {
   const std::string plan = given_drawing();
   const std::string before = content("plan.dxf");
