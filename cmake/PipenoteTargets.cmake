@@ -71,6 +71,11 @@ function(pn_link_names out user)
   set(${out} ${names} PARENT_SCOPE)
 endfunction()
 
+# For what modules are made of. A library with unique symbols (inline variables, static objects of inline
+# functions) stays in the process for good, and so does every library that one is bound to; the
+# static objects of a module must go when it is unloaded.
+set(PN_UNLOADABLE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
+
 # pn_library(<name> [SOURCES a.cpp...] [USES other...] [LINKS outside::target...])
 function(pn_library name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;USES;LINKS")
@@ -143,6 +148,7 @@ function(pn_module target)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "NAME" "SOURCES;USES;LINKS")
   pn_link_names(links MODULE ${arg_USES})
   add_library(${target} SHARED ${arg_SOURCES})
+  target_compile_options(${target} PRIVATE ${PN_UNLOADABLE})
   target_link_libraries(${target} PRIVATE ${links} ${arg_LINKS})
   pn_name_module(${target} ${arg_NAME})
 endfunction()

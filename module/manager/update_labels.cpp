@@ -1,4 +1,7 @@
 #include "module/manager/dim_manager.h"
+
+#include <exception>
+
 #include "module/manager/families.h"
 #include "module/manager/flow_arrows.h"
 #include "module/manager/precision.h"
@@ -21,6 +24,17 @@ constexpr const wchar_t* kWellTypes[] = {L"bjbh", L"bzjg"};
 
 bool begins_with_no_case(const CString& name, std::wstring_view beginning) {
   return dim::equal_no_case(std::wstring_view(name).substr(0, beginning.size()), beginning);
+}
+
+/// A handler is another module's code: one that throws has failed, and that is all.
+bool redraws(CDimFacade& handler, DimUpdateRequest& request) {
+  try {
+    return handler.update(request) != 0;
+  } catch (const std::exception& error) {
+    dim::trace(dim::from_utf8(error.what()));
+  } catch (...) {
+  }
+  return false;
 }
 
 }  // namespace
@@ -101,7 +115,7 @@ Acad::ErrorStatus CDimManager::updateDim(const wchar_t* dimTypeName) {
   DimUpdateRequest request;
   request.dimTypeName = type;
   request.entityIds.append(entity_id_);
-  return handler->update(request) ? Acad::eOk : dim::kFailed;
+  return redraws(*handler, request) ? Acad::eOk : dim::kFailed;
 }
 
 Acad::ErrorStatus CDimManager::updatePipeDim(unsigned long) {

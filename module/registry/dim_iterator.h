@@ -15,10 +15,11 @@ class CDimIterator : public CObject {
 /// Reserved for walking the known item names. Visits nothing: done() is always 1.
 class CDimNameIterator : public CDimIterator {
  public:
-  int done() override { return 1; }
-  void step() override {}
-  void start() override {}
-  const wchar_t* getDimName() { return nullptr; }
+  CDimNameIterator();
+  int done() override;
+  void step() override;
+  void start() override;
+  const wchar_t* getDimName();  ///< always null
 
  protected:
   void* cursor_ = nullptr;  // part of the published layout, like the next one
@@ -28,8 +29,9 @@ class CDimNameIterator : public CDimIterator {
 /// Reserved for walking the registered type names. Visits nothing: done() is always 1.
 class CDimTypeNameIterator : public CDimIterator {
  public:
-  int done() override { return 1; }
-  void step() override {}
-  void start() override {}
-  const wchar_t* GetDimTypeName() { return nullptr; }
+  CDimTypeNameIterator();
+  int done() override;
+  void step() override;
+  void start() override;
+  const wchar_t* GetDimTypeName();  ///< always null
 };

@@ -17,6 +17,8 @@ int CDimupateRegisiter::Initialize(const wchar_t*) {
   return 1;
 }
 
+int CDimupateRegisiter::refresh() { return Initialize(nullptr); }
+
 int CDimupateRegisiter::isRegisted(const wchar_t* dimTypeName) const {
   const std::wstring_view name = dim::text_of(dimTypeName);
   return type_names_.contains(name) || handlers_.contains(name);
@@ -35,6 +37,10 @@ int CDimupateRegisiter::regist(const CString& dimTypeName, CDimFacade* handler) 
     return 0;
   }
   return 1;
+}
+
+CDimFacade* CDimupateRegisiter::getAt(const CString& dimTypeName) const {
+  return handler_of(dimTypeName);
 }
 
 CDimFacade* CDimupateRegisiter::handler_of(std::wstring_view type) const {

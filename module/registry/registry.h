@@ -22,7 +22,7 @@ class CDimupateRegisiter {
 
   /// Puts back what is missing of the built-in vocabulary. `path` is not used. Always 1.
   int Initialize(const wchar_t* path);
-  int refresh() { return Initialize(nullptr); }
+  int refresh();
 
   /// Whether records may be filed under the type: it is built in, or has a handler.
   int isRegisted(const wchar_t* dimTypeName) const;
@@ -33,7 +33,7 @@ class CDimupateRegisiter {
   /// caller's, when it is null or the name has a handler already. Built-in types may get one.
   int regist(const CString& dimTypeName, CDimFacade* handler);
   /// The handler of the type, or null. Valid until its logout().
-  CDimFacade* getAt(const CString& dimTypeName) const { return handler_of(dimTypeName); }
+  CDimFacade* getAt(const CString& dimTypeName) const;
   CDimFacade* handler_of(std::wstring_view type) const;  ///< the same, without making a string
   /// Takes the handler out and frees its memory. A name without handler is fine.
   void logout(const CString& dimTypeName);

@@ -11,6 +11,8 @@ CDimUpdateServ CDimUpdateServ::m_instance;
 CDimUpdateServ::CDimUpdateServ() = default;
 CDimUpdateServ::~CDimUpdateServ() = default;
 
+CDimUpdateServ& CDimUpdateServ::getInstance() { return m_instance; }
+
 CDimupateRegisiter& CDimUpdateServ::getDimRegServ() {
   if (!registry_) registry_ = std::make_unique<CDimupateRegisiter>();
   return *registry_;

@@ -21,7 +21,7 @@ class CDimUpdateServ : public CObject {
   ~CDimUpdateServ() override;
   CDimUpdateServ(const CDimUpdateServ&) = delete;
   CDimUpdateServ& operator=(const CDimUpdateServ&) = delete;
-  static CDimUpdateServ& getInstance() { return m_instance; }
+  static CDimUpdateServ& getInstance();
 
   /// Made, with the built-in vocabulary, by the first call.
   CDimupateRegisiter& getDimRegServ();

@@ -1,11 +1,26 @@
 #include "module/app/label_placement.h"
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
 #include "tests/module/app/lisp_host.h"
+
+namespace {
+
+bool g_results_refused = false;
+
+}  // namespace
+
+/// Stands before the host's own, which it calls.
+int acedRetList(const resbuf* chain) {
+  using RetList = int (*)(const resbuf*);
+  static const auto host_call =
+      reinterpret_cast<RetList>(::dlsym(RTLD_NEXT, "_Z11acedRetListPK6resbuf"));
+  return g_results_refused ? RTERROR : host_call(chain);
+}
 
 namespace {
 
@@ -188,6 +203,14 @@ TEST_F(LabelPlacement, WithoutAWellIsTracedAndNotPrinted) {
     EXPECT_EQ(failure(call), "") << call;
     EXPECT_EQ(trace.lines(), Texts{L"没有指定检查井的实体名!"}) << call;
   }
+}
+
+TEST_F(LabelPlacement, ThatTheHostDoesNotTakeIsAFailure) {
+  given_label(complete());
+  g_results_refused = true;
+  EXPECT_EQ(failure("(jgbzUpInfo (e \"30\"))"), "\n返回井管标注更新信息表失败!");
+  g_results_refused = false;
+  EXPECT_NE(placement(), "error");
 }
 
 TEST_F(LabelPlacement, ReadingItChangesNothing) {

@@ -83,6 +83,9 @@ TEST_F(LispCalls, ARefusedCallSaysWhyAndRecordsNothing) {
                    "\n参数格式非法!"},
            Refusal{"no annotation", call("dimGeRec", ""), "\n参数格式不对!"},
            Refusal{"nil for information", call("dimUserRec", "\"zh_mc\" nil"), "\n参数格式不对!"},
+           Refusal{"an unknown type, before the entity is opened",
+                   "(dimGeRec (list (handent \"31\") \"no type\") (handent \"40\"))",
+                   "\n参数格式不对!"},
            Refusal{"an entity on a locked layer",
                    "(dimGeRec (list (handent \"31\") \"pcgb\") (handent \"40\"))",
                    "\n打开实体失败!"},
@@ -113,6 +116,36 @@ TEST_F(LispCalls, EachDrawingHasItsOwnDefinitions) {
   EXPECT_EQ(eval_in(second, call("dimRec", "(handent \"40\") \"a\" \"1\" nil nil nil")), "error");
   EXPECT_EQ(eval(call("dimRec", "(handent \"40\") \"a\" \"1\" nil nil nil")), "");
   EXPECT_EQ(items().size(), 1u);
+}
+
+TEST_F(LispCalls, LabelsAreThoseOfTheDrawingOfTheCall) {
+  // The same handles in both drawings.
+  AcApDocument* const first = document;
+  eval(call("dimRec", "(handent \"40\") \"pipe_flow\" \"1\" nil nil nil"));
+  given(Plan::bytes());
+  eval(call("dimRec", "(handent \"40\") \"pipe_flow\" \"1\" nil nil nil"));
+  ASSERT_EQ(eval("(dimupdate (e \"2F\") \"pipe_flow\" \"2\")"), "");
+  EXPECT_EQ(text("40"), "\"2.00\"");
+  ASSERT_EQ(eval("(dimDelAll (e \"2F\"))"), "");
+  EXPECT_EQ(eval("(entget (e \"40\"))"), "nil");
+  document = first;
+  EXPECT_EQ(text("40"), "\"label 40\"");
+  EXPECT_EQ(items().at(0).value, L"1");
+}
+
+TEST_F(LispCalls, TextsOfAnyLengthAndLetterAreKept) {
+  ASSERT_EQ(eval("(setq long \"长\") (repeat 16 (setq long (strcat long long))) (strlen long)"),
+            "65536");
+  ASSERT_EQ(eval(call("dimRec",
+                      "(handent \"40\") \"pipe_flow\" long \"𠀀𝄞Δß€\" \"%s%d%%c\" "
+                      "\"  \"")),
+            "");
+  reopen();
+  const StuDim item = items().at(0);
+  EXPECT_EQ(item.value, std::wstring(65536, L'长'));
+  EXPECT_EQ(item.prefix, L"𠀀𝄞Δß€");
+  EXPECT_EQ(item.suffix, L"%s%d%%c");
+  EXPECT_EQ(item.separator, L"  ");
 }
 
 TEST_F(LispCalls, UnloadingTheModuleTakesTheFunctionsAway) {

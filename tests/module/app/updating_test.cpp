@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -164,6 +165,7 @@ struct Asked {
   std::vector<CString> types;
   std::vector<AcDbObjectId> entities;
   int answer = 1;
+  bool throws = false;
 };
 Asked g_asked;
 
@@ -172,6 +174,7 @@ struct Handler : CDimFacade {
     g_asked.types.push_back(request.dimTypeName);
     for (int i = 0; i < request.entityIds.length(); ++i)
       g_asked.entities.push_back(request.entityIds[i]);
+    if (g_asked.throws) throw std::runtime_error("no room");
     return g_asked.answer;
   }
 };
@@ -207,6 +210,16 @@ TEST_F(HandledCalls, AFailingHandlerIsNoFailure) {
   EXPECT_EQ(said("(updatedim \"pcgb\" (e \"2F\"))", value), "");
   EXPECT_EQ(value, "");
   EXPECT_EQ(trace.lines().back(), L"pcgb更新没有成功，可能是没有标注!");
+}
+
+TEST_F(HandledCalls, AHandlerThatThrowsIsNoFailureEither) {
+  given_handler(L"pcgb");
+  g_asked.throws = true;
+  const TraceLines trace;
+  EXPECT_EQ(eval("(updatedim \"pcgb\" (e \"2F\"))"), "");
+  EXPECT_EQ(trace.lines(), (Texts{L"no room", L"pcgb更新没有成功，可能是没有标注!"}));
+  EXPECT_EQ(eval("(dimupdate (e \"2F\") \"pipe_dia\" \"400\")"), "");
+  EXPECT_EQ(diameter().value, L"400");
 }
 
 TEST_F(HandledCalls, AnEntityWithoutLabelsOfTheTypeIsNoFailure) {

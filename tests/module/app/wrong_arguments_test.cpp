@@ -122,6 +122,53 @@ TEST_F(WrongArguments, OfDimupdateAreTracedByPosition) {
   EXPECT_EQ(document->database()->save_bytes(), before);
 }
 
+TEST_F(WrongArguments, ANameOfNoEntityIsToldInEachFunctionsOwnWay) {
+  struct Row {
+    const char* call;
+    const char* printed;
+    Texts traced;
+  };
+  eval("(setq nobody (cdr (assoc 330 (entget (namedobjdict)))))");  // the owner it does not have
+  ASSERT_EQ(eval("(type nobody)"), "ENAME");
+  for (const Row& row : {
+           Row{"(dimRec (list nobody \"pcgb\") label \"a\" \"1\" nil nil nil)",
+               "\n参数格式不对!",
+               {L"被标注实体名无效!"}},
+           Row{"(dimRec (list pipe \"pcgb\") nobody \"a\" \"1\" nil nil nil)",
+               "\n参数格式不对!",
+               {L"\n标注实体名到Id失败!"}},
+           Row{"(dimGeRec (list nobody \"pcgb\") label)",
+               "\n参数格式不对!",
+               {L"被标注实体名无效!"}},
+           Row{"(dimGeRec (list pipe \"pcgb\") nobody)",
+               "\n参数格式不对!",
+               {L"\n标注实体名到Id失败!"}},
+           Row{"(dimUserRec (list nobody \"pcgb\") \"a\" \"1\")",
+               "\n参数格式不对!",
+               {L"被标注实体名无效!"}},
+           Row{"(dimupdate nobody \"pipe_dia\" \"1\")", "\n转换类型失败!", {}},
+           Row{"(dimupdate nobody \"pipe_dia\" \"1\" T 1)", "", {L"前缀值无效!"}},
+           Row{"(dimDel nobody \"pcgb\")", "", {}},
+           Row{"(dimDel nobody nil)", "", {L"需要指定标注类型名!"}},
+           Row{"(dimDelAll nobody)", "", {L"转换实体类型失败!"}},
+           Row{"(dimDelAllInfo nobody)", "", {L"转换实体类型失败!"}},
+           Row{"(jgbzUpInfo nobody)", "\n检查井实体名无效！", {}},
+           Row{"(updateJtDirection nobody)", "", {}},
+           Row{"(updatePipeInfo nobody)", "", {}},
+           Row{"(updateWellInfo nobody)", "", {}},
+       }) {
+    const TraceLines trace;
+    EXPECT_EQ(failure(row.call), row.printed) << row.call;
+    EXPECT_EQ(trace.lines(), row.traced) << row.call;
+  }
+  const TraceLines trace;
+  std::string value;
+  EXPECT_EQ(said("(updatedim \"pcgb\" nobody)", value), "");
+  EXPECT_EQ(value, "");
+  EXPECT_EQ(trace.lines(), Texts{});
+  EXPECT_EQ(document->database()->save_bytes(), before);
+}
+
 TEST_F(WrongArguments, InAnyMixtureLeaveADrawingThatIsWhole) {
   const std::vector<std::string> values = {"pipe",
                                            "label",

@@ -1,5 +1,7 @@
 // CDimManager::updateDim of a type: the handler another module registered draws.
 
+#include <stdexcept>
+
 #include "module/manager/dim_manager.h"
 #include "module/platform/opened.h"
 #include "module/registry/update_service.h"
@@ -32,6 +34,24 @@ TEST_F(UpdateType, AHandlerThatFailsFails) {
   given(L"pcgb", {item_of(L"gdh", L"1", L"40")});
   EXPECT_EQ(pipe().updateDim(L"pcgb"), 1);
   EXPECT_EQ(handlers.calls(), Names{L"pcgb"});
+}
+
+TEST_F(UpdateType, AHandlerThatThrowsFailsAndTheRestAreStillAsked) {
+  for (const wchar_t* type : {L"xzgj", L"xdgj"}) {
+    handlers.regist(type);
+    given(type, {item_of(L"gdh", L"1", L"40")});
+  }
+  handlers.when_called([](DimUpdateRequest& request) {
+    if (request.dimTypeName == L"xzgj") throw std::runtime_error("no room");
+    throw 1;
+  });
+  const TraceLines trace;
+  EXPECT_EQ(pipe().updateDim(L"xzgj"), 1);
+  EXPECT_EQ(pipe().updateDim(L"xdgj"), 1);
+  EXPECT_EQ(trace.lines(), Texts{L"no room"});
+  handlers.take_calls();
+  EXPECT_EQ(pipe().updatePipeDim(0), Acad::eOk);
+  EXPECT_EQ(handlers.calls(), (Names{L"xzgj", L"xdgj"}));
 }
 
 TEST_F(UpdateType, ATypeWithoutHandlerIsNotFound) {
