@@ -145,6 +145,15 @@ TEST_F(LabelPlacement, ALabelWhoseEntitiesAreAllErasedFailsWithoutAMessage) {
   EXPECT_EQ(failure("(jgbzUpInfo (e \"30\"))"), "") << "their handles lead nowhere now";
 }
 
+TEST_F(LabelPlacement, EntitiesOfOtherTypesMayBeGone) {
+  given_label(complete());
+  // One type before it in the table, one behind.
+  for (const char* type : {"bjbh", "xzgj"})
+    eval("(dimGeRec (list (e \"30\") \"" + std::string(type) + "\") (e \"42\"))");
+  eval("(entdel (e \"42\"))");
+  EXPECT_EQ(value_of("zh_mc"), "\"K1+020\"");
+}
+
 TEST_F(LabelPlacement, ARecordOfInformationAloneHasNoEntities) {
   for (const auto& [name, value] : complete())
     ASSERT_EQ(eval("(dimUserRec (list (e \"30\") \"bzjg\") \"" + name + "\" \"" + value + "\")"),
@@ -190,6 +199,15 @@ TEST_F(LabelPlacement, OfAnErasedWellCannotBeRead) {
   given_label(complete());
   eval("(setq well (e \"30\")) (entdel well)");
   EXPECT_EQ(failure("(jgbzUpInfo well)"), "\n打开实体失败!");
+}
+
+TEST_F(LabelPlacement, OfRecordsThatAreOpenElsewhereCannotBeRead) {
+  given_label(complete());
+  {
+    const dim::Opened<AcDbDictionary> held(extension_dictionary(L"30"), AcDb::kForRead);
+    EXPECT_EQ(failure("(jgbzUpInfo (e \"30\"))"), "\n打开实体失败!");
+  }
+  EXPECT_NE(placement(), "error");
 }
 
 TEST_F(LabelPlacement, OfAWellOnALockedLayerCanBeRead) {
