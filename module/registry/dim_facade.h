@@ -22,6 +22,6 @@ class CDimFacade {
  public:
   /// Never called by this module.
   virtual void reserved() {}
-  /// Redraws; nonzero for success. May change the request.
+  /// Redraws; nonzero for success. May change the request. One that throws has failed.
   virtual int update(DimUpdateRequest& request) = 0;
 };

@@ -209,6 +209,26 @@ TEST_F(FlowDirection, AnArrowOnALockedLayerFailsAndKeepsWhatIsDone) {
   EXPECT_EQ(turn("y"), kUntouched);
 }
 
+TEST_F(FlowDirection, OfWhatIsNoPipeCannotBeToldAndNoWellsAreLookedFor) {
+  given(
+      "(setq p (entmakex '((0 . \"LINE\") (10 0.0 0.0 0.0) (11 30.0 40.0 0.0)))"
+      " x (arrow 15.0 20.0)) (note p \"pcgb\" x)");
+  const TraceLines trace;
+  EXPECT_EQ(eval("(updateJtDirection p)"), "");
+  EXPECT_EQ(trace.lines(), Texts{L"计算流量切向角失败!"});
+}
+
+TEST_F(FlowDirection, WhatIsNoRecordUnderATypeStopsTheRest) {
+  given_pipe("drainage-pipe", "a", "b", "(inverts 5.0 4.0)");
+  given(
+      "(dictadd (cdr (assoc 360 (entget p))) \"bjbh\""
+      " (entmakex '((0 . \"DICTIONARY\") (100 . \"AcDbDictionary\"))))");
+  const TraceLines trace;
+  EXPECT_EQ(failure("(updateJtDirection p)"), "");
+  EXPECT_EQ(trace.lines(), Texts{L"打开实体失败!"});
+  EXPECT_EQ(turn("arr"), kUntouched);
+}
+
 TEST_F(FlowDirection, WithoutWellsCannotBeToldAndTheArrowStays) {
   given(
       "(setq p (thing '((0 . \"LINE\") (10 500.0 0.0 0.0) (11 600.0 0.0 0.0))"

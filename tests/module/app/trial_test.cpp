@@ -83,4 +83,11 @@ TEST_F(Trial, StopsWhereTheFlowCannotBeUpdated) {
   EXPECT_EQ(items(L"pcgb", L"30"), Items{});
 }
 
+TEST_F(Trial, RecordsALongerFlowThanItUpdatesTo) {
+  given_something_else_filed_under("bjbh");  // before pcgb in the table: the update stops there
+  ASSERT_TRUE(host.set_selection(document, {"2F"}));
+  EXPECT_EQ(failure("(t1)"), "\n更新实体信息失败!");
+  EXPECT_EQ(items(), Items{item_of(L"pipe_flow", L"1234567890")});
+}
+
 }  // namespace
