@@ -1,6 +1,7 @@
 #include "host/db/class_table.h"
 
 #include "host/db/arc.h"
+#include "host/db/attribute.h"
 #include "host/db/block.h"
 #include "host/db/block_reference.h"
 #include "host/db/circle.h"
@@ -69,6 +70,7 @@ constexpr ClassRow kEntities[] = {
     refined(kVertex, vertex_class),        row<AcDbEllipse>("ELLIPSE", true),
     row<AcDbSpline>("SPLINE", true),       row<AcDbRay>("RAY", true),
     row<AcDbXline>("XLINE", true),         row<AcDbLeader>("LEADER", true),
+    row<AcDbAttribute>("ATTRIB", true),    row<AcDbAttributeDefinition>("ATTDEF", true),
 };
 
 constexpr ClassRow kTableRecords[] = {

@@ -2,12 +2,15 @@
 
 #include <cmath>
 
+#include "host/db/attribute.h"
 #include "host/db/drawing.h"
 #include "host/db/lens.h"
 #include "host/db/object_access.h"
 #include "host/db/text_start.h"
 
 PN_RX_DEFINE(AcDbText, AcDbEntity, L"TEXT")
+PN_RX_DEFINE(AcDbAttribute, AcDbText, L"ATTRIB")
+PN_RX_DEFINE(AcDbAttributeDefinition, AcDbText, L"ATTDEF")
 PN_RX_DEFINE(AcDbMText, AcDbEntity, L"MTEXT")
 
 namespace {
@@ -18,6 +21,8 @@ using cad::NewTag;
 
 constexpr std::string_view kTextPart = "AcDbText";
 constexpr std::string_view kMTextPart = "AcDbMText";
+constexpr std::string_view kAttributePart = "AcDbAttribute";
+constexpr std::string_view kDefinitionPart = "AcDbAttributeDefinition";
 constexpr int kText = 1, kStyle = 7, kPosition = 10, kAlignmentPoint = 11, kThickness = 39,
               kHeight = 40, kWidthFactor = 41, kRotation = 50, kOblique = 51, kGeneration = 71,
               kAcross = 72, kUp = 73, kNormal = 210;
@@ -48,6 +53,21 @@ constexpr std::string_view kNewMText =
     "  0\nMTEXT\n  5\n0\n330\n0\n100\nAcDbEntity\n  8\n\n100\nAcDbMText\n 10\n0.0\n 20\n0.0\n "
     "30\n0.0\n"
     " 40\n0.2\n 41\n0.0\n 71\n     1\n 72\n     5\n  1\n\n";
+
+/// Where a text has its vertical mode.
+struct UpGroup {
+  std::string_view part;
+  int code;
+};
+
+/// Attributes have it in their own part, and the length of a field in the group where texts do.
+UpGroup up_group(const AcDbText& text) {
+  constexpr int kAttributeUp = 74;
+  const AcRxClass* const kind = text.isA();
+  if (kind == AcDbAttribute::desc()) return {kAttributePart, kAttributeUp};
+  if (kind == AcDbAttributeDefinition::desc()) return {kDefinitionPart, kAttributeUp};
+  return {kTextPart, kUp};
+}
 
 }  // namespace
 
@@ -140,7 +160,8 @@ Acad::ErrorStatus AcDbText::setHorizontalMode(AcDb::TextHorzMode mode) {
 }
 
 AcDb::TextVertMode AcDbText::verticalMode() const {
-  return static_cast<AcDb::TextVertMode>(integer_of(kTextPart, kUp));
+  const UpGroup up = up_group(*this);
+  return static_cast<AcDb::TextVertMode>(integer_of(up.part, up.code));
 }
 
 Acad::ErrorStatus AcDbText::setVerticalMode(AcDb::TextVertMode mode) {
@@ -150,9 +171,11 @@ Acad::ErrorStatus AcDbText::setVerticalMode(AcDb::TextVertMode mode) {
     return laid_out_later(Acad::eOk);
   }
   if (mode == verticalMode()) return isWriteEnabled() ? Acad::eOk : Acad::eNotOpenForWrite;
+  const UpGroup up = up_group(*this);
   const Acad::ErrorStatus status = patch([&](LensWriter& tags) {
     const Lens lens(content(), dialect());
-    if (lens.find(kTextPart, kUp)) return tags.set_integer(kTextPart, kUp, mode);
+    if (up.part != kTextPart || lens.find(kTextPart, kUp))
+      return tags.set_integer(up.part, up.code, mode);
     // It stands in the second class part, which ends the record's own tags.
     std::string tag;
     cad::dxf::TagWriter writer(tag, dialect());
@@ -166,8 +189,9 @@ bool AcDbText::isDefaultAlignment() const {
   if (!fresh()) {  // one walk tells most texts, which have neither group; two look-ups do not
     cad::dxf::TagReader tags(content(), dialect());
     cad::dxf::Tag tag;
+    const int up = up_group(*this).code;
     bool has_mode = false;
-    while (!has_mode && tags.next(tag)) has_mode = tag.code == kAcross || tag.code == kUp;
+    while (!has_mode && tags.next(tag)) has_mode = tag.code == kAcross || tag.code == up;
     if (!has_mode) return true;
   }
   return horizontalMode() == AcDb::kTextLeft && verticalMode() == AcDb::kTextBase;
@@ -185,8 +209,11 @@ Acad::ErrorStatus AcDbText::adjustAlignment(const AcDbDatabase* database) {
   if (isDefaultAlignment() || (!this->database() && !database)) return Acad::eNotApplicable;
   const AcDb::TextHorzMode across = horizontalMode();
   if (across == AcDb::kTextAlign || across == AcDb::kTextFit) return Acad::eNotApplicable;
-  const AcGePoint3d start =
-      cad::text_start(*this, text_of(kTextPart, kText), point_of(kTextPart, kAlignmentPoint));
+  constexpr int kTag = 2;
+  const std::wstring shown = isA() == AcDbAttributeDefinition::desc()
+                                 ? text_of(kDefinitionPart, kTag)
+                                 : text_of(kTextPart, kText);
+  const AcGePoint3d start = cad::text_start(*this, shown, point_of(kTextPart, kAlignmentPoint));
   return set_point(kTextPart, kPosition, start);
 }
 

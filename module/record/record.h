@@ -48,8 +48,8 @@ class CDimRecord : public CObject {
   /// An item of the same name elsewhere stays; look-ups find the first.
   Acad::ErrorStatus insertAfter(const StuDim& item, const wchar_t* afterName);
 
-  /// Writes the texts of the record's items into their TEXT and MTEXT entities, whole; entities of
-  /// other kinds stay as they are. Drops stale items before. An entity that is erased, on a locked
+  /// Writes the texts of the record's items into their TEXTs, MTEXTs and attributes, whole; other
+  /// entities stay as they are. Drops stale items before. An entity that is erased, on a locked
   /// layer or open elsewhere is left out and nothing fails for it. Needs the record open for write,
   /// else 1; 1 also for an item that cannot be read, and then no text is written.
   Acad::ErrorStatus updateDim();

@@ -24,8 +24,17 @@ std::string text(std::string_view handle, std::string_view layer) {
       noted::join("10 1.0\n20 2.0\n30 0.0\n40 3.5\n1 label ", handle, "\n100 AcDbText\n"));
 }
 
+std::string numbered_well() {
+  const std::string part = "10 3.0\n20 3.0\n30 0.0\n";
+  return noted::entity("INSERT", "32", kModelSpace, "0", "AcDbBlockReference",
+                       "66 1\n2 WELL\n" + part) +
+         noted::entity("ATTRIB", "33", "32", "0", "AcDbText",
+                       part + "40 3.5\n1 label 33\n100 AcDbAttribute\n2 NO\n70 0\n") +
+         "0 SEQEND\n5 34\n330 32\n100 AcDbEntity\n8 0\n";
+}
+
 std::string entities() {
-  std::string all = line("2F", "0") + line("30", "0") + line("31", "LOCKED");
+  std::string all = line("2F", "0") + line("30", "0") + line("31", "LOCKED") + numbered_well();
   for (const char digit : std::string("0123456789")) all += text(std::string("4") + digit, "0");
   all += noted::entity("MTEXT", "4A", kModelSpace, "0", "AcDbMText",
                        "10 1.0\n20 2.0\n30 0.0\n40 3.5\n71 1\n1 label 4A\n");
@@ -41,15 +50,17 @@ std::string Plan::bytes() {
       "0 DICTIONARY\n5 C\n330 0\n100 AcDbDictionary\n281 1\n3 ACAD_GROUP\n350 D\n"
       "0 DICTIONARY\n5 D\n330 C\n100 AcDbDictionary\n281 1\n";
   const std::string layers = noted::layer("10", "0") + noted::layer("11", "LOCKED", 4);
-  const std::string block_records =
-      noted::block_record("1F", "*Model_Space") + noted::block_record("1B", "*Paper_Space");
+  const std::string block_records = noted::block_record("1F", "*Model_Space") +
+                                    noted::block_record("1B", "*Paper_Space") +
+                                    noted::block_record("12", "WELL");
   const std::string blocks =
       noted::block({.name = "*Model_Space", .record = "1F", .begin = "20", .end = "21"}) +
-      noted::block({.name = "*Paper_Space", .record = "1B", .begin = "1C", .end = "1D"});
+      noted::block({.name = "*Paper_Space", .record = "1B", .begin = "1C", .end = "1D"}) +
+      noted::block({.name = "WELL", .record = "12", .begin = "13", .end = "14"});
   return written::ascii(
       noted::join(noted::section("HEADER", kHeader),
                   noted::section("TABLES", noted::table("LAYER", "2", 2, layers) +
-                                               noted::table("BLOCK_RECORD", "1", 2, block_records)),
+                                               noted::table("BLOCK_RECORD", "1", 3, block_records)),
                   noted::section("BLOCKS", blocks), noted::section("ENTITIES", entities()),
                   noted::section("OBJECTS", kObjects), "0 EOF\n"));
 }

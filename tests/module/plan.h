@@ -15,8 +15,9 @@
 #include "module/record/dim_item.h"
 
 /// A small drawing to annotate: pipes are the LINEs 2F and 30 and the LINE 31 on a locked layer,
-/// labels the TEXTs 40 to 49, MTEXT 4A, and TEXT 4B on the locked layer. It is the working drawing
-/// while it lives; at its end everything opened must have been closed.
+/// labels the TEXTs 40 to 49, MTEXT 4A, TEXT 4B on the locked layer, and the attribute 33 of the
+/// block reference 32. It is the working drawing while it lives; at its end everything opened must
+/// have been closed.
 class Plan {
  public:
   Plan();

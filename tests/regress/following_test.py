@@ -63,6 +63,18 @@ ARROWS = """
   (updateJtDirection pipe))
 (princ (sslength pipes))
 """
+# A well's number, an attribute of the block that stands for the well.
+NUMBERED_WELL = """
+(entmake '((0 . "BLOCK") (2 . "NUMBERED") (70 . 2) (10 0.0 0.0 0.0)))
+(entmake '((0 . "ENDBLK")))
+(entmake '((0 . "INSERT") (66 . 1) (2 . "NUMBERED") (10 1.0 2.0 0.0)))
+(entmake '((0 . "ATTRIB") (2 . "NO") (1 . "?") (70 . 0) (10 1.0 2.0 0.0) (40 . 2.5)))
+(entmake '((0 . "SEQEND")))
+(setq well (entlast))
+(dimRec (list well "bjbh") (entnext well) "well_bh" "7" "W" "" "")
+(dimupdate well "well_bh" "8")
+(princ (strcat (cdr (assoc 5 (entget well))) " " (cdr (assoc 5 (entget (entnext well))))))
+"""
 UPDATED = "管径 DN400 - 长41.3m"  # ties are rounded up
 
 
@@ -144,6 +156,17 @@ class Following(unittest.TestCase):
                         [tuple(map(independent_reader.plain_text, item)) for item in items],
                         [("pipe_dia", label, "管径 DN", "400", "", " - ", "", ""),
                          ("pipe_len", label, "长", "41.3", "m", "", "", "")])
+                self.assertEqual(self.complaints(out), self.complaints(labelled.drawing))
+                self.call("check", out)
+
+    def test_an_attribute_follows_like_a_text(self):
+        for labelled in self.labelled:
+            with self.subTest(drawing=labelled.drawing.name):
+                out, [(well, number)] = self.run_program(labelled.drawing, NUMBERED_WELL,
+                                                         self.folder)
+                [attribute] = independent_reader.read(out).entitydb[well].attribs
+                self.assertEqual(attribute.dxf.handle, number)
+                self.assertEqual(attribute.dxf.text, "W8")
                 self.assertEqual(self.complaints(out), self.complaints(labelled.drawing))
                 self.call("check", out)
 

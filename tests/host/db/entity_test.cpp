@@ -63,6 +63,29 @@ TEST_F(Entities, ATextSetToWhatItShowsKeepsItsBytes) {
   EXPECT_FALSE(database().is_modified());
 }
 
+TEST_F(Entities, AnAttributeIsAText) {
+  auto* attribute = opened<AcDbText>(0x38, AcDb::kForWrite);
+  ASSERT_NE(attribute, nullptr);
+  EXPECT_STREQ(attribute->isA()->dxfName(), L"ATTRIB");
+  EXPECT_EQ(taken(attribute->textString()), L"W1");
+  EXPECT_EQ(attribute->setTextString(L"W2"), Acad::eOk);
+  attribute->close();
+  expect_only_change("  1\nW1\n", "  1\nW2\n");
+}
+
+TEST_F(Entities, AnAttributeHasItsVerticalModeInItsOwnPart) {
+  auto* attribute = opened<AcDbText>(0x38, AcDb::kForWrite);
+  ASSERT_NE(attribute, nullptr);
+  EXPECT_EQ(attribute->setVerticalMode(AcDb::kTextTop), Acad::eOk);
+  EXPECT_EQ(attribute->verticalMode(), AcDb::kTextTop);
+  EXPECT_FALSE(attribute->isDefaultAlignment());
+  EXPECT_EQ(attribute->setAlignmentPoint(AcGePoint3d(3, 9, 0)), Acad::eOk);
+  attribute->close();
+  EXPECT_NEAR(attribute->position().y, 8.0, 0.01);
+  const std::string saved = database().save_bytes();
+  EXPECT_THAT(saved, HasSubstr("100\nAcDbAttribute\n  2\nNO\n 70\n0\n 74\n     3\n"));
+}
+
 TEST_F(Entities, ChangedNumbersTakeThePlaceOfTheOldOnes) {
   auto* line = opened<AcDbLine>(0x2F, AcDb::kForWrite);
   EXPECT_EQ(line->setEndPoint({4, 7.5, 0.5}), Acad::eOk);

@@ -52,6 +52,14 @@ TEST_F(UpdateTexts, PlaceHeightLayerAndRotationStay) {
   EXPECT_EQ(text->rotation(), 0.0);
 }
 
+TEST_F(UpdateTexts, AnAttributeIsWrittenLikeAText) {
+  given_items({label(L"bh", L"12", L"33", L"W")});
+  EXPECT_EQ(update(), Acad::eOk);
+  EXPECT_EQ(plan.text(L"33"), L"W12");
+  plan.reopen();
+  EXPECT_EQ(plan.text(L"33"), L"W12");
+}
+
 TEST_F(UpdateTexts, AnEntityThatIsNoTextStaysAsItIs) {
   given_items({label(L"a", L"1", L"30"), label(L"b", L"2", L"40")});
   EXPECT_EQ(update(), Acad::eOk);
