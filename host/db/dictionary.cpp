@@ -191,8 +191,12 @@ Acad::ErrorStatus AcDbDictionary::getAt(const ACHAR* key, AcDbObjectId& entry) c
   entry.setNull();
   if (!isReadEnabled()) return Acad::eNotOpenForRead;
   if (!key) return Acad::eInvalidInput;
-  const auto* found = entries().find(key);
-  if (found) entry = live_entry(*this, found->handle);
+  // Damaged files hold a key twice: the first entry that is there counts, as in a walk over them.
+  const auto& sorted = entries().sorted;
+  for (std::size_t i = entries().lower_bound(key);
+       entry.isNull() && i < sorted.size() && compare_keys(sorted[i].key, key) == 0; ++i) {
+    entry = live_entry(*this, sorted[i].handle);
+  }
   return entry.isNull() ? Acad::eKeyNotFound : Acad::eOk;
 }
 

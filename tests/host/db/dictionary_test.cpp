@@ -50,6 +50,13 @@ class Dictionary : public DrawingTest {
 
 // Keys
 
+TEST_F(Dictionary, OfAKeyThatIsThereTwiceTheFirstEntryThatIsThereCounts) {
+  given_entries("3 beta\n350 5FF\n3 BETA\n350 52\n3 beta\n350 53\n");
+  AcDbObjectId entry;
+  EXPECT_EQ(get(L"beta", entry), Acad::eOk);
+  EXPECT_EQ(entry, id(0x52));
+}
+
 TEST_F(Dictionary, KeysAreFoundWhateverTheirLetterCase) {
   for (const wchar_t* key : {L"Alpha", L"alpha", L"ALPHA"}) {
     AcDbObjectId entry;
