@@ -6,6 +6,7 @@
 #include "host/db/block.h"
 #include "host/db/database.h"
 #include "host/db/open.h"
+#include "host/db/stub.h"
 
 Acad::ErrorStatus ArxDbgUtils::enameToObjId(const ads_name name, AcDbObjectId& id) {
   return acdbGetObjectId(id, name);
@@ -30,7 +31,8 @@ void ArxDbgUtils::objIdToHandleStr(AcDbObjectId id, std::wstring& text) {
   text.clear();
   AcDbObject* object = nullptr;
   if (acdbOpenAcDbObject(object, id, AcDb::kForRead) != Acad::eOk) return;
-  if (!id.handle().isNull()) text = cad::handle_text(id.handle());
+  const bool own_handle = !id.stub()->has(cad::Stub::kStrayTwin) && !id.handle().isNull();
+  if (own_handle) text = cad::handle_text(id.handle());
   object->close();
 }
 

@@ -18,7 +18,7 @@ class ArxDbgUtils {
   static Acad::ErrorStatus handleStrToObjId(AcDbDatabase* database, const ACHAR* text,
                                             AcDbObjectId& id);
   /// The object's handle text. Opens it for read: an object that is erased, or open for write,
-  /// gives the empty text.
+  /// gives the empty text; so does one whose handle, in a damaged file, is another object's.
   static void objIdToHandleStr(AcDbObjectId id, std::wstring& text);
   /// Appends a new entity to the working database's current space and leaves it open.
   static Acad::ErrorStatus addToCurrentSpace(AcDbEntity* entity);

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "host/db/arxdbg_utils.h"
 #include "tests/host/db/plan.h"
 
 namespace {
@@ -169,6 +170,21 @@ TEST_F(ExtensionDictionary, AnObjectWithoutAHandleOfItsOwnCannotHaveOne) {
     ++refused;
   });
   EXPECT_EQ(refused, 2);
+}
+
+TEST_F(ExtensionDictionary, AnObjectWithoutAHandleOfItsOwnHasNoHandleText) {
+  std::string note(plan_note());
+  note.replace(note.find("0 LINE\n5 3D\n"), 12, "0 LINE\n5 2F\n");
+  note.replace(note.find("0 CIRCLE\n5 3A\n"), 14, "0 CIRCLE\n");
+  given(spelled(note, Form::kUtf8));
+  database().for_each_object([&](AcDbObjectId each) {
+    std::wstring text;
+    AcDbObjectId back;
+    ArxDbgUtils::objIdToHandleStr(each, text);
+    const Acad::ErrorStatus status = ArxDbgUtils::handleStrToObjId(&database(), text.c_str(), back);
+    EXPECT_EQ(text.empty(), status != Acad::eOk);
+    EXPECT_TRUE(text.empty() || back == each);
+  });
 }
 
 TEST_F(ExtensionDictionary, ADrawingWithoutObjectsGetsASectionWithARootInFront) {
