@@ -33,6 +33,7 @@ bool collect_entities(const AcDbObjectId& record_id, AcDbObjectIdArray& found) {
   if (record.open(record_id, AcDb::kForRead, false) != Acad::eOk) return false;
   if (record.newIterator(cursor) != Acad::eOk) return false;
   for (cursor.start(); !cursor.done(); cursor.step()) {
+    if (!cursor.stands_on_item()) continue;
     const std::wstring_view handle = cursor.field(CDimRecordIterator::posHandle);
     const AcDbObjectId id = dim::object_of_handle(handle.data());
     if (!id.isNull()) found.append(id);

@@ -42,6 +42,34 @@ TEST_F(Manager, AnOpenEntityOnALockedLayerWithoutDictionaryCannotBeUsed) {
   EXPECT_TRUE(manager.getExtensionDictionaryId().isNull());
 }
 
+TEST_F(Manager, AnOpenEntityThatCannotBeUpgradedServesWhenItHasADictionary) {
+  plan.extension_dictionary(L"2F");
+  const dim::Opened<AcDbEntity> entity(plan.id(L"2F"), AcDb::kForRead);
+  const dim::Opened<AcDbEntity> another(plan.id(L"2F"), AcDb::kForRead);
+  CDimManager manager(&*entity);
+  EXPECT_EQ(manager.openStatus(), Acad::eOk);
+  EXPECT_FALSE(entity->isWriteEnabled());
+  EXPECT_EQ(manager.dimDrawRec(L"pcgb", L"k", CString(L"v")), Acad::eOk);
+}
+
+TEST_F(Manager, AnEntityOfNoDrawingCannotBeUsed) {
+  AcDbText entity;
+  CDimManager manager(&entity);
+  EXPECT_EQ(manager.openStatus(), 374);
+  EXPECT_TRUE(manager.getExtensionDictionaryId().isNull());
+  EXPECT_EQ(manager.dimRecEx(L"pcgb", item_of(L"a", L"1")), 1);
+}
+
+TEST_F(Manager, AnErasedExtensionDictionaryFailsUntilTheDrawingIsOpenedAgain) {
+  const AcDbObjectId dictionary = plan.extension_dictionary(L"2F");
+  ASSERT_EQ(dim::Opened<AcDbDictionary>(dictionary, AcDb::kForWrite)->erase(), Acad::eOk);
+  EXPECT_EQ(pipe().openStatus(), Acad::eOk);
+  EXPECT_EQ(pipe().dimRecEx(L"pcgb", item_of(L"a", L"1")), 1);
+  plan.reopen();
+  EXPECT_EQ(pipe().dimRecEx(L"pcgb", item_of(L"a", L"1")), Acad::eOk);
+  EXPECT_EQ(items(), Items{item_of(L"a", L"1")});
+}
+
 TEST_F(Manager, AnEntityThatDoesNotOpenGivesTheHostsStatus) {
   EXPECT_EQ(CDimManager(AcDbObjectId()).openStatus(), Acad::eNullObjectId);
   EXPECT_EQ(CDimManager(plan.id(L"31")).openStatus(), Acad::eOnLockedLayer);
@@ -111,6 +139,12 @@ TEST_F(Manager, ATypeThatIsNotRegisteredIsRefused) {
   EXPECT_EQ(manager.dimEntRec(L"nobody", plan.id(L"40")), 20022);
   EXPECT_EQ(manager.dimTxtRec(L"nobody", L"a", plan.id(L"40"), L"1", L"", L"", L""), 20022);
   EXPECT_EQ(plan.keys(L"2F"), Names{});
+}
+
+TEST_F(Manager, OfAWrongTypeAndAWrongEntityTheFirstOneLookedAtIsTold) {
+  CDimManager manager = pipe();
+  EXPECT_EQ(manager.dimEntRec(L"nobody", AcDbObjectId()), 20022);
+  EXPECT_EQ(manager.dimTxtRec(L"nobody", L"a", AcDbObjectId(), L"1", L"", L"", L""), 1);
 }
 
 TEST_F(Manager, ATableThatIsOpenElsewhereFailsTheRecording) {
@@ -205,6 +239,16 @@ TEST_F(Manager, ADrawValueNeedsARegisteredTypeAndAKey) {
   EXPECT_EQ(manager.getDimDrawRec(nullptr, nullptr, text), 3);
   EXPECT_EQ(text, L"untouched");
   EXPECT_EQ(plan.keys(L"2F"), Names{});
+}
+
+TEST_F(Manager, BadInputIsToldByOneThatCouldNotOpenToo) {
+  CDimManager manager((AcDbObjectId()));
+  CString text;
+  double real = 0;
+  EXPECT_EQ(manager.dimDrawRec(L"nobody", L"k", 1.5), 3);
+  EXPECT_EQ(manager.dimDrawRec(L"pcgb", L"", 1.5), 3);
+  EXPECT_EQ(manager.getDimDrawRec(L"nobody", L"k", text), 3);
+  EXPECT_EQ(manager.getDimDrawRec(L"nobody", L"k", real), 1);
 }
 
 TEST_F(Manager, AnEmptyDrawTextIsASuccessThatStoresNothing) {
@@ -316,6 +360,16 @@ TEST_F(Manager, CollectsTheAnnotationsOfAllTypesAndAppends) {
   EXPECT_EQ(entities.length(), 7);
 }
 
+TEST_F(Manager, OfADamagedRecordTheWholeItemsAreCollected) {
+  Texts texts = {L"a", L"40", L"", L"1", L"", L"", L"", L""};
+  texts.insert(texts.end(), {L"b", L"41", L""});
+  plan.store_chain(L"2F", L"pcgb", text_chain(texts).get());
+  AcDbObjectIdArray entities;
+  EXPECT_EQ(pipe().getDimEnt(entities), Acad::eOk);
+  ASSERT_EQ(entities.length(), 1);
+  EXPECT_EQ(entities.at(0), plan.id(L"40"));
+}
+
 TEST_F(Manager, ARecordThatCannotBeOpenedFailsTheCollectionAndSaysSo) {
   plan.store_items(L"2F", L"bzjg", {item_of(L"a", L"1", L"41")});
   const AcDbObjectId id = plan.store_items(L"2F", L"pcgb", {item_of(L"a", L"1", L"40")});
@@ -325,6 +379,32 @@ TEST_F(Manager, ARecordThatCannotBeOpenedFailsTheCollectionAndSaysSo) {
   EXPECT_EQ(pipe().getDimEnt(entities), 1);
   EXPECT_EQ(entities.length(), 0);
   EXPECT_EQ(printed.text(), "提取标注实体的ID失败!");
+}
+
+TEST_F(Manager, ATableThatIsOpenElsewhereFailsTheQueries) {
+  ASSERT_EQ(pipe().dimRecEx(L"pcgb", item_of(L"a", L"1", L"40")), Acad::eOk);
+  CDimManager manager = pipe();
+  const dim::Opened<AcDbDictionary> held(manager.getExtensionDictionaryId(), AcDb::kForRead);
+  AcDbObjectIdArray entities;
+  CString text;
+  int existing = 1, missing = 1;
+  EXPECT_EQ(manager.getDimDrawRec(L"pcgb", L"a", text), 1);
+  EXPECT_EQ(manager.isDimExisted(L"pcgb", existing, missing), 1);
+  const Printed printed;
+  EXPECT_EQ(manager.getDimEnt(entities), 1);
+  EXPECT_EQ(printed.text(), "提取标注实体的ID失败!");
+  EXPECT_EQ(entities.length(), 0);
+}
+
+TEST_F(Manager, RecordsComeBackWithTheirOwner) {
+  ASSERT_EQ(pipe().dimTxtRec(L"pcgb", L"gdh", plan.id(L"40"), L"W1", L"", L"", L""), Acad::eOk);
+  plan.erase(L"2F");
+  EXPECT_EQ(pipe().openStatus(), Acad::eWasErased);
+  plan.bring_back(L"2F");
+  plan.reopen();
+  const Printed printed;
+  EXPECT_EQ(pipe().updateDim(L"gdh", L"W2"), Acad::eOk);
+  EXPECT_EQ(plan.text(L"40"), L"W2");
 }
 
 TEST_F(Manager, ACopyWorksOnTheSameEntity) {
