@@ -2,6 +2,7 @@
 
 #include "module/manager/dim_manager.h"
 #include "module/platform/opened.h"
+#include "tests/module/handlers.h"
 #include "tests/module/plan.h"
 
 namespace {
@@ -89,6 +90,28 @@ TEST_F(UpdateItem, ANameThatIsNotKnownIsRefused) {
   EXPECT_EQ(pipe().updateDim(L"", L"2"), 20022);
   EXPECT_EQ(pipe().updateDim(static_cast<const wchar_t*>(nullptr), L"2"), 20022);
   EXPECT_EQ(first().value, L"1");
+}
+
+TEST_F(UpdateItem, ANameThatIsNotKnownRedrawsNothing) {
+  Handlers handlers;
+  handlers.regist(L"xzgj");
+  given(L"xzgj", {item_of(L"pipe_unknown", L"1", L"40")});
+  EXPECT_EQ(pipe().updateDim(L"pipe_unknown", L"2"), 20022);
+  EXPECT_EQ(handlers.calls(), Names{});
+}
+
+TEST_F(UpdateItem, TheKindOfTheCallersItemReplacesTheStoredOne) {
+  StuDim other = code;
+  other.recordKind = L"other";
+  given(L"pcgb", {other});
+  EXPECT_EQ(pipe().updateDim(L"gdh", L"W2"), Acad::eOk);
+  EXPECT_EQ(first().recordKind, L"");
+  EXPECT_EQ(plan.text(L"40"), L"管W2号");
+  StuDim information = wanted(L"gdh", L"W3");
+  information.recordKind = dim::kNoEntityKind;
+  EXPECT_EQ(pipe().updateDim(information, 0), Acad::eOk);
+  EXPECT_EQ(first(), (StuDim{L"gdh", L"40", L"W3", L"管", L"号", L"/", dim::kNoEntityKind, L"e"}));
+  EXPECT_EQ(plan.text(L"40"), L"管W2号");
 }
 
 TEST_F(UpdateItem, ANameBehindAPrefixIsAnItemOfItsOwn) {

@@ -54,6 +54,20 @@ TEST_F(RecordTable, OneThatWasNotOpenedAnswersSo) {
   EXPECT_EQ(table.close(), Acad::eOk);
 }
 
+TEST_F(RecordTable, OneWithoutARegistryAnswersAsIfItWereNotOpened) {
+  {
+    CDimRecordTable table;
+    CDimRecordTableIterator walk;
+    AcDbObjectId id;
+    ASSERT_EQ(table.open(nullptr, plan.extension_dictionary(L"2F"), AcDb::kForWrite, 0), Acad::eOk);
+    EXPECT_EQ(table.newIterator(walk), 374);
+    EXPECT_EQ(table.getAt(L"pcgb", id), 374);
+    EXPECT_EQ(table.add(*new_record(L"pcgb", {item_of(L"a", L"1")})), 374);
+    EXPECT_EQ(table.add_item(L"pcgb", item_of(L"a", L"1")), 374);
+  }
+  EXPECT_EQ(plan.keys(L"2F"), Names{});
+}
+
 TEST_F(RecordTable, OpensForWriteWhateverTheMode) {
   const AcDbObjectId dictionary = plan.extension_dictionary(L"2F");
   CDimRecordTable table;
@@ -254,6 +268,23 @@ TEST_F(RecordTable, AWalkWithoutRegisteredKeysIsDoneAtOnce) {
   EXPECT_TRUE(walk.done());
   EXPECT_STREQ(walk.getDimTypeName(), L"");
   AcDbObjectId found = plan.id(L"2F");
+  walk.GetObjectId(found);
+  EXPECT_TRUE(found.isNull());
+}
+
+TEST_F(RecordTable, StartingAgainForgetsTheLastRecord) {
+  const AcDbObjectId id = plan.store_items(L"2F", L"pcgb", {});
+  CDimRecordTable table;
+  CDimRecordTableIterator walk;
+  ASSERT_EQ(open(table), Acad::eOk);
+  ASSERT_EQ(table.newIterator(walk), Acad::eOk);
+  walk.start();
+  EXPECT_STREQ(walk.getDimTypeName(), L"pcgb");
+  ASSERT_EQ(dim::Opened<AcDbXrecord>(id, AcDb::kForWrite)->erase(), Acad::eOk);
+  walk.start();
+  EXPECT_TRUE(walk.done());
+  EXPECT_STREQ(walk.getDimTypeName(), L"");
+  AcDbObjectId found = id;
   walk.GetObjectId(found);
   EXPECT_TRUE(found.isNull());
 }

@@ -84,6 +84,16 @@ TEST_F(Record, IsValidWhileItIsOpen) {
   EXPECT_TRUE(record.isValid());
 }
 
+TEST_F(Record, OpenForNotifyIsValidAndCannotBeWritten) {
+  given_items({L"a"}, AcDb::kForNotify);
+  EXPECT_TRUE(record.isValid());
+  EXPECT_EQ(record.clearInvalid(), 1);
+  EXPECT_EQ(record.setAt(item_of(L"a", L"new", L"40")), 1);
+  EXPECT_EQ(record.close(), Acad::eOk);
+  EXPECT_FALSE(record.isValid());
+  EXPECT_EQ(stored(), Items{item_of(L"a", L"old", L"40")});
+}
+
 TEST_F(Record, ItsEndClosesIt) {
   given_items({L"a"});
   record.close();
@@ -132,6 +142,14 @@ TEST_F(Record, LookingUpNothingOrAMissingNameFails) {
   EXPECT_EQ(record.getAt(L"b", item), 1);
   EXPECT_EQ(item.name, L"b");
   EXPECT_EQ(record.getAt(nullptr, item), 1);
+}
+
+TEST_F(Record, AnEmptyNameIsNotLookedUpThoughAnItemHasIt) {
+  given_items({L"", L"a"});
+  StuDim item;
+  EXPECT_EQ(record.getAt(item), 1);
+  EXPECT_EQ(record.getAt(L"", item), 1);
+  EXPECT_EQ(item, StuDim());
 }
 
 TEST_F(Record, FindingStandsOnTheItem) {
@@ -186,6 +204,22 @@ TEST_F(Record, SettingIntoARecordThatTheCleanUpEmptiedStoresNothing) {
   EXPECT_EQ(stored(), Items{});
 }
 
+TEST_F(Record, VeryManyItemsKeepTheirOrder) {
+  Items items;
+  for (int i = 0; i < 3000; ++i) items.push_back(item_of(std::to_wstring(i), L"old", L"40"));
+  id = plan.store_items(L"2F", L"pcgb", items);
+  {
+    CDimRecord large;
+    ASSERT_EQ(large.open(id, AcDb::kForWrite, false), Acad::eOk);
+    EXPECT_EQ(large.setAt(item_of(L"1500", L"new", L"40")), Acad::eOk);
+    EXPECT_EQ(large.setAt(item_of(L"last", L"new", L"40")), Acad::eOk);
+  }
+  plan.reopen();
+  items[1500].value = L"new";
+  items.push_back(item_of(L"last", L"new", L"40"));
+  EXPECT_EQ(plan.items(plan.entry(L"2F", L"pcgb")), items);
+}
+
 TEST_F(Record, SettingThroughARecordOpenForReadingFailsAndChangesNothing) {
   given_items({L"a"}, AcDb::kForRead);
   EXPECT_EQ(record.setAt(item_of(L"a", L"new", L"40")), 1);
@@ -236,6 +270,21 @@ TEST_F(Record, InsertAfterDoesNotMindATakenName) {
   EXPECT_EQ(record.getAt(L"c", item), Acad::eOk);
   EXPECT_EQ(item.value, L"second");
   EXPECT_EQ(names_of(stored()), (Names{L"a", L"b", L"c", L"c"}));
+}
+
+TEST_F(Record, InsertAfterDropsStaleItemsFirst) {
+  id = plan.store_items(L"2F", L"pcgb",
+                        {item_of(L"gone", L"1", L"FFF"), item_of(L"a", L"1", L"40"),
+                         item_of(L"b", L"1", L"40"), item_of(L"c", L"1", L"40")});
+  ASSERT_EQ(record.open(id, AcDb::kForWrite, false), Acad::eOk);
+  EXPECT_EQ(record.insertAfter(item_of(L"new", L"1"), L"b"), Acad::eOk);
+  EXPECT_EQ(names_of(stored()), (Names{L"a", L"b", L"new", L"c"}));
+}
+
+TEST_F(Record, InsertAfterTakesAnItemWithoutName) {
+  given_items({L"a", L"b"});
+  EXPECT_EQ(record.insertAfter(item_of(L"", L"1"), L"b"), Acad::eOk);
+  EXPECT_EQ(stored().back(), item_of(L"", L"1"));
 }
 
 TEST_F(Record, InsertAfterThroughARecordOpenForReadingFails) {
