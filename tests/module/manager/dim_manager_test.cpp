@@ -329,6 +329,14 @@ TEST_F(Manager, AHandleOfNothingIsMissing) {
   EXPECT_EQ(missing, 1);
 }
 
+TEST_F(Manager, ALabelOnALockedLayerIsThere) {
+  plan.store_items(L"2F", L"pcgb", {item_of(L"a", L"1", L"4B")});
+  int existing = 0, missing = 1;
+  EXPECT_EQ(pipe().isDimExisted(L"pcgb", existing, missing), Acad::eOk);
+  EXPECT_EQ(existing, 1);
+  EXPECT_EQ(missing, 0);
+}
+
 TEST_F(Manager, AskingForATypeWithoutRecordFails) {
   int existing = 1, missing = 1;
   EXPECT_EQ(pipe().isDimExisted(L"pcgb", existing, missing), 1);

@@ -102,6 +102,12 @@ TEST_F(Rounding, ASlopeOrElevationOfZeroIsASlopeOrElevation) {
   EXPECT_EQ(values(), (Texts{L"0.0", L"0.0", L"0.000", L"0.000"}));
 }
 
+TEST_F(Rounding, AFamilyKeepsItsPrefixesAndSuffixes) {
+  plan.store_items(L"2F", L"pcgb", {{L"pipe_ii", L"40", L"old", L"i=", L"%", L"/", L"", L""}});
+  EXPECT_EQ(pipe().updateDim(L"pipe_i", L"0.003"), Acad::eOk);
+  EXPECT_EQ(plan.text(L"40"), L"i=0.3%");
+}
+
 TEST_F(Rounding, AGroundElevationTakesItsFamilyAlong) {
   given_items({L"well_bgdm", L"well_bgdm_pc"});
   EXPECT_EQ(pipe().updateDim(L"well_bgdm", L"4.5"), Acad::eOk);

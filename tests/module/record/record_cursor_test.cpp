@@ -226,6 +226,16 @@ TEST_F(RecordCursor, AfterHandingOverOnlyTheReceiverFreesTheChain) {
   EXPECT_EQ(stored_names(), (Names{L"a", L"b", L"c"}));
 }
 
+TEST_F(RecordCursor, AfterHandingOverTheReceiverStandsWhereTheGiverStood) {
+  given_items({L"a", L"b"});
+  cursor.step();
+  OpenCursor receiver;
+  receiver = cursor;
+  EXPECT_STREQ(receiver.getDimName(), L"b");
+  receiver.start();
+  EXPECT_STREQ(receiver.getDimName(), L"a");
+}
+
 TEST_F(RecordCursor, HandingOverToItselfChangesNothing) {
   given_items({L"a"});
   OpenCursor& same = cursor;
