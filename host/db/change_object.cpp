@@ -13,6 +13,8 @@
 #include "host/db/object_access.h"
 #include "host/db/record.h"
 #include "host/db/rename_record.h"
+#include "host/db/text.h"
+#include "host/db/text_start.h"
 #include "host/dxf/text.h"
 
 namespace cad {
@@ -77,6 +79,14 @@ Status check_change(Drawing& drawing, AcDbObjectId id, const GroupView& group) {
   return check_reference(drawing, kind, group);
 }
 
+/// Whether the start of a justified text depends on one of the groups, or is one of them.
+bool moves_text(std::span<const GroupView> groups) {
+  constexpr int kCodes[] = {1, 7, 10, 11, 40, 41, 50, 51, 71, 72, 73};
+  return std::any_of(groups.begin(), groups.end(), [&](const GroupView& group) {
+    return std::find(std::begin(kCodes), std::end(kCodes), group.code) != std::end(kCodes);
+  });
+}
+
 }  // namespace
 
 Status change_object(AcDbObjectId id, std::span<const GroupView> groups) {
@@ -107,7 +117,9 @@ Status change_object(AcDbObjectId id, std::span<const GroupView> groups) {
     const Status status = check_rename(drawing, *renaming.table, renaming.from, renaming.to);
     if (!status) return status.error();
   }
-  ObjectAccess::replace_content(drawing.object(*id.stub()), merge.result());
+  AcDbObject& object = drawing.object(*id.stub());
+  ObjectAccess::replace_content(object, merge.result());
+  if (auto* const text = AcDbText::cast(&object); text && moves_text(fresh)) lay_out_text(*text);
   if (!renaming.table) return {};
   rename_references(drawing, *renaming.table, renaming.from, renaming.to);
   drawing.table_changed(renaming.table->name);

@@ -8,6 +8,8 @@
 #include "host/db/drawing.h"
 #include "host/db/layouts.h"
 #include "host/db/lens.h"
+#include "host/db/text.h"
+#include "host/db/text_start.h"
 
 namespace cad {
 namespace {
@@ -172,6 +174,9 @@ Result<AcDbObjectId> make_entity(AcDbDatabase& database, AcDbObjectId block,
   Stub& made = add(drawing, entity->main, *target, target->owner);
   const std::uint64_t owner = target->owner != 0 ? made.handle : 0;
   for (const Draft& part : entity->parts) add(drawing, part, *target, owner);
+  const bool justified = entity->main.integer(72, 0) != 0 || entity->main.integer(73, 0) != 0;
+  if (justified && entity->main.kind() == "TEXT")
+    lay_out_text(*AcDbText::cast(&drawing.object(made)));
   return AcDbObjectId(&made);
 }
 

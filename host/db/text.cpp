@@ -209,6 +209,8 @@ Acad::ErrorStatus AcDbText::adjustAlignment(const AcDbDatabase* database) {
   if (isDefaultAlignment() || (!this->database() && !database)) return Acad::eNotApplicable;
   const AcDb::TextHorzMode across = horizontalMode();
   if (across == AcDb::kTextAlign || across == AcDb::kTextFit) return Acad::eNotApplicable;
+  if (!fresh() && !Lens(content(), dialect()).find(kTextPart, kAlignmentPoint))
+    return Acad::eNotApplicable;  // readers take such a text for one placed by its left end
   constexpr int kTag = 2;
   const std::wstring shown = isA() == AcDbAttributeDefinition::desc()
                                  ? text_of(kDefinitionPart, kTag)

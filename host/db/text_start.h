@@ -14,4 +14,8 @@ namespace cad {
 /// in the same coordinates.
 AcGePoint3d text_start(const AcDbText& text, std::wstring_view string, const AcGePoint3d& anchor);
 
+/// Stores that point in group 10 of a text whose tags were written as such. Nothing happens to a
+/// text that is placed by its left end or between two points, or that lacks its alignment point.
+void lay_out_text(AcDbText& text);
+
 }  // namespace cad

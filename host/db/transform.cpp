@@ -13,6 +13,8 @@
 #include "host/db/object_access.h"
 #include "host/db/open.h"
 #include "host/db/record.h"
+#include "host/db/text.h"
+#include "host/db/text_start.h"
 #include "host/db/transform_rules.h"
 
 namespace cad {
@@ -258,8 +260,13 @@ Acad::ErrorStatus transform_entity(AcDbEntity& entity, const AcGeMatrix3d& map, 
   if (!is_usable(map)) return Acad::eInvalidInput;
   Plan plan;
   const Acad::ErrorStatus status = plan.add(entity, map, text);
-  if (status == Acad::eOk) plan.write();
-  return status;
+  if (status != Acad::eOk) return status;
+  plan.write();
+  // Put into the place of its mirrored self, a text may start where only its font can tell.
+  if (auto* const line = AcDbText::cast(&entity);
+      line && text == MirroredText::kReadable && map.det() < 0.0)
+    lay_out_text(*line);
+  return Acad::eOk;
 }
 
 Acad::ErrorStatus transform_object(AcDbObjectId id, const AcGeMatrix3d& map, MirroredText text) {

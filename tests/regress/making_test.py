@@ -168,7 +168,8 @@ class Making(calling.ProgramTest):
 (setq e (entnext) done nil)
 (while (and e (not done))
   (setq d (entget e))
-  (if (= (cdr (assoc 0 d)) "TEXT")
+  (if (and (= (cdr (assoc 0 d)) "TEXT")  ; justified ones start elsewhere then
+           (member (cdr (assoc 72 d)) '(nil 0)) (member (cdr (assoc 73 d)) '(nil 0)))
     (setq done (entmod (subst (cons 1 "changed") (assoc 1 d) d))))
   (setq e (entnext e)))
 (princ (if done "one" "none"))

@@ -215,6 +215,24 @@ TEST_F(MakeObject, TheGroupsOfOneEntityMakeAnother) {
   EXPECT_EQ(shown_groups(circle), "0 CIRCLE|8 0|10 1 2 3|40 4|");
 }
 
+TEST_F(MakeObject, AJustifiedTextStartsWhereItsAlignmentPointTells) {
+  given_plan();
+  const AcDbObjectId id = made(GroupList(L"TEXT")
+                                   .point(10, {})
+                                   .real(40, 2.5)
+                                   .text(1, L"DN300")
+                                   .integer(72, 2)
+                                   .point(11, {50, 7, 0}));
+  AcDbText* text = opened<AcDbText>(id, AcDb::kForWrite);
+  const AcGePoint3d start = text->position();
+  EXPECT_EQ(start.y, 7.0);
+  EXPECT_GT(start.x, 30.0);
+  EXPECT_LT(start.x, 47.5);
+  EXPECT_EQ(text->adjustAlignment(), Acad::eOk);
+  EXPECT_EQ(text->position(), start);
+  text->close();
+}
+
 TEST_F(MakeObject, ExtendedDataStandsLast) {
   given_plan();
   const AcDbObjectId point =

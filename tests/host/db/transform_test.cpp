@@ -245,6 +245,18 @@ TEST_F(Transform, AReadableTextTakesThePlaceOfTheMirroredOne) {
   EXPECT_THAT(tags_of(0x100), testing::HasSubstr("50 300.0\n72 4\n11 -9.0\n21 2.0\n"));
 }
 
+TEST_F(Transform, AReadableTextStartsWhereItsOwnStyleTells) {
+  given(drawing_of(entity("TEXT",
+                          "100 AcDbText\n10 1.0\n20 2.0\n30 0.0\n40 2.5\n1 管DN300\n41 0.7\n"
+                          "51 15.0\n100 AcDbText\n")));
+  EXPECT_EQ(cad::transform_object(id(0x100), kMirrorX, MirroredText::kReadable), Acad::eOk);
+  AcDbText* text = opened<AcDbText>(0x100, AcDb::kForWrite);
+  const AcGePoint3d start = text->position();
+  EXPECT_EQ(text->adjustAlignment(), Acad::eOk);
+  EXPECT_EQ(text->position(), start);
+  text->close();
+}
+
 TEST_F(Transform, TextsOfSeveralLines) {
   const std::string head =
       "100 AcDbMText\n10 1.0\n20 2.0\n30 0.0\n40 2.5\n41 10.0\n71 1\n72 5\n1 A\n7 S\n";
