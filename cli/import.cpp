@@ -11,6 +11,7 @@
 #include "cli/progress.h"
 #include "cli/tool.h"
 #include "host/base/decimal_text.h"
+#include "host/base/quoted.h"
 #include "network/model/model_drawing.h"
 #include "network/model/network_model.h"
 
@@ -69,10 +70,10 @@ void print_unused(const std::vector<network::UnusedSection>& sections) {
   for (const network::UnusedSection& section : sections) {
     if (named++ == kMostNames) break;
     if (section.rows == 0) {
-      empty += (empty.empty() ? "[" : ", [") + section.name + ']';
+      empty += (empty.empty() ? "[" : ", [") + cad::excerpt(section.name) + ']';
     } else {
-      std::printf("  not used    [%s], line %d: %zu line%s\n", section.name.c_str(), section.line,
-                  section.rows, section.rows == 1 ? "" : "s");
+      std::printf("  not used    [%s], line %d: %zu line%s\n", cad::excerpt(section.name).c_str(),
+                  section.line, section.rows, section.rows == 1 ? "" : "s");
     }
   }
   if (!empty.empty()) std::printf("  without lines: %s\n", empty.c_str());

@@ -7,6 +7,7 @@
 #include "host/base/codepage.h"
 #include "host/base/fold.h"
 #include "host/base/numbers.h"
+#include "host/base/quoted.h"
 #include "host/db/record.h"
 #include "host/dxf/tag_reader.h"
 #include "network/data_pairs.h"
@@ -90,19 +91,21 @@ std::string DataFault::message() const {
       return key + " has a value of group " + std::to_string(group) + " instead of " +
              std::to_string(find_key(key)->group);
     case What::kNoNumber:
-      return key + " is no number: \"" + value + "\"";
+      return key + " is no number: " + cad::quoted(value);
     case What::kNoHandle:
-      return key + " is no handle: \"" + value + "\"";
+      return key + " is no handle: " + cad::quoted(value);
     case What::kNoValue:
-      return key + " has no value";
+      return cad::excerpt(key) + " has no value";
     case What::kTwice:
       return key + " is there more than once, the first counts";
     case What::kStrayGroup:
-      return "group " + std::to_string(group) + " (" + value + ") stands where a key is wanted";
+      return "group " + std::to_string(group) + " (" + cad::excerpt(value) +
+             ") stands where a key is wanted";
     case What::kOpenBrace:
       return "braces (group 1002) do not match";
     case What::kMisspeltKey:
-      return "key \"" + key + "\" is unknown, \"" + value + "\" is not: letter case counts";
+      return "key " + cad::quoted(key) + " is unknown, " + cad::quoted(value) +
+             " is not: letter case counts";
   }
   return {};
 }

@@ -12,6 +12,7 @@
 
 #include "host/base/codepage.h"
 #include "host/base/numbers.h"
+#include "host/base/quoted.h"
 #include "host/db/drawing.h"
 #include "host/db/record.h"
 #include "network/node_index.h"
@@ -121,8 +122,9 @@ class Surveyor {
       check_node(id, *data);
     } else {
       const std::string word = cad::to_utf8(data->text(Key::kKind));
-      report(What::kKind, id, kind,
-             word.empty() ? "the kind is missing" : "the kind \"" + word + "\" is unknown");
+      report(
+          What::kKind, id, kind,
+          word.empty() ? "the kind is missing" : "the kind " + cad::quoted(word) + " is unknown");
     }
   }
 
@@ -153,15 +155,18 @@ class Surveyor {
   void check_curve(const CGxGd& pipe, const Tell& tell) {
     const std::optional<cad::Curve> curve = pipe.centre_line();
     const double drawn = curve ? curve->length() : 0.0;
+    constexpr double kLongest = 1e9;  // metres: no pipe has more, and sums stay numbers
     const std::optional<double> given = pipe.data().real(Key::kLength);
-    result_.counts[static_cast<std::size_t>(pipe.kind())].length += given.value_or(drawn);
+    const double length = given.value_or(drawn);
+    if (length <= kLongest) result_.counts[static_cast<std::size_t>(pipe.kind())].length += length;
     if (!curve) {
       tell(What::kNoCentreLine,
            "a " + std::string(cad::record_kind(pipe.objectId())) + " without a centre line");
     } else if (!(drawn > 0.0)) {
       tell(What::kNoCentreLine, "the centre line has no length");
     }
-    if (given && !(*given > 0.0)) tell(What::kLength, "length is " + digits(*given));
+    if (given && !(*given > 0.0 && *given <= kLongest))
+      tell(What::kLength, "length is " + digits(*given));
   }
 
   template <class Tell>
@@ -270,10 +275,11 @@ class Surveyor {
     const Kind network = is_water(data.kind()) ? Kind::kWaterNode : data.kind();
     const auto [first, is_new] = numbers_.try_emplace({network, prefix, number}, id);
     if (is_new) return;
-    tell(What::kDuplicateNumber,
-         "number \"" + cad::to_utf8(number) + "\"" +
-             (prefix.empty() ? std::string() : " with prefix \"" + cad::to_utf8(prefix) + "\"") +
-             " is also that of " + handle_of(first->second));
+    tell(
+        What::kDuplicateNumber,
+        "number " + cad::quoted(cad::to_utf8(number)) +
+            (prefix.empty() ? std::string() : " with prefix " + cad::quoted(cad::to_utf8(prefix))) +
+            " is also that of " + handle_of(first->second));
   }
 
   cad::Drawing& drawing_;

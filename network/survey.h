@@ -25,7 +25,7 @@ struct Problem {
     kOtherNetwork,       ///< a water pipe that ends at a well, or the other way round
     kDiameter,           ///< missing, zero or negative
     kSection,            ///< a width or height that is zero or negative
-    kLength,             ///< zero or negative
+    kLength,             ///< zero, negative, or no pipe's
     kInvertAboveGround,  ///< the invert of an end lies above the ground of its node
     kBottomAboveGround,  ///< the bottom of a well lies above its ground
     kFlowDirection,      ///< the values that decide it are not there

@@ -8,6 +8,7 @@
 
 #include "host/base/codepage.h"
 #include "host/base/numbers.h"
+#include "host/base/quoted.h"
 #include "host/dxf/binary_layout.h"
 #include "host/dxf/group_codes.h"
 #include "host/dxf/record_builder.h"
@@ -44,16 +45,6 @@ std::optional<int> code_of_line(std::string_view line) {
   if (error != std::errc() || end != line.data() + line.size()) return std::nullopt;
   if (code < -32768 || code > 32767) return std::nullopt;
   return code;
-}
-
-std::string quoted(std::string_view line) {
-  constexpr std::size_t kShown = 40;
-  std::string text = "\"";
-  for (const char c : line.substr(0, kShown)) {
-    const bool printable = static_cast<unsigned char>(c) >= ' ' && c != 0x7F;
-    text.push_back(printable ? c : '?');
-  }
-  return text + (line.size() > kShown ? "...\"" : "\"");
 }
 
 /// Walks ASCII bytes pair by pair of lines.

@@ -69,6 +69,7 @@ cad::Result<std::unique_ptr<InpFile>> InpFile::read(const std::string& path) {
 
 InpFile::InpFile(std::string text, std::string name)
     : text_(std::move(text)), name_(std::move(name)) {
+  if (text_.find('\n') == text_.npos) std::replace(text_.begin(), text_.end(), '\r', '\n');
   int line_number = 0;
   for (std::string_view rest = text_; !rest.empty();) {
     const std::string_view line = take_line(rest);

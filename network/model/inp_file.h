@@ -12,7 +12,8 @@
 namespace network {
 
 /// A model file of EPANET or SWMM: sections "[NAME]" of rows of fields. ";" begins a comment,
-/// blanks, tabs and commas separate fields, quotes hold fields with blanks.
+/// blanks, tabs and commas separate fields, quotes hold fields with blanks. Lines
+/// end in LF or CR LF, or in CR throughout the file.
 class InpFile {
  public:
   struct Section {

@@ -9,6 +9,7 @@
 #include "host/base/codepage.h"
 #include "host/base/numbers.h"
 #include "host/base/progress.h"
+#include "host/base/quoted.h"
 #include "host/db/database.h"
 #include "host/db/make_object.h"
 #include "network/model/entity_groups.h"
@@ -209,9 +210,8 @@ class ModelDrawer {
     for (std::size_t i = 0; i < model_.nodes.size(); ++i) {
       const ModelNode& node = model_.nodes[i];
       if (!node.place) {
-        model_.add_fault(node.line,
-                         "the node \"" + node.name +
-                             "\" has no coordinates; it is not drawn, nor are its links");
+        model_.add_fault(node.line, "the node " + cad::quoted(node.name) +
+                                        " has no coordinates; it is not drawn, nor are its links");
         continue;
       }
       const std::wstring number = cad::from_utf8(node.name);
@@ -281,8 +281,8 @@ class ModelDrawer {
       if (!is_pipe) {
         if (cad::Status drawn = draw_symbol(link, name, line); !drawn) return drawn;
       } else if (plan_length(line) == 0.0) {
-        model_.add_fault(
-            link.line, "the pipe \"" + link.name + "\" has no length in plan; its line is a point");
+        model_.add_fault(link.line, "the pipe " + cad::quoted(link.name) +
+                                        " has no length in plan; its line is a point");
       }
       ++link_counts_[static_cast<std::size_t>(link.kind)];
     }

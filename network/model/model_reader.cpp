@@ -4,8 +4,11 @@
 #include <cmath>
 #include <map>
 
+#include "host/base/codepage.h"
 #include "host/base/fold.h"
 #include "host/base/numbers.h"
+#include "host/base/quoted.h"
+#include "host/db/extended_data.h"
 
 namespace network {
 namespace {
@@ -45,8 +48,6 @@ std::optional<double> sensible_number(std::string_view text) {
   const std::optional<double> value = cad::parse_real(text);
   return value && std::abs(*value) <= kLargestNumber ? value : std::nullopt;
 }
-
-std::string quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
 
 std::string_view word_of(ModelLink::Kind kind) {
   using Kind = ModelLink::Kind;
@@ -104,7 +105,7 @@ void ModelReader::set_flow_units(const Row& row, std::string_view name) {
   const auto unit = std::find_if(std::begin(kFlowUnits), std::end(kFlowUnits),
                                  [&](const auto& u) { return cad::equal_no_case(u.name, name); });
   if (unit == std::end(kFlowUnits)) {
-    fault(row, "the flow unit " + quoted(name) + " is not known; " + model_.flow_units +
+    fault(row, "the flow unit " + cad::quoted(name) + " is not known; " + model_.flow_units +
                    " is taken instead");
     return;
   }
@@ -119,16 +120,28 @@ void ModelReader::set_map_units(const Row& row) {
   const auto unit = std::find_if(std::begin(kMapUnits), std::end(kMapUnits),
                                  [&](const auto& u) { return cad::equal_no_case(u.name, name); });
   if (unit == std::end(kMapUnits)) {
-    fault(row, "the map unit " + quoted(name) + " is not known");
+    fault(row, "the map unit " + cad::quoted(name) + " is not known");
     return;
   }
   model_.map_units = unit->name;
   model_.map_unit = unit->metres;
 }
 
+bool ModelReader::is_name(const Row& row) {
+  // A character takes 3 bytes at most where it took one; most names need no closer look.
+  const std::string_view name = row.fields[0];
+  if (name.size() <= cad::kLongestExtendedText / 3) return true;
+  const std::size_t size = cad::to_utf8(cad::from_utf8(name)).size();
+  if (size <= cad::kLongestExtendedText) return true;
+  fault(row, "the name " + cad::quoted(name) + " has " + std::to_string(size) +
+                 " bytes; a drawing holds " + std::to_string(cad::kLongestExtendedText) + "; left out");
+  return false;
+}
+
 ModelNode* ModelReader::add_node(const Row& row, ModelNode::Kind kind) {
+  if (!is_name(row)) return nullptr;
   if (!nodes_.try_emplace(row.fields[0], model_.nodes.size()).second) {
-    fault(row, "the node " + quoted(row.fields[0]) + " is declared a second time; left out");
+    fault(row, "the node " + cad::quoted(row.fields[0]) + " is declared a second time; left out");
     return nullptr;
   }
   ModelNode& node = model_.nodes.emplace_back();
@@ -142,24 +155,25 @@ std::optional<std::size_t> ModelReader::end_node(const Row& row, std::size_t fie
   const std::string_view name = row.field(field);
   const std::string_view end = field == 1 ? "begins" : "ends";
   if (name.empty()) {
-    fault(row, quoted(row.fields[0]) + " does not say at which node it " + std::string(end) +
+    fault(row, cad::quoted(row.fields[0]) + " does not say at which node it " + std::string(end) +
                    "; left out");
     return {};
   }
   const auto found = nodes_.find(name);
   if (found != nodes_.end()) return found->second;
-  fault(row, quoted(row.fields[0]) + " " + std::string(end) + " at the node " + quoted(name) +
-                 ", which is not declared; left out");
+  fault(row, cad::quoted(row.fields[0]) + " " + std::string(end) + " at the node " +
+                 cad::quoted(name) + ", which is not declared; left out");
   return {};
 }
 
 ModelLink* ModelReader::add_link(const Row& row, ModelLink::Kind kind) {
+  if (!is_name(row)) return nullptr;
   const std::optional<std::size_t> from = end_node(row, 1);
   if (!from) return nullptr;
   const std::optional<std::size_t> to = end_node(row, 2);
   if (!to) return nullptr;
   if (!links_.try_emplace(row.fields[0], model_.links.size()).second) {
-    fault(row, "the " + std::string(word_of(kind)) + " " + quoted(row.fields[0]) +
+    fault(row, "the " + std::string(word_of(kind)) + " " + cad::quoted(row.fields[0]) +
                    " has the name of another link; left out");
     return nullptr;
   }
@@ -175,14 +189,14 @@ ModelLink* ModelReader::add_link(const Row& row, ModelLink::Kind kind) {
 ModelNode* ModelReader::node_of(const Row& row) {
   const auto found = nodes_.find(row.fields[0]);
   if (found != nodes_.end()) return &model_.nodes[found->second];
-  fault(row, "no node is called " + quoted(row.fields[0]) + "; the line is left out");
+  fault(row, "no node is called " + cad::quoted(row.fields[0]) + "; the line is left out");
   return nullptr;
 }
 
 ModelLink* ModelReader::link_of(const Row& row) {
   const auto found = links_.find(row.fields[0]);
   if (found != links_.end()) return &model_.links[found->second];
-  fault(row, "no link is called " + quoted(row.fields[0]) + "; the line is left out");
+  fault(row, "no link is called " + cad::quoted(row.fields[0]) + "; the line is left out");
   return nullptr;
 }
 
@@ -190,9 +204,9 @@ std::optional<double> ModelReader::number(const Row& row, std::size_t field,
                                           std::string_view what) {
   const std::string_view text = row.field(field);
   if (const std::optional<double> value = sensible_number(text)) return value;
-  fault(row, text.empty() ? quoted(row.fields[0]) + " has no " + std::string(what)
-                          : "the " + std::string(what) + " of " + quoted(row.fields[0]) +
-                                " is no number that makes sense: " + quoted(text));
+  fault(row, text.empty() ? cad::quoted(row.fields[0]) + " has no " + std::string(what)
+                          : "the " + std::string(what) + " of " + cad::quoted(row.fields[0]) +
+                                " is no number that makes sense: " + cad::quoted(text));
   return {};
 }
 
@@ -205,8 +219,8 @@ std::optional<double> ModelReader::number_if_given(const Row& row, std::size_t f
 std::optional<double> ModelReader::size(const Row& row, std::size_t field, std::string_view what) {
   const std::optional<double> value = number(row, field, what);
   if (!value || *value > 0.0) return value;
-  fault(row, "the " + std::string(what) + " of " + quoted(row.fields[0]) + " is " +
-                 std::string(row.field(field)) + ", which no pipe has; left out");
+  fault(row, "the " + std::string(what) + " of " + cad::quoted(row.fields[0]) + " is " +
+                 cad::excerpt(row.field(field)) + ", which no pipe has; left out");
   return {};
 }
 

@@ -37,7 +37,7 @@ class ModelReader {
   void set_offsets_are_elevations(bool yes) { offsets_are_elevations_ = yes; }
   bool offsets_are_elevations() const { return offsets_are_elevations_; }
 
-  /// Null for a row without a name, and for a name that is taken already: told, and the row is left
+  /// Null for a name that is taken already or too long for a drawing: told, and the row is left
   /// out.
   ModelNode* add_node(const Row& row, ModelNode::Kind kind);
   /// From the nodes in fields 1 and 2; null also when one of them does not exist.
@@ -71,6 +71,7 @@ class ModelReader {
 
  private:
   using Names = std::unordered_map<std::string_view, std::size_t>;
+  bool is_name(const Row& row);
   std::optional<std::size_t> end_node(const Row& row, std::size_t field);
   void note_unused(std::span<const SectionRule> rules);
 

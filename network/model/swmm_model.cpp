@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "host/base/fold.h"
+#include "host/base/quoted.h"
 #include "network/model/model_reader.h"
 
 // Input files of SWMM, release 5. Sections of conduits are feet with US flow units, else metres.
@@ -74,8 +75,9 @@ void read_section(ModelReader& reader, const Row& row) {
     return cad::equal_no_case(s.name, name);
   });
   if (shape == std::end(kShapes)) {
-    reader.fault(row, "the section of \"" + link->name + "\" is neither round nor rectangular (" +
-                          std::string(name) + "); its size is left out");
+    reader.fault(row, "the section of " + cad::quoted(link->name) +
+                          " is neither round nor rectangular (" + cad::excerpt(name) +
+                          "); its size is left out");
     return;
   }
   const double unit = reader.length_unit() * kMillimetres;

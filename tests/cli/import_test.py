@@ -166,6 +166,44 @@ class Import(calling.ProgramTest):
                 self.assert_one_line("model.inp: ")
                 self.assertFalse(self.output.exists())
 
+    def test_a_model_cut_off_anywhere_is_drawn_as_far_as_it_goes_or_refused(self):
+        whole = (NETWORKS / "Net1.inp").read_bytes()
+        headings = [at for at in range(len(whole)) if whole[at:at + 1] == b"["]
+        for end in sorted({*headings, *(at + 3 for at in headings), *range(0, len(whole), 997)}):
+            with self.subTest(end):
+                self.output.unlink(missing_ok=True)
+                self.call("import", self.given(whole[:end]), "-o", self.output, status=None)
+                self.assertIn(self.result.returncode, (SUCCESS, PROGRAM_FAILED, NOT_READ))
+                self.assertEqual(self.output.exists(), self.result.returncode != 3)
+                if self.output.exists():
+                    self.drawing()
+                for line in self.result.stderr.splitlines():
+                    self.assertIn("model.inp:", line)
+
+    def test_values_that_make_no_sense_are_told_and_the_rest_is_drawn(self):
+        good = ("[JUNCTIONS]\nA 1\nB 2\nC 3\n[PIPES]\nP A B 10 200\nQ B C 10 200\n[COORDINATES]\n"
+                "A 0 0\nB 10 0\nC 20 0\n[OPTIONS]\nUNITS LPS\n")
+        for old, new, line, drawn in (
+                ("C 20", "C nan", 11, 3), ("C 20", "C inf", 11, 3), ("C 20", "C 1e308", 11, 3),
+                ("C 20", "C x", 11, 3), ("P A B", "P A A", 6, 5), ("P A B", "P A Z", 6, 4),
+                ("B 10", "B 0", 6, 5), ("P A B 10 200", "P A B 10 -200", 6, 5),
+                ("P A B 10", "P A B -10", 6, 5), ("Q B C", "P B C", 7, 4), ("C 3", "A 3", 4, 3),
+                ("P A B", "P" + "x" * 300 + " A B", 6, 4)):
+            with self.subTest(new):
+                self.output.unlink(missing_ok=True)
+                model = self.given(good.replace(old, new))
+                self.imported(model, status=PROGRAM_FAILED)
+                self.assertTrue(self.result.stderr.startswith("pipenote: "), self.result.stderr)
+                self.assertIn(f"pipenote: {model}:{line}: ", self.result.stderr)
+                self.assertEqual(len(self.elements(self.drawing())), drawn)
+
+    def test_a_long_line_is_read_and_shown_by_its_beginning(self):
+        model = self.given("[JUNCTIONS]\nA 1\nB 2\n[PIPES]\nP A B 10 " + "9" * 10_000_000 +
+                           "\n[COORDINATES]\nA 0 0\nB 10 0\n")
+        self.imported(model, status=PROGRAM_FAILED)
+        self.assertEqual(self.result.stderr.count("\n"), 1)
+        self.assertLess(len(self.result.stderr), 300)
+
     def test_a_drawing_that_cannot_be_written_is_named(self):
         self.output = self.folder / "no" / "out.dxf"
         self.imported(NETWORKS / "Net1.inp", status=NOT_WRITTEN)

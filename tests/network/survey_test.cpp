@@ -134,6 +134,9 @@ TEST_F(Survey, TellsOfSizesThatAreNone) {
               ElementsAre("A1 section: width is 0"));
   EXPECT_THAT(pipe_problems(kDrainage + real("length", "-1.5")),
               ElementsAre("A1 length: length is -1.5"));
+  EXPECT_THAT(pipe_problems(kDrainage + real("length", "1e308")),
+              ElementsAre("A1 length: length is 1e+308"));
+  EXPECT_EQ(count(Kind::kDrainagePipe).length, 0.0) << "sums stay numbers";
 }
 
 TEST_F(Survey, TellsOfInvertsAboveTheGround) {

@@ -287,6 +287,37 @@ TEST(NetworkModelFile, ANetworkWithoutNodesSaysSo) {
   EXPECT_THAT(error_of("[PIPES]\n"), HasSubstr("declares no nodes"));
 }
 
+TEST(NetworkModelFile, LinesMayEndInCrLfOrInCr) {
+  std::string cr_lf, cr;
+  for (const char c : std::string(kSupply)) {
+    cr_lf += c == '\n' ? "\r\n" : std::string(1, c);
+    cr += c == '\n' ? '\r' : c;
+  }
+  for (const std::string& text : {cr_lf, cr}) {
+    const NetworkModel model = read(with(text, " V1  B  T  250", " V1  B  T  x"));
+    EXPECT_THAT(model.links, SizeIs(3));
+    EXPECT_THAT(model.faults, ElementsAre(fault(16, "the diameter of \"V1\"")));
+  }
+}
+
+TEST(NetworkModelFile, ANameTooLongForADrawingIsToldAndTheRestIsRead) {
+  const std::string fits(255, 'n'), long_name(256, 'n');
+  EXPECT_THAT(
+      read(with(with(kSupply, " B   12.5", ' ' + fits + " 12.5"), " P2  A  B", " P2 A " + fits))
+          .nodes,
+      SizeIs(4));
+  const NetworkModel model = read(with(kSupply, " P2  A  B", ' ' + long_name + " A B"));
+  EXPECT_THAT(model.links, SizeIs(2));
+  EXPECT_THAT(model.faults[0], fault(14, "\" has 256 bytes; a drawing holds 255; left out"));
+}
+
+TEST(NetworkModelFile, MessagesShowTheBeginningOfALongField) {
+  const NetworkModel model = read(with(kSupply, "12.5", std::string(1 << 20, '9') + "\x1B[2J"));
+  ASSERT_THAT(model.faults, SizeIs(1));
+  EXPECT_EQ(model.faults[0].what, "the elevation of \"B\" is no number that makes sense: \"" +
+                                      std::string(40, '9') + "...\"");
+}
+
 TEST(NetworkModelFile, FaultsBeyondAThousandAreCounted) {
   std::string text = "[PIPES]\n";
   for (int i = 0; i < 1500; ++i) text += "P" + std::to_string(i) + " X Y 1 1\n";
