@@ -190,7 +190,7 @@ class Respelling {
       part_ = tag.value;
       embedded_ = false;
       behind_marker_ = true;
-      if (now_.has_dictionaries()) writer_.raw(100, part_);
+      if (now_.has_dictionaries()) copy(tag);
       return;
     }
     const bool first = std::exchange(behind_marker_, false);

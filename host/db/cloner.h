@@ -125,7 +125,7 @@ class Cloner {
   void need_block(std::wstring_view name, std::string_view kind, std::size_t place);
   void plan_block(const std::wstring& key, std::wstring_view name, Stub* record,
                   const Drawing::Block* source);
-  void check_kind(const Item& item);
+  void check_kind(const Item& item, bool is_graphic);
   void check_name(std::string_view table, std::wstring_view name);
   const Drawing::Block* source_block(std::wstring_view name, const Stub* record);
   void order_blocks();

@@ -5,6 +5,7 @@
 #include "host/base/codepage.h"
 #include "host/base/fold.h"
 #include "host/base/numbers.h"
+#include "host/base/quoted.h"
 #include "host/db/block_frame.h"
 #include "host/db/clone_spelling.h"
 #include "host/db/cloner.h"
@@ -61,7 +62,7 @@ std::wstring shape_file(Drawing& drawing, const Stub& style) {
 }
 
 std::string described(Drawing& drawing, const Stub& stub) {
-  std::string text(drawing.kind_name(stub));
+  std::string text = excerpt(drawing.kind_name(stub));
   text += " ";
   append_handle(text, stub.handle);
   return text;
@@ -160,7 +161,7 @@ void Cloner::scan(std::size_t index) {
   const Item item = items_[index];  // the list grows
   const std::string_view kind = kind_of(item);
   const bool is_graphic = item.role == Role::kEntity || item.role == Role::kPart;
-  if (is_graphic && !within_) check_kind(item);
+  if (!within_) check_kind(item, is_graphic);
   if (kind == "SHAPE" && !within_) need_shape_styles();
   const dxf::Dialect& dialect = from_.dialect();
   const bool names_arrows = kind == "DIMSTYLE" && dialect.release < dxf::Release::kR2000;
@@ -220,9 +221,13 @@ bool Cloner::add_owned(const Item& item, const dxf::Tag& tag, bool is_extension)
   return true;
 }
 
-/// What the drawing's release cannot hold.
-void Cloner::check_kind(const Item& item) {
+/// What the drawing's release cannot hold, or no drawing of another form can.
+void Cloner::check_kind(const Item& item, bool is_graphic) {
   const std::string_view kind = kind_now(kind_of(item));
+  if (std::any_of(kind.begin(), kind.end(), [](char c) { return c >= 0 && c < ' '; }))
+    return refuse(Acad::eNotApplicable, described(from_, *item.source),
+                  "the name of its kind holds a control character");
+  if (!is_graphic) return;
   const dxf::Release release = to_.dialect().release;
   if (release >= dxf::Release::kR2000 || kind == "SHAPE" || kind == "VIEWPORT") return;
   const KindRow* row = kind_row(kind);

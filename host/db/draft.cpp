@@ -54,6 +54,10 @@ GroupView number_group(int code, std::string_view text) {
   return group;
 }
 
+bool has_control_character(std::wstring_view text) {
+  return std::any_of(text.begin(), text.end(), [](wchar_t c) { return c >= 0 && c < L' '; });
+}
+
 bool is_open_brace(const GroupView& group) {
   return group.code == 102 && group.type == Type::kText && group.text.starts_with(L'{');
 }
@@ -71,6 +75,10 @@ Result<Draft> Draft::of(AcDbDatabase& database, std::span<const GroupView> group
                                  [](const GroupView& group) { return group.code == 0; });
   if (kind == groups.end() || kind->type != Type::kText || kind->text.empty())
     return fail("", "group 0, the kind of object, is missing");
+  // Kinds and markers stand in a drawing as they are: a line break would tear its tags apart.
+  for (const GroupView& group : groups)
+    if ((group.code == 0 || group.code == 100) && has_control_character(group.text))
+      return fail("group " + std::to_string(group.code), "holds a control character");
   draft.kind_ = upper(kind->text);
   std::int64_t own_flags = flags;
   for (const GroupView& group : groups)

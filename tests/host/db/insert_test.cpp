@@ -358,6 +358,17 @@ TEST_F(InsertDrawing, RecordsOfAnotherKindAndStrayFramesStayOut) {
   EXPECT_THAT(kinds(record("BLOCK_RECORD", L"SYMBOL")), ElementsAre("LINE"));
 }
 
+TEST_F(InsertDrawing, AKindThatOnlyABinaryFileCanNameIsRefused) {
+  std::string bytes = spelled(plan_note(), Form::kBinary);
+  const std::string line("\0LINE\0", 6);
+  const std::size_t at = bytes.find(line, bytes.find("ENTITIES"));
+  ASSERT_NE(at, bytes.npos);
+  bytes.replace(at + 1, 2, "L\n");
+  given_plan();
+  given_source(bytes);
+  EXPECT_THAT(refusal(), HasSubstr("L?NE 2F: the name of its kind holds a control character"));
+}
+
 TEST_F(InsertDrawing, AnEmptyDrawingMakesAnEmptyBlock) {
   given(drawing_of(""));
   given_source(drawing_of(""));

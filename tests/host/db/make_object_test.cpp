@@ -215,6 +215,20 @@ TEST_F(MakeObject, TheGroupsOfOneEntityMakeAnother) {
   EXPECT_EQ(shown_groups(circle), "0 CIRCLE|8 0|10 1 2 3|40 4|");
 }
 
+TEST_F(MakeObject, ALineBreakInAKindOrMarkerIsRefused) {
+  given_plan();
+  const std::string before = database().save_bytes();
+  const auto message = [&](const wchar_t* kind, const wchar_t* marker) {
+    const auto made = cad::make_entity(
+        database(), {},
+        GroupList(kind).text(100, L"AcDbEntity").text(8, L"0").text(100, marker).text(1, L"x"));
+    return made ? std::string() : made.error().message();
+  };
+  EXPECT_EQ(message(L"FO\nO", L"AcDbFoo"), "group 0: holds a control character");
+  EXPECT_EQ(message(L"FOO", L"Ac\nDbFoo"), "group 100: holds a control character");
+  EXPECT_EQ(database().save_bytes(), before);
+}
+
 TEST_F(MakeObject, AJustifiedTextStartsWhereItsAlignmentPointTells) {
   given_plan();
   const AcDbObjectId id = made(GroupList(L"TEXT")
