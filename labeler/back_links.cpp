@@ -3,12 +3,21 @@
 #include "labeler/layout.h"
 #include "module/platform/drawing.h"
 #include "module/platform/opened.h"
+#include "module/platform/pipe_library.h"
 #include "module/platform/resbuf.h"
 
 namespace labeler {
 namespace {
 
 constexpr short kApplicationGroup = 1001, kHandleGroup = 1005;
+
+/// Handle of the owner that the entity names as a label of this module.
+std::optional<CString> linked_handle(const AcDbEntity& entity) {
+  const dim::ResbufChain data(entity.xData(kLabelApplication));
+  for (const resbuf* at = data.get(); at; at = at->rbnext)
+    if (at->restype == kHandleGroup && at->resval.rstring) return at->resval.rstring;
+  return std::nullopt;
+}
 
 }  // namespace
 
@@ -38,17 +47,16 @@ Acad::ErrorStatus link_to_owner(AcDbObjectId entity, AcDbObjectId owner) {
 
 std::optional<BackLink> back_link_of(AcDbObjectId entity) {
   dim::Opened<AcDbEntity> opened(entity, AcDb::kForRead);
-  if (!opened) return std::nullopt;
-  const dim::ResbufChain data(opened->xData(kLabelApplication));
-  for (const resbuf* at = data.get(); at; at = at->rbnext) {
-    if (at->restype != kHandleGroup || !at->resval.rstring) continue;
-    BackLink link;
-    link.owner = at->resval.rstring;
-    const AcDbObjectId owner = dim::object_of_handle(link.owner.c_str());
-    link.owner_there = !owner.isNull() && !owner.isErased();
-    return link;
-  }
-  return std::nullopt;
+  std::optional<CString> handle = opened ? linked_handle(*opened) : std::nullopt;
+  if (!handle) return std::nullopt;
+  const AcDbObjectId owner = dim::object_of_handle(handle->c_str());
+  return BackLink{*std::move(handle), !owner.isNull() && !owner.isErased()};
+}
+
+bool may_be_label_of(AcDbObjectId owner, const AcDbEntity& entity) {
+  if (const std::optional<CString> handle = linked_handle(entity))
+    return dim::object_of_handle(handle->c_str()) == owner;
+  return entity.objectId() != owner && !network::kind_of(entity.objectId());
 }
 
 std::optional<Box> text_box(AcDbObjectId id) {

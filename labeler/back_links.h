@@ -23,6 +23,12 @@ struct BackLink {
 /// Nothing for an entity that is no label of this module.
 std::optional<BackLink> back_link_of(AcDbObjectId entity);
 
+/// Whether an entity that the owner's record names can be a part of its label. Not the label of
+/// another owner: a copied pipe brings the record of the original along. Not the owner itself, nor
+/// a pipe or node: handles of records are texts, which no program translates when it gives entities
+/// new handles.
+bool may_be_label_of(AcDbObjectId owner, const AcDbEntity& entity);
+
 /// What a TEXT takes of the plan; nothing for other entities and texts without extent.
 std::optional<Box> text_box(AcDbObjectId entity);
 

@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "labeler/back_links.h"
-#include "module/manager/dim_manager.h"
 #include "module/platform/opened.h"
 #include "module/style/style.h"
 
@@ -358,27 +357,31 @@ bool Labeler::redraw(const Owner& owner, const LabelType& type, Check& check) {
     variant = check.stored.place->variant;
     reference = check.stored.place->reference;
   }
-  if (taken_)
-    for (const StoredLine& line : check.stored.lines) taken_->remove(box_owner(line.entity));
-  if (taken_)
+  if (taken_) {
+    for (const StoredLine& line : check.stored.lines)
+      if (line.shown.there) taken_->remove(box_owner(line.entity));
     for (const AcDbObjectId other : check.stored.others) taken_->remove(box_owner(other));
-  CDimManager(owner.id).deleteDim(type.name);
-  if (!check.moved_by_hand) return draw(owner, type, check.draft, variant, reference).done;
+  }
+  std::optional<AcGePoint3d> shown;
+  if (check.moved_by_hand) shown = place_shown(check.stored.lines.front().entity);
+  erase_entities(check.stored);
+  if (!shown) return draw(owner, type, check.draft, variant, reference).done;
   // Its place is the user's choice.
   std::optional<Occupancy> set_aside;
   set_aside.swap(taken_);
-  const bool done =
-      draw(owner, type, check.draft, variant, reference).done && move_as_before(owner, type, check);
+  const bool done = draw(owner, type, check.draft, variant, reference).done &&
+                    move_as_before(owner, type, check, *shown);
   taken_.swap(set_aside);
   return done;
 }
 
-/// Moves a label just drawn as far from its place as the one before had been moved by hand.
-bool Labeler::move_as_before(const Owner& owner, const LabelType& type, const Check& check) {
+/// Moves a label just drawn as far from its place as the one before, shown at that point, had been
+/// moved by hand.
+bool Labeler::move_as_before(const Owner& owner, const LabelType& type, const Check& check,
+                             const AcGePoint3d& shown) {
   const std::optional<StoredLabel> drawn = read_label(owner.id, type.name);
   if (!drawn || !drawn->place) return false;
   const DrawnPlace& was = *check.stored.place;
-  const AcGePoint3d shown = place_shown(check.stored.lines.front().entity);
   AcGeVector3d moved(shown.x - was.text_x, shown.y - was.text_y, 0.0);
   moved.rotateBy(drawn->place->angle - was.angle, AcGeVector3d::kZAxis);
   return move_label(*drawn, AcGeMatrix3d::translation(moved));

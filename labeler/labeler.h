@@ -71,7 +71,8 @@ class Labeler {
   bool redraw(const Owner& owner, const LabelType& type, Check& check);
   bool rewrite(const Owner& owner, const LabelType& type, const Check& check);
   bool follow(const Owner& owner, const LabelType& type, Check& check);
-  bool move_as_before(const Owner& owner, const LabelType& type, const Check& check);
+  bool move_as_before(const Owner& owner, const LabelType& type, const Check& check,
+                      const AcGePoint3d& shown);
   bool turn_arrow(const Check& check);
   bool mark(AcDbObjectId entity, AcDbObjectId owner);
   void tell(const Owner& owner, const LabelType& type, const CString& what);

@@ -119,7 +119,7 @@ class Updater {
                          {}});
         continue;
       }
-      Check check = labeler_.check(*owner, *type, read_record(record));
+      Check check = labeler_.check(*owner, *type, read_record(id, record));
       for (const StoredLine& line : check.stored.lines) seen_.insert(line.entity);
       seen_.insert(check.stored.others.begin(), check.stored.others.end());
       if (!check.findings.empty()) stale_.push_back({id, type, std::move(check)});

@@ -10,6 +10,7 @@
 #include <system_error>
 #include <utility>
 
+#include "labeler/back_links.h"
 #include "module/manager/dim_manager.h"
 #include "module/platform/opened.h"
 #include "module/platform/text.h"
@@ -35,15 +36,17 @@ CString taken(wchar_t* text) {
   return copy;
 }
 
-ShownText shown_by(AcDbObjectId id) {
+ShownText shown_by(AcDbObjectId id, AcDbObjectId owner) {
   ShownText shown;
   dim::Opened<AcDbEntity> entity(id, AcDb::kForRead);
   if (!entity) return shown;
-  shown.there = true;
   if (const AcDbText* text = AcDbText::cast(&*entity))
     shown.text = taken(text->textString());
   else if (const AcDbMText* lines = AcDbMText::cast(&*entity))
     shown.text = taken(lines->contents());
+  else
+    return shown;
+  shown.there = may_be_label_of(owner, *entity);
   return shown;
 }
 
@@ -54,38 +57,42 @@ AcDbObjectId entity_of(std::wstring_view handle) {
   return dim::object_of_handle(CString(handle).c_str());
 }
 
-StoredLine& line_of(StoredLabel& label, std::wstring_view handle) {
+StoredLine& line_of(StoredLabel& label, AcDbObjectId owner, std::wstring_view handle) {
   for (StoredLine& line : label.lines)
     if (line.handle == handle) return line;
   StoredLine& line = label.lines.emplace_back();
   line.handle = handle;
-  line.entity = entity_of(handle);
-  line.shown = shown_by(line.entity);
+  const AcDbObjectId entity = entity_of(handle);
+  line.shown = shown_by(entity, owner);
+  if (line.shown.there) line.entity = entity;
   return line;
 }
 
-void take_entity(StoredLabel& label, std::wstring_view name, std::wstring_view handle) {
-  const AcDbObjectId entity = entity_of(handle);
-  if (entity.isNull() || entity.isErased()) {
+void take_entity(StoredLabel& label, AcDbObjectId owner, std::wstring_view name,
+                 std::wstring_view handle) {
+  const AcDbObjectId id = entity_of(handle);
+  dim::Opened<AcDbEntity> entity(id, AcDb::kForRead);
+  if (!entity || !may_be_label_of(owner, *entity)) {
     ++label.others_missing;
     return;
   }
-  label.others.push_back(entity);
-  if (name == L"jt") label.arrow = entity;
+  label.others.push_back(id);
+  if (name == L"jt") label.arrow = id;
 }
 
 /// Files the item the cursor stands on. Most of its fields are empty or looked at only: it is not
 /// read as a whole.
-void take_item(StoredLabel& label, CDimRecordIterator& cursor) {
+void take_item(StoredLabel& label, AcDbObjectId owner, CDimRecordIterator& cursor) {
   const std::wstring_view handle = cursor.field(Field::posHandle);
   const std::wstring_view name = cursor.field(Field::posName);
   if (cursor.isText() && !handle.empty()) {
     const auto copy = [&](Field field) { return CString(cursor.field(field)); };
-    line_of(label, handle)
+    line_of(label, owner, handle)
         .line.pieces.push_back({CString(name), copy(Field::posPrefix), copy(Field::posValue),
                                 copy(Field::posSuffix), copy(Field::posSeparator)});
-  } else if (!handle.empty()) {
-    take_entity(label, name, handle);
+  } else if (!handle.empty() &&
+             !dim::equal_no_case(cursor.field(Field::posKind), dim::kNoEntityKind)) {
+    take_entity(label, owner, name, handle);
   } else if (name == kPlaceNote) {
     label.place = place_of_text(cursor.field(Field::posValue));
   } else if (StuDim note; cursor.getDim(note) == Acad::eOk) {
@@ -122,6 +129,7 @@ CString place_text(const DrawnPlace& place) {
 
 std::optional<DrawnPlace> place_of_text(std::wstring_view text) {
   constexpr std::size_t kMostCharacters = 256;
+  constexpr double kFarthest = 1e15;  // beyond, a drawing unit is no difference
   std::array<char, kMostCharacters> characters;
   if (text.size() > kMostCharacters) return std::nullopt;
   std::transform(text.begin(), text.end(), characters.begin(),
@@ -136,9 +144,11 @@ std::optional<DrawnPlace> place_of_text(std::wstring_view text) {
     at = behind;
   }
   const bool is_variant = numbers[3] >= 0.0 && numbers[3] < 100.0;
-  return DrawnPlace{
-      numbers[0], numbers[1], numbers[2], is_variant ? static_cast<int>(numbers[3]) : 0,
-      numbers[4], numbers[5], numbers[6]};
+  if (!is_variant) numbers[3] = 0.0;
+  for (const double number : numbers)
+    if (std::fabs(number) > kFarthest) return std::nullopt;
+  return DrawnPlace{numbers[0], numbers[1], numbers[2], static_cast<int>(numbers[3]),
+                    numbers[4], numbers[5], numbers[6]};
 }
 
 bool same_angle(double a, double b) {
@@ -170,17 +180,17 @@ bool for_each_item(AcDbObjectId id, Visit visit) {
 
 }  // namespace
 
-std::optional<StoredLabel> read_record(AcDbObjectId record) {
+std::optional<StoredLabel> read_record(AcDbObjectId owner, AcDbObjectId record) {
   StoredLabel label;
   const bool any =
-      for_each_item(record, [&](CDimRecordIterator& cursor) { take_item(label, cursor); });
+      for_each_item(record, [&](CDimRecordIterator& cursor) { take_item(label, owner, cursor); });
   if (!any) return std::nullopt;
   return label;
 }
 
 std::optional<StoredLabel> read_label(AcDbObjectId owner, const wchar_t* type) {
   CDimRecordTable table;
-  return read_record(record_of(table, owner, type));
+  return read_record(owner, record_of(table, owner, type));
 }
 
 std::vector<StuDim> read_items(AcDbObjectId owner, const wchar_t* type) {
@@ -198,6 +208,15 @@ AcGePoint3d place_shown(AcDbObjectId id) {
     return text->isDefaultAlignment() ? text->position() : text->alignmentPoint();
   if (const AcDbMText* lines = AcDbMText::cast(&*entity)) return lines->location();
   return {};
+}
+
+void erase_entities(const StoredLabel& label) {
+  const auto erase = [](AcDbObjectId id) {
+    if (dim::Opened<AcDbEntity> entity{id, AcDb::kForWrite}) entity->erase();
+  };
+  for (const StoredLine& line : label.lines)
+    if (line.shown.there) erase(line.entity);
+  for (const AcDbObjectId id : label.others) erase(id);
 }
 
 Acad::ErrorStatus file_label(AcDbObjectId owner, const wchar_t* type,

@@ -32,7 +32,7 @@ bool same_angle(double a, double b);
 
 /// A text entity as it stands.
 struct ShownText {
-  bool there = false;  ///< not erased
+  bool there = false;  ///< a text that is not erased and may_be_label_of() its owner
   CString text;
 };
 /// The point by which a text is placed; the origin for what is no text or not there.
@@ -40,7 +40,7 @@ AcGePoint3d place_shown(AcDbObjectId text);
 
 struct StoredLine {
   CString handle;
-  AcDbObjectId entity;
+  AcDbObjectId entity;  ///< null unless shown.there
   TextLine line;
   ShownText shown;
 };
@@ -56,12 +56,15 @@ struct StoredLabel {
   bool anything_there() const;
 };
 
-/// The label that a record holds; nothing when it holds no items.
-std::optional<StoredLabel> read_record(AcDbObjectId record);
+/// The label that a record of the owner holds; nothing when it holds no items.
+std::optional<StoredLabel> read_record(AcDbObjectId owner, AcDbObjectId record);
 /// The label of a type; nothing when the owner has no such record, or one without items.
 std::optional<StoredLabel> read_label(AcDbObjectId owner, const wchar_t* type);
 /// All items of the record, in their order.
 std::vector<StuDim> read_items(AcDbObjectId owner, const wchar_t* type);
+
+/// Erases the entities of a label, and no others that its record names.
+void erase_entities(const StoredLabel& label);
 
 /// Files the items as the record of the type, in place of one that is there; what it held is
 /// forgotten, entities stay. The status of the first step that fails.

@@ -209,6 +209,7 @@ TEST(DrawnPlaceText, DamagedOnesAreNone) {
                               L"( inf, 2, 3, 4, 5, 6, 7 )", L"( 1, 2, 3, 4, 5, 6, 管 )"})
     EXPECT_FALSE(place_of_text(text));
   EXPECT_FALSE(place_of_text(std::wstring(10000, L'1')));
+  EXPECT_FALSE(place_of_text(L"( 1e300, 2, 3, 4, 5, 6, 7 )")) << "no drawing reaches that far";
   EXPECT_EQ(place_of_text(L"( 1, 2, 3, 1e300, 5, 6, 7 )")->variant, 0);
 }
 

@@ -143,6 +143,65 @@ TEST_F(StaleLabels, ALabelOfWhichAPartIsGoneIsDrawnAnew) {
   EXPECT_EQ(stale(), "nil");
 }
 
+TEST_F(StaleLabels, ALabelMovedByHandAndDrawnAnewKeepsItsPlaceBesideThePipe) {
+  const std::string pipe = given_pipe(0, 0, 40, 0, real_pair("flow", 3));
+  label_pipe(pipe, "\"pcgb\"");
+  const labeler::StoredLabel label = label_of(pipe, L"pcgb");
+  ASSERT_EQ(label.lines.size(), 2u);
+  const AcGePoint3d drawn = place_of(pipe, L"pcgb");
+  for (const labeler::StoredLine& line : label.lines) move_line(cad::to_utf8(line.handle), 5, 5);
+  erase(cad::to_utf8(label.lines[1].handle));
+  EXPECT_NE(update().find("\"redrawn\""), std::string::npos);
+  EXPECT_EQ(texts_of(pipe, L"pcgb").size(), 2u);
+  EXPECT_NEAR(place_of(pipe, L"pcgb").x, drawn.x + 5, 1e-6);
+  EXPECT_NEAR(place_of(pipe, L"pcgb").y, drawn.y + 5, 1e-6);
+}
+
+TEST_F(StaleLabels, ACopiedPipeHasNoLabelAndLeavesThatOfTheOriginal) {
+  const std::string pipe = given_labelled_pipe();
+  const std::string text = text_handle(pipe);
+  eval("(command \"_.COPY\" " + ename(pipe) + " \"\" '(0.0 0.0) '(0.0 30.0) \"\")");
+  std::string copy = eval("(cdr (assoc 5 (entget (entlast))))");
+  copy = copy.substr(1, copy.size() - 2);
+  ASSERT_NE(copy, pipe);
+  ASSERT_TRUE(has_label(copy)) << "the record was copied with it";
+  EXPECT_EQ(update(), "nil");
+  EXPECT_EQ(texts_of(pipe).size(), 1u);
+  EXPECT_TRUE(texts_of(copy).empty());
+  EXPECT_NE(label_pipe(copy).find("(\"drawn\" 1)"), std::string::npos);
+  EXPECT_EQ(text_handle(pipe), text);
+  EXPECT_EQ(texts_of(pipe).size(), 1u);
+  EXPECT_EQ(texts_of(copy).size(), 1u);
+  EXPECT_NE(text_handle(copy), text);
+  EXPECT_EQ(stale(), "nil");
+}
+
+/// The items of the first text name another entity.
+void redirect(AcDbObjectId pipe, const std::string& handle) {
+  std::vector<StuDim> items = labeler::read_items(pipe, L"pcgb");
+  const CString first = items.front().handle;
+  for (StuDim& item : items)
+    if (item.handle == first) item.handle = cad::from_utf8(handle);
+  EXPECT_EQ(labeler::file_label(pipe, L"pcgb", items), Acad::eOk);
+}
+
+TEST_F(StaleLabels, WhatARecordNamesByMistakeIsNeitherWrittenNorErased) {
+  const std::string other = given_labelled_pipe();
+  const std::string circle = made("(0 . \"CIRCLE\") (10 0.0 90.0 0.0) (40 . 1.0)");
+  const std::string well = given_well(0, 50, "7");
+  const std::string pipe = given_pipe(0, 60, 40, 60, real_pair("flow", 3));
+  label_pipe(pipe, "\"pcgb\"");
+  for (const std::string& named : {circle, well, pipe, other, text_handle(other)}) {
+    SCOPED_TRACE(named);
+    const std::string before = eval("(entget " + ename(named) + ")");
+    redirect(id(pipe), named);
+    EXPECT_NE(update().find("\"incomplete\" \"redrawn\""), std::string::npos);
+    EXPECT_EQ(eval("(entget " + ename(named) + ")"), before);
+    EXPECT_EQ(texts_of(pipe, L"pcgb").size(), 2u);
+    EXPECT_EQ(stale(), "nil");
+  }
+}
+
 TEST_F(StaleLabels, AValueThatCameToBeKnownIsAdded) {
   const std::string pipe = made("(0 . \"LINE\") (10 0.0 0.0 0.0) (11 40.0 0.0 0.0)" +
                                 data(text_pair("kind", "drainage-pipe") +
