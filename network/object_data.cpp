@@ -50,12 +50,15 @@ const KeyRow* key_meant(std::string_view name) {
   return found == std::end(kKeys) ? nullptr : found;
 }
 
+/// Of the bytes of a real number: what real_value() reads as 0, infinities and what is no number.
+bool is_infinite(std::string_view bytes) {
+  return bytes.size() == sizeof(double) && (bytes[7] & 0x7F) == 0x7F && (bytes[6] & 0xF0) == 0xF0;
+}
+
 std::optional<double> number_in(const Tag& tag, const cad::dxf::Dialect& dialect) {
   if (dialect.binary) {
-    const double value = tag.code == kRealGroup
-                             ? cad::dxf::real_value(tag, dialect)
-                             : static_cast<double>(cad::dxf::int_value(tag, dialect));
-    return std::isfinite(value) ? std::optional(value) : std::nullopt;
+    if (tag.code == kRealGroup && is_infinite(tag.value)) return std::nullopt;
+    return cad::dxf::real_value(tag, dialect);
   }
   if (tag.code == kRealGroup) return cad::parse_real(tag.value);
   const std::optional<std::int64_t> whole = cad::parse_int(tag.value);

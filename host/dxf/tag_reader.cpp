@@ -1,6 +1,7 @@
 #include "host/dxf/tag_reader.h"
 
 #include <bit>
+#include <cmath>
 #include <cstring>
 
 #include "host/base/numbers.h"
@@ -76,7 +77,8 @@ std::int64_t int_value(const Tag& tag, const Dialect& dialect) {
 
 double real_value(const Tag& tag, const Dialect& dialect) {
   if (dialect.binary && value_type(tag.code) == ValueType::kReal) {
-    return little_endian<double>(tag.value);
+    const double value = little_endian<double>(tag.value);
+    return std::isfinite(value) ? value : 0.0;
   }
   if (dialect.binary) return static_cast<double>(int_value(tag, dialect));
   return parse_real(tag.value).value_or(0.0);

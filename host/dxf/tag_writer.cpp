@@ -219,10 +219,9 @@ void TagWriter::chunk(int code, std::span<const unsigned char> bytes) {
 void TagWriter::copy(const Tag& tag, const Dialect& from) {
   switch (value_type(tag.code)) {
     case ValueType::kText:
+    case ValueType::kHandle:  // in a damaged file any text
       if (is_plain(tag.value)) return raw(tag.code, tag.value);
       return text(tag.code, text_value(tag, from));
-    case ValueType::kHandle:
-      return raw(tag.code, tag.value);
     case ValueType::kReal:
       return real(tag.code, real_value(tag, from));
     case ValueType::kInt16:

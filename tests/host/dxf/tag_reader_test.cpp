@@ -3,7 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -201,6 +203,17 @@ TEST(TagReader, AValueThatIsNoNumberReadsAsZero) {
     ASSERT_TRUE(tags.next(tag));
     EXPECT_EQ(real_value(tag, kAscii), 0.0) << value;
     EXPECT_EQ(int_value(tag, kAscii), 0) << value;
+  }
+}
+
+TEST(TagReader, BytesThatAreNoNumberReadAsZero) {
+  for (const double value : {NAN, INFINITY, -INFINITY}) {
+    Tag tag;
+    tag.code = 40;
+    char bytes[sizeof value];
+    std::memcpy(bytes, &value, sizeof value);
+    tag.value = {bytes, sizeof bytes};
+    EXPECT_EQ(real_value(tag, kBinary), 0.0);
   }
 }
 

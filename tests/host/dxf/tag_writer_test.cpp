@@ -185,6 +185,13 @@ TEST(TagWriter, CopyingRespellsATagForAnotherDialect) {
   }
 }
 
+TEST(TagWriter, AHandleThatIsNoneKeepsToItsLine) {
+  Tag tag;
+  tag.code = 330;
+  tag.value = "A\nB";
+  EXPECT_EQ(written_by(kAscii, [&](TagWriter& w) { w.copy(tag, kBinary); }), "330\nA^JB\n");
+}
+
 TEST(TagWriter, WhatItWritesReadsBackAsTheSameNumber) {
   std::mt19937_64 random(20120607);
   for (int round = 0; round < 20000; ++round) {
