@@ -7,7 +7,9 @@
 #include "host/base/numbers.h"
 #include "host/db/draft.h"
 #include "host/db/drawing.h"
+#include "host/db/extended_data.h"
 #include "host/db/group_tags.h"
+#include "host/db/lens.h"
 #include "host/db/make_object.h"
 #include "host/db/merge_groups.h"
 #include "host/db/object_access.h"
@@ -79,6 +81,12 @@ Status check_change(Drawing& drawing, AcDbObjectId id, const GroupView& group) {
   return check_reference(drawing, kind, group);
 }
 
+/// The data of all applications together have a limit.
+bool holds_its_data(std::string_view record, const dxf::Dialect& dialect) {
+  const std::size_t data = Lens(record, dialect).extended_data();
+  return extended_size(record.substr(data), dialect) <= kMostExtendedData;
+}
+
 /// Whether the start of a justified text depends on one of the groups, or is one of them.
 bool moves_text(std::span<const GroupView> groups) {
   constexpr int kCodes[] = {1, 7, 10, 11, 40, 41, 50, 51, 71, 72, 73};
@@ -105,6 +113,9 @@ Status change_object(AcDbObjectId id, std::span<const GroupView> groups) {
     if (Status status = check_change(drawing, id, group); !status) return status;
   if (Status status = check_extended_data(drawing, merge.fresh_extended_data()); !status)
     return fail(std::string(kind), status.error().message());
+  std::string changed = merge.result();
+  if (!merge.fresh_extended_data().empty() && !holds_its_data(changed, drawing.dialect()))
+    return fail(std::string(kind), "more than 16383 bytes of extended data");
   if (drawing.class_of(*id.stub()).entity) {
     for (const GroupView& group : fresh) {
       if (group.code != 8) continue;
@@ -118,7 +129,7 @@ Status change_object(AcDbObjectId id, std::span<const GroupView> groups) {
     if (!status) return status.error();
   }
   AcDbObject& object = drawing.object(*id.stub());
-  ObjectAccess::replace_content(object, merge.result());
+  ObjectAccess::replace_content(object, std::move(changed));
   if (auto* const text = AcDbText::cast(&object); text && moves_text(fresh)) lay_out_text(*text);
   if (!renaming.table) return {};
   rename_references(drawing, *renaming.table, renaming.from, renaming.to);

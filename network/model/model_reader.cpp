@@ -134,7 +134,8 @@ bool ModelReader::is_name(const Row& row) {
   const std::size_t size = cad::to_utf8(cad::from_utf8(name)).size();
   if (size <= cad::kLongestExtendedText) return true;
   fault(row, "the name " + cad::quoted(name) + " has " + std::to_string(size) +
-                 " bytes; a drawing holds " + std::to_string(cad::kLongestExtendedText) + "; left out");
+                 " bytes; a drawing holds " + std::to_string(cad::kLongestExtendedText) +
+                 "; left out");
   return false;
 }
 

@@ -286,6 +286,20 @@ TEST_F(ChangeObject, ExtendedDataIsReplacedPerApplication) {
   EXPECT_EQ(database().save_bytes().find(bytes.substr(0, 200)), 0u);
 }
 
+TEST_F(ChangeObject, ExtendedDataOfAllApplicationsAreLimitedTogether) {
+  given_plan();
+  const auto texts = [](const wchar_t* application, int count) {
+    GroupList groups;
+    groups.text(1001, application);
+    for (; count > 0; --count) groups.text(1000, std::wstring(250, L'x'));
+    return groups;
+  };
+  ASSERT_TRUE(cad::change_object(id(0x3D), texts(L"ACAD", 60)));
+  EXPECT_EQ(refusal(0x3D, texts(L"PN", 6)), "LINE: more than 16383 bytes of extended data");
+  EXPECT_TRUE(cad::change_object(id(0x3D), texts(L"PN", 4)));
+  EXPECT_TRUE(cad::change_object(id(0x3D), GroupList().integer(62, 2)));
+}
+
 TEST_F(ChangeObject, ExtendedDataAndGroupsAtOnce) {
   given_plan();
   ASSERT_TRUE(cad::change_object(
