@@ -6,6 +6,8 @@
 #include "host/db/database.h"
 #include "host/db/drawing.h"
 #include "host/db/object_access.h"
+#include "host/db/value_texts.h"
+#include "host/dxf/text.h"
 
 PN_RX_DEFINE(AcDbXrecord, AcDbObject, L"XRECORD")
 
@@ -77,6 +79,42 @@ Acad::ErrorStatus AcDbXrecord::rbChain(resbuf** chain, AcDbDatabase* database) c
   const std::size_t begin = values_begin(content(), dialect());
   *chain = cad::chain_of_tags(content(), dialect(), begin, content().size(), drawing, kExtendedData)
                .release();
+  return Acad::eOk;
+}
+
+void cad::ValueTexts::clear() {
+  text_.clear();
+  begins_.clear();
+}
+
+Acad::ErrorStatus cad::ValueTexts::read(const AcDbXrecord& record) {
+  clear();
+  if (!record.isReadEnabled()) return Acad::eNotOpenForRead;
+  const std::string_view bytes = ObjectAccess::content(record);
+  const dxf::Dialect& dialect = ObjectAccess::dialect(record);
+  const std::size_t begin = values_begin(bytes, dialect);
+  constexpr std::size_t kUsualValues = 64;
+  text_.reserve(bytes.size() - begin);
+  begins_.reserve(kUsualValues);
+  dxf::TagReader tags(bytes, dialect, begin);
+  dxf::Tag tag;
+  int next_coordinate = -1;  // the code that belongs to the point before it
+  int coordinates = 0;
+  while (tags.next(tag) && tag.code != kExtendedData) {
+    if (tag.code == next_coordinate) {
+      next_coordinate = ++coordinates < 3 ? next_coordinate + 10 : -1;
+      continue;
+    }
+    const BufferValue value = buffer_value(tag.code);
+    next_coordinate = value == BufferValue::kPoint ? tag.code + 10 : -1;
+    coordinates = 1;
+    const std::size_t text = text_.size();
+    begins_.push_back(static_cast<std::uint32_t>(text));
+    if (value == BufferValue::kString) dxf::append_decoded(tag.value, dialect, text_);
+    // A text ends at its first null.
+    if (const std::size_t end = text_.find(L'\0', text); end != text_.npos) text_.resize(end);
+    text_ += L'\0';
+  }
   return Acad::eOk;
 }
 

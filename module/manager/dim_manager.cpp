@@ -7,6 +7,7 @@
 #include "module/record/record.h"
 #include "module/record/record_cursor.h"
 #include "module/record/record_table.h"
+#include "module/record/stored_items.h"
 #include "module/registry/update_service.h"
 
 namespace {
@@ -243,19 +244,19 @@ Acad::ErrorStatus CDimManager::isDimExisted(const wchar_t* dimTypeName, int& exi
                                             int& missing) {
   existing = missing = 0;
   CDimRecordTable table;
-  CDimRecord record;
-  CDimRecordIterator cursor;
-  if (open_record(dimTypeName, table, record) != Acad::eOk) return dim::kFailed;
-  if (record.newIterator(cursor) != Acad::eOk) return dim::kFailed;
-  for (cursor.start(); !cursor.done(); cursor.step()) {
-    if (!cursor.stands_on_item()) return dim::kFailed;
-    const std::wstring_view handle = cursor.field(CDimRecordIterator::posHandle);
+  AcDbObjectId record;
+  dim::StoredItems items;
+  if (open_table(table, AcDb::kForRead) != Acad::eOk) return dim::kFailed;
+  if (table.getAt(dimTypeName, record) != Acad::eOk) return dim::kFailed;
+  if (items.read(record) != Acad::eOk) return dim::kFailed;
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    const std::wstring_view handle = items.field(i, CDimRecordIterator::posHandle);
     if (handle.empty()) continue;
     const AcDbObjectId id = dim::object_of_handle(handle.data());
     const bool opens = static_cast<bool>(dim::Opened<AcDbEntity>(id, AcDb::kForRead));
     (opens ? existing : missing) = 1;
   }
-  return Acad::eOk;
+  return items.is_cut_short() ? dim::kFailed : Acad::eOk;
 }
 
 Acad::ErrorStatus CDimManager::getDimEnt(AcDbObjectIdArray& entities) {

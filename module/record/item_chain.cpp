@@ -38,12 +38,10 @@ resbuf* new_item(const StuDim& item) {
 }
 
 bool is_text_item(const resbuf* first) {
-  if (!is_whole_item(first)) return false;
-  const std::wstring_view value = item_field(first, Cursor::posValue);
-  return item_field(first, Cursor::posKind).empty() &&
-         value != item_field(first, Cursor::posName) &&
-         !(value.empty() && item_field(first, Cursor::posPrefix).empty() &&
-           item_field(first, Cursor::posSuffix).empty());
+  return is_whole_item(first) &&
+         is_text_item(item_field(first, Cursor::posName), item_field(first, Cursor::posPrefix),
+                      item_field(first, Cursor::posValue), item_field(first, Cursor::posSuffix),
+                      item_field(first, Cursor::posKind));
 }
 
 resbuf*& link_to(resbuf*& first, int position) {

@@ -26,6 +26,11 @@ resbuf* new_item(const StuDim& item);
 /// Whether the item is a piece of a text that is regenerated: it describes an entity, its value is
 /// not just its name, and there is something to write.
 bool is_text_item(const resbuf* first);
+/// The same by the item's fields.
+inline bool is_text_item(std::wstring_view name, std::wstring_view prefix, std::wstring_view value,
+                         std::wstring_view suffix, std::wstring_view kind) {
+  return kind.empty() && value != name && !(value.empty() && prefix.empty() && suffix.empty());
+}
 
 /// The link that leads to the buffer of the given position, which is the item behind for position
 /// 8; `first` itself for position 0. In an item that is not whole at most its last link.

@@ -6,6 +6,7 @@
 #include "module/record/record_cursor.h"
 #include "module/record/record_factory.h"
 #include "module/record/stale_items.h"
+#include "module/record/stored_items.h"
 #include "module/record/text_marks.h"
 #include "module/registry/update_service.h"
 
@@ -40,10 +41,11 @@ void write_text(const dim::TextMark& mark) {
   }
 }
 
-/// Erases what the current item stands for.
-void erase_entity(const CDimRecordIterator& cursor) {
-  if (dim::equal_no_case(cursor.field(CDimRecordIterator::posKind), dim::kNoEntityKind)) return;
-  const std::wstring_view handle = cursor.field(CDimRecordIterator::posHandle);
+/// Erases what an item stands for.
+void erase_entity(const dim::StoredItems& items, std::size_t item) {
+  if (dim::equal_no_case(items.field(item, CDimRecordIterator::posKind), dim::kNoEntityKind))
+    return;
+  const std::wstring_view handle = items.field(item, CDimRecordIterator::posHandle);
   const AcDbObjectId id = dim::object_of_handle(handle.data());
   const dim::Opened<AcDbEntity> entity(id, AcDb::kForWrite);
   if (entity) {
@@ -214,11 +216,10 @@ Acad::ErrorStatus CDimRecord::update_texts(CDimRecordIterator& cursor) {
 }
 
 Acad::ErrorStatus CDimRecord::deleteDim() {
-  CDimRecordIterator cursor;
-  if (newIterator(cursor) != Acad::eOk) return dim::kNotOpen;
-  for (cursor.start(); !cursor.done(); cursor.step()) {
-    if (cursor.stands_on_item()) erase_entity(cursor);
-  }
+  if (!isValid()) return dim::kNotOpen;
+  dim::StoredItems items;
+  items.read(*record_object_);
+  for (std::size_t i = 0; i < items.size(); ++i) erase_entity(items, i);
   erase_record();
   return Acad::eOk;
 }

@@ -27,7 +27,12 @@ Piece piece_at(const Cursor& cursor) {
 
 template <class Pieces>
 CString joined(Pieces begin, Pieces end) {
+  std::size_t size = 0;
+  for (Pieces piece = begin; piece != end; ++piece)
+    size += piece->prefix.size() + piece->value.size() + piece->suffix.size() +
+            piece->separator.size();
   CString text;
+  text.reserve(size);
   for (Pieces piece = begin; piece != end; ++piece) {
     if (!piece->value.empty()) {
       text.append(piece->prefix).append(piece->value).append(piece->suffix);
@@ -41,12 +46,15 @@ CString joined(Pieces begin, Pieces end) {
 
 bool make_text_marks(Cursor& cursor, std::vector<TextMark>& marks) {
   std::vector<Piece> pieces;
+  pieces.reserve(8);  // usually enough
   for (cursor.start(); !cursor.done(); cursor.step()) {
     if (!cursor.stands_on_item()) return false;
     if (cursor.isText()) pieces.push_back(piece_at(cursor));
   }
-  std::stable_sort(pieces.begin(), pieces.end(),
-                   [](const Piece& a, const Piece& b) { return a.handle < b.handle; });
+  // Nearly always they stand in that order, and sorting takes memory even then.
+  const auto before = [](const Piece& a, const Piece& b) { return a.handle < b.handle; };
+  if (!std::is_sorted(pieces.begin(), pieces.end(), before))
+    std::stable_sort(pieces.begin(), pieces.end(), before);
   for (auto begin = pieces.cbegin(); begin != pieces.cend();) {
     const auto end = std::find_if(
         begin, pieces.cend(), [&](const Piece& piece) { return piece.handle != begin->handle; });

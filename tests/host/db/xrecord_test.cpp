@@ -1,4 +1,5 @@
 #include "host/db/xrecord.h"
+#include "host/db/value_texts.h"
 
 #include <gmock/gmock.h>
 
@@ -23,9 +24,23 @@ class Xrecord : public DrawingTest {
     auto* record = opened<AcDbXrecord>(handle);
     resbuf* chain = nullptr;
     EXPECT_EQ(record->rbChain(&chain), Acad::eOk);
-    record->close();
     const cad::ResbufChain owned(chain);
+    expect_texts(*record, chain);
+    record->close();
     return shown(chain);
+  }
+  /// The texts read without a chain are those of the chain.
+  static void expect_texts(const AcDbXrecord& record, const resbuf* chain) {
+    cad::ValueTexts texts;
+    EXPECT_EQ(texts.read(record), Acad::eOk);
+    std::size_t value = 0;
+    for (; chain; chain = chain->rbnext, ++value) {
+      ASSERT_LT(value, texts.size());
+      const bool is_text = cad::buffer_value(chain->restype) == cad::BufferValue::kString;
+      EXPECT_EQ(texts[value], is_text ? std::wstring_view(chain->resval.rstring) : L"");
+      EXPECT_EQ(*(texts[value].data() + texts[value].size()), L'\0');
+    }
+    EXPECT_EQ(texts.size(), value);
   }
 };
 

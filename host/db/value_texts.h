@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/db/xrecord.h"
+
+namespace cad {
+
+/// The texts of an xrecord's values in one piece of memory, for a reader who changes nothing: what
+/// AcDbXrecord::rbChain() gives, without a buffer for every value.
+class ValueTexts {
+ public:
+  /// One for each buffer of the chain. A value that is no text reads as an empty one.
+  std::size_t size() const { return begins_.size(); }
+  /// Null-terminated; valid until the next read.
+  std::wstring_view operator[](std::size_t value) const {
+    const std::size_t begin = begins_[value];
+    const std::size_t behind = value + 1 < begins_.size() ? begins_[value + 1] : text_.size();
+    return std::wstring_view(text_).substr(begin, behind - begin - 1);
+  }
+  /// The values of an object that is open, in place of those read before. eNotOpenForRead.
+  Acad::ErrorStatus read(const AcDbXrecord& record);
+  void clear();
+
+ private:
+  std::wstring text_;                  // each with a null behind it
+  std::vector<std::uint32_t> begins_;  // in text_
+};
+
+}  // namespace cad

@@ -1,0 +1,9 @@
+#pragma once
+
+#include "host/db/value_texts.h"
+
+namespace dim {
+
+using cad::ValueTexts;
+
+}  // namespace dim
