@@ -4,12 +4,17 @@
 #include "module/platform/drawing.h"
 #include "module/platform/opened.h"
 #include "module/platform/pipe_library.h"
+#include "module/platform/records.h"
 #include "module/platform/resbuf.h"
 
 namespace labeler {
 namespace {
 
 constexpr short kApplicationGroup = 1001, kHandleGroup = 1005;
+
+// Groups of a TEXT.
+constexpr int kText = 1, kStart = 10, kAlignment = 11, kHeight = 40, kWidthFactor = 41,
+              kRotation = 50, kAcross = 72, kUp = 73;
 
 /// Handle of the owner that the entity names as a label of this module.
 std::optional<CString> linked_handle(const AcDbEntity& entity) {
@@ -59,20 +64,45 @@ bool may_be_label_of(AcDbObjectId owner, const AcDbEntity& entity) {
   return entity.objectId() != owner && !network::kind_of(entity.objectId());
 }
 
-std::optional<Box> text_box(AcDbObjectId id) {
-  dim::Opened<AcDbText> text(id, AcDb::kForRead);
-  if (!text) return std::nullopt;
+namespace {
+
+std::optional<Box> box_of_text(const AcDbText& text) {
   PlacedText placed;
-  ACHAR* shown = text->textString();
+  ACHAR* shown = text.textString();
   const bool measured =
-      KT::GetTextWidth(shown ? shown : L"", text->height(), placed.width, 0, text->widthFactor());
+      KT::GetTextWidth(shown ? shown : L"", text.height(), placed.width, 0, text.widthFactor());
   acutDelString(shown);
   if (!measured) return std::nullopt;
-  placed.at = text->isDefaultAlignment() ? text->position() : text->alignmentPoint();
-  placed.horizontal = text->horizontalMode();
-  placed.vertical = text->verticalMode();
-  placed.rotation = text->rotation();
-  return box_of(placed, text->height());
+  placed.at = text.isDefaultAlignment() ? text.position() : text.alignmentPoint();
+  placed.horizontal = text.horizontalMode();
+  placed.vertical = text.verticalMode();
+  placed.rotation = text.rotation();
+  return box_of(placed, text.height());
+}
+
+}  // namespace
+
+std::optional<Box> text_box(AcDbObjectId id) {
+  if (id.isNull() || id.isErased()) return std::nullopt;
+  if (cad::record_kind(id) != "TEXT") {
+    const dim::Opened<AcDbText> other(id, AcDb::kForRead);  // an attribute
+    return other ? box_of_text(*other) : std::nullopt;
+  }
+  // All that is asked is read in one pass: a drawing holds as many texts as everything else.
+  const cad::RecordTags record = cad::record_tags(id);
+  const cad::EntityFields fields(record.bytes, *record.dialect);
+  const CString shown = fields.text(kText);
+  const double height = fields.real(kHeight);
+  PlacedText placed;
+  if (!KT::GetTextWidth(shown, height, placed.width, 0, fields.real(kWidthFactor, 1.0)))
+    return std::nullopt;
+  placed.horizontal = static_cast<AcDb::TextHorzMode>(fields.integer(kAcross));
+  placed.vertical = static_cast<AcDb::TextVertMode>(fields.integer(kUp));
+  const bool by_its_start =
+      placed.horizontal == AcDb::kTextLeft && placed.vertical == AcDb::kTextBase;
+  placed.at = cad::ocs_to_wcs(fields.normal()) * fields.point(by_its_start ? kStart : kAlignment);
+  placed.rotation = fields.angle(kRotation);
+  return box_of(placed, height);
 }
 
 }  // namespace labeler

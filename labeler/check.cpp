@@ -141,8 +141,8 @@ void compare_place(Check& check, const Owner& owner, const ReadingAngle& reading
               same_angle(check.place.angle, was.angle);
   if (check.draft.form == Form::kStakes) {
     // All along the route: by the middle of its stakes.
-    const Shape shape = shape_of(check.draft, owner, check.place, Sizes(), reading,
-                                 [](const CString&) { return 0.0; });
+    const std::vector<double> widths(check.draft.lines.size());
+    const Shape shape = shape_of(check.draft, owner, check.place, Sizes(), reading, widths);
     const AcGePoint3d middle = middle_of_ticks(shape);
     same = same && std::hypot(middle.x - was.text_x, middle.y - was.text_y) < kSamePlace;
   }

@@ -52,7 +52,7 @@ constexpr LabelType kLabelTypes[] = {
 
 std::span<const LabelType> label_types() { return kLabelTypes; }
 
-const LabelType* find_type(const CString& name) {
+const LabelType* find_type(std::wstring_view name) {
   const auto found =
       std::find_if(std::begin(kLabelTypes), std::end(kLabelTypes),
                    [&](const LabelType& type) { return dim::equal_no_case(type.name, name); });

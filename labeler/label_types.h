@@ -1,6 +1,7 @@
 #pragma once
 
 #include <span>
+#include <string_view>
 #include <vector>
 
 #include "labeler/draft.h"
@@ -25,7 +26,7 @@ struct LabelType {
 
 std::span<const LabelType> label_types();
 /// Letter case ignored, as records are keyed; null for a type this module does not draw.
-const LabelType* find_type(const CString& name);
+const LabelType* find_type(std::wstring_view name);
 
 /// Stakes along a route.
 inline constexpr wchar_t kStakeType[] = L"Zh_Xd_Dim";

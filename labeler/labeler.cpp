@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <numbers>
 #include <utility>
 
+#include "labeler/areas.h"
 #include "labeler/back_links.h"
+#include "labeler/entities.h"
 #include "module/platform/opened.h"
 #include "module/style/style.h"
 
@@ -73,6 +76,21 @@ bool move_label(const StoredLabel& label, const AcGeMatrix3d& map) {
   return done;
 }
 
+/// Of a cell of what is taken.
+constexpr double kCellOfTextHeights = 6.0;
+
+AcDbExtents grown(const AcDbExtents& extents, double by) {
+  const AcGeVector3d way(by, by, 0.0);
+  return {extents.minPoint() - way, extents.maxPoint() + way};
+}
+
+/// Where a pipe or a node of a network lies, without a look at its data.
+AcDbExtents extents_of(AcDbObjectId id) {
+  if (const std::optional<cad::Curve> curve = cad::curve_of(id)) return curve->extents();
+  const AcGePoint3d at = network::position_of(id).value_or(AcGePoint3d());
+  return {at, at};
+}
+
 /// Number by which the boxes of an entity are filed.
 std::uint64_t box_owner(AcDbObjectId entity) { return entity.handle().value(); }
 
@@ -118,73 +136,90 @@ ReadingAngle Labeler::reading(double reference) {
   };
 }
 
-TextWidth Labeler::text_width() {
-  return [this](const CString& text) {
-    double width = 0.0;
-    KT::GetTextWidth(text, sizes_.text_height, width, 0, Gx::GetTextWidthFactor());
-    return width;
-  };
+double Labeler::width_of(const CString& text) const {
+  double width = 0.0;
+  KT::GetTextWidth(text, sizes_.text_height, width, 0, Gx::GetTextWidthFactor());
+  return width;
 }
 
 void Labeler::keep_clear(std::span<const Owner> parts) {
-  constexpr double kCellOfTextHeights = 6.0;
   taken_.emplace(kCellOfTextHeights * sizes_.text_height);
-  const AcDbDatabase* const drawing = acdbHostApplicationServices()->workingDatabase();
-  if (!drawing) return;
   for (const Owner& part : parts) taken_->add(boxes_of(part, sizes_));
-  for (AcDbObjectId id = drawing->first_entity(); !id.isNull(); id = drawing->next_entity(id)) {
+  for_each_entity([&](AcDbObjectId id) {
     if (const std::optional<Box> text = text_box(id)) {
       taken_->add(*text, box_owner(id), kTextWeight);
     } else if (parts.empty()) {
       if (const std::optional<Owner> part = network_part(id)) taken_->add(boxes_of(*part, sizes_));
     }
-  }
+  });
 }
 
-/// The draft with its leader where the variant has it, unless the record says where it is.
-Draft Labeler::with_leader(const Draft& draft, int variant, double reference) {
-  Draft turned = draft;
-  if (draft.form != Form::kOnLeader || draft.leader.distance > 0.0) return turned;
-  turned.leader.distance = draw_.PaperLongToCAD(kLeaderLength);
-  turned.leader.leader_angle = leader_angle(variant) + reference;
-  turned.leader.text_angle = reference;
+void Labeler::keep_clear_at(std::span<const AcDbExtents> places) {
+  constexpr double kAreaOfTextHeights = 30.0;
+  Areas areas(kAreaOfTextHeights * sizes_.text_height);
+  for (const AcDbExtents& place : places) areas.add(place);
+  taken_.emplace(kCellOfTextHeights * sizes_.text_height);
+  for_each_entity([&](AcDbObjectId id) {
+    if (const std::optional<Box> text = text_box(id)) {
+      const AcGePoint3d middle(text->centre.x, text->centre.y, 0.0);
+      if (areas.meet(grown({middle, middle}, text->half_width + text->half_height)))
+        taken_->add(*text, box_owner(id), kTextWeight);
+    } else if (areas.meet(grown(extents_of(id), sizes_.node_radius))) {
+      if (const std::optional<Owner> part = network_part(id)) taken_->add(boxes_of(*part, sizes_));
+    }
+  });
+}
+
+AcDbExtents Labeler::reach_of(const Owner& owner, const Draft& draft) const {
+  // Nothing of a label is farther from its owner than all its parts in a row.
+  double reach = sizes_.node_radius + sizes_.end_distance + sizes_.tick + sizes_.arrow_length +
+                 draft.leader.distance + draw_.PaperLongToCAD(kLeaderLength);
+  for (const TextLine& line : draft.lines)
+    reach += width_of(line.text()) + sizes_.text_space + 2.0 * sizes_.text_height +
+             sizes_.line_space + 2.0 * sizes_.gap;
+  const AcDbExtents place =
+      owner.curve ? owner.curve->extents() : AcDbExtents(owner.position, owner.position);
+  return grown(place, reach);
+}
+
+/// The leader where the variant has it, unless the record says where it is.
+LeaderPlacement Labeler::turned(const LeaderPlacement& leader, int variant,
+                                double reference) const {
+  LeaderPlacement turned = leader;
+  if (leader.distance > 0.0) return turned;
+  turned.distance = draw_.PaperLongToCAD(kLeaderLength);
+  turned.leader_angle = leader_angle(variant) + reference;
+  turned.text_angle = reference;
   return turned;
 }
 
 /// The first place that nothing else takes, else the one where the least does.
-Shape Labeler::choose(const Owner& owner, Draft& draft, std::optional<int> fixed, double reference,
-                      Place& place, bool& crowded) {
+Labeler::Choice Labeler::choose(const Owner& owner, Draft& draft, std::span<const double> widths,
+                                std::optional<int> fixed, double reference) {
   const ReadingAngle read = reading(reference);
-  const TextWidth width = text_width();
-  const auto shape_at = [&](int variant, Draft& placed) {
-    place = place_of(draft.form, owner, variant, read);
-    placed = with_leader(draft, variant, reference);
-    return shape_of(placed, owner, place, sizes_, read, width);
+  const LeaderPlacement leader = draft.leader;
+  Choice choice;
+  const auto take = [&](int variant) {
+    choice.place = place_of(draft.form, owner, variant, read);
+    if (draft.form == Form::kOnLeader) draft.leader = turned(leader, variant, reference);
+    choice.shape = shape_of(draft, owner, choice.place, sizes_, read, widths);
   };
-  const int count = taken_ ? variant_count(draft.form) : 1;
-  Draft best_draft;
-  int best = fixed.value_or(0);
-  Shape shape = shape_at(best, best_draft);
-  crowded = false;
-  if (taken_) {
-    int fewest = taken_->conflicts(boxes_of(shape, sizes_), std::numeric_limits<int>::max());
-    const int first = best;
-    for (int variant = 0; variant < count && fewest > 0; ++variant) {
-      if (variant == first) continue;
-      Draft other_draft;
-      Shape other = shape_at(variant, other_draft);
-      const int conflicts = taken_->conflicts(boxes_of(other, sizes_), fewest);
-      if (conflicts >= fewest) continue;
-      fewest = conflicts;
-      best = variant;
-      shape = std::move(other);
-      best_draft = std::move(other_draft);
-    }
-    place = place_of(draft.form, owner, best, read);
-    crowded = fewest > 0;
+  const int first = fixed.value_or(0);
+  take(first);
+  if (!taken_) return choice;
+  int best = first, last = first;
+  int fewest = taken_->conflicts(boxes_of(choice.shape, sizes_), std::numeric_limits<int>::max());
+  for (int variant = 0; variant < variant_count(draft.form) && fewest > 0; ++variant) {
+    if (variant == first) continue;
+    take(last = variant);
+    const int conflicts = taken_->conflicts(boxes_of(choice.shape, sizes_), fewest);
+    if (conflicts >= fewest) continue;
+    fewest = conflicts;
+    best = variant;
   }
-  draft = std::move(best_draft);
-  return shape;
+  if (best != last) take(best);
+  choice.crowded = fewest > 0;
+  return choice;
 }
 
 bool Labeler::mark(AcDbObjectId entity, AcDbObjectId owner) {
@@ -207,13 +242,19 @@ void Labeler::set_layer(const Owner& owner, const LabelType& type) {
 Labeler::Drawn Labeler::draw(const Owner& owner, const LabelType& type, Draft draft,
                              std::optional<int> variant, double reference) {
   Drawn drawn;
-  Place place;
-  std::pair<AcDbObjectId, AcDbObjectId> wells;
-  if (draft.flow != 0 && Gx::getWellAtGx(owner.id, wells) != Acad::eOk) {
-    draft.flow = 0;  // an arrow between wells that are not known could not be turned later
+  // An arrow between wells that are not known could not be turned later.
+  if (draft.flow != 0 && !network::ends_of(*owner.pipe, owner.curve).found()) {
+    draft.flow = 0;
     draft.notes.push_back(note_of(kNoArrowNote, L"NULL"));
   }
-  const Shape shape = choose(owner, draft, variant, reference, place, drawn.crowded);
+  std::vector<CString> texts;
+  std::vector<double> widths;
+  for (const TextLine& line : draft.lines) {
+    texts.push_back(line.text());
+    widths.push_back(width_of(texts.back()));
+  }
+  const auto [place, shape, crowded] = choose(owner, draft, widths, variant, reference);
+  drawn.crowded = crowded;
   set_layer(owner, type);
   draw_.ClearEntityIdArray();
   std::vector<StuDim> items;
@@ -221,13 +262,12 @@ Labeler::Drawn Labeler::draw(const Owner& owner, const LabelType& type, Draft dr
   bool complete = true;
   for (std::size_t i = 0; i < shape.texts.size(); ++i) {
     const PlacedText& text = shape.texts[i];
-    const AcDbObjectId id =
-        draw_.DrawTextW(draft.lines[i].text(), text.at, text.horizontal, text.vertical,
-                        text.rotation, sizes_.text_height, kByMeasure);
+    const AcDbObjectId id = draw_.DrawTextW(texts[i], text.at, text.horizontal, text.vertical,
+                                            text.rotation, sizes_.text_height, kByMeasure);
     complete = complete && mark(id, owner.id);
     if (!complete) break;
     const CString handle = handle_of(id);
-    for (const Piece& piece : draft.lines[i].pieces) items.push_back(item_of(piece, handle));
+    for (Piece& piece : draft.lines[i].pieces) items.push_back(item_of(std::move(piece), handle));
     if (taken_) taken_->add(box_of(text, sizes_.text_height), box_owner(id), kTextWeight);
   }
   for (const auto& [from, to] : shape.lines) {
@@ -250,7 +290,7 @@ Labeler::Drawn Labeler::draw(const Owner& owner, const LabelType& type, Draft dr
     const std::vector<StuDim> notes = notes_of(draft.leader);
     items.insert(items.end(), notes.begin(), notes.end());
   }
-  items.insert(items.end(), draft.notes.begin(), draft.notes.end());
+  std::move(draft.notes.begin(), draft.notes.end(), std::back_inserter(items));
   items.push_back(note_of(kPlaceNote, place_text(drawn_place(draft, place, shape, reference))));
   const Acad::ErrorStatus filed =
       complete ? file_label(owner.id, type.name, items) : Acad::eNotImplementedYet;
@@ -387,6 +427,11 @@ bool Labeler::move_as_before(const Owner& owner, const LabelType& type, const Ch
   return move_label(*drawn, AcGeMatrix3d::translation(moved));
 }
 
+bool Labeler::redraws(const Check& check, bool overwrite_edited) {
+  if (check.state == Check::State::kNoData || (check.edited && !overwrite_edited)) return false;
+  return check.state == Check::State::kStaleForm || (check.moved && !check.moved_by_hand);
+}
+
 bool Labeler::update(const Owner& owner, const LabelType& type, Check& check,
                      bool overwrite_edited) {
   using State = Check::State;
@@ -404,7 +449,7 @@ bool Labeler::update(const Owner& owner, const LabelType& type, Check& check,
     tell(owner, type, L"the label is left as it is, " + status_text(status));
     return all_became(Action::kFailed, status_text(status));
   }
-  if (check.state == State::kStaleForm || (check.moved && !check.moved_by_hand)) {
+  if (redraws(check, overwrite_edited)) {
     if (const Acad::ErrorStatus status = can_be_recorded(owner.id); status != Acad::eOk) {
       tell(owner, type, L"cannot be redrawn, " + status_text(status));
       return all_became(Action::kFailed, status_text(status));

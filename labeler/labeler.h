@@ -42,6 +42,10 @@ class Labeler {
   /// From now on labels drawn keep clear of what is in the drawing. One walk through it; a caller
   /// that has looked at all its pipes and nodes hands them over.
   void keep_clear(std::span<const Owner> parts = {});
+  /// The same for labels that are drawn at these places alone: what is far from them is left out.
+  void keep_clear_at(std::span<const AcDbExtents> places);
+  /// Around all places about its owner where the label may be drawn.
+  AcDbExtents reach_of(const Owner& owner, const Draft& draft) const;
 
   /// Draws the label, or brings one that is there up to date; a label that was erased entity by
   /// entity is drawn again.
@@ -55,6 +59,8 @@ class Labeler {
   /// Brings it up to date as the check found it; its findings receive what was done. Labels that
   /// somebody has edited are kept unless `overwrite_edited`. False when something failed.
   bool update(const Owner& owner, const LabelType& type, Check& check, bool overwrite_edited);
+  /// Whether that draws the label anew, unless something stands in the way.
+  static bool redraws(const Check& check, bool overwrite_edited);
 
  private:
   struct Drawn {
@@ -62,10 +68,16 @@ class Labeler {
     bool crowded = false;
   };
   ReadingAngle reading(double reference);
-  TextWidth text_width();
-  Draft with_leader(const Draft& draft, int variant, double reference);
-  Shape choose(const Owner& owner, Draft& draft, std::optional<int> fixed, double reference,
-               Place& place, bool& crowded);
+  double width_of(const CString& text) const;
+  LeaderPlacement turned(const LeaderPlacement& leader, int variant, double reference) const;
+  /// A place for a label, which goes into the draft where it has a leader.
+  struct Choice {
+    Place place;
+    Shape shape;
+    bool crowded = false;
+  };
+  Choice choose(const Owner& owner, Draft& draft, std::span<const double> widths,
+                std::optional<int> fixed, double reference);
   Drawn draw(const Owner& owner, const LabelType& type, Draft draft, std::optional<int> variant,
              double reference);
   bool redraw(const Owner& owner, const LabelType& type, Check& check);

@@ -69,15 +69,9 @@ CurvePlace place_at(const cad::Curve& curve, double distance) {
   return {jet.point, std::atan2(direction.y, direction.x)};
 }
 
-std::vector<double> widths_of(const Draft& draft, const TextWidth& width) {
-  std::vector<double> widths;
-  for (const TextLine& line : draft.lines) widths.push_back(width(line.text()));
-  return widths;
-}
-
 /// Lines one upon the other, the last of them nearest to the pipe above it, the first below it.
 void stack_lines(Shape& shape, const Frame& frame, std::size_t from, std::size_t to, bool below,
-                 const Sizes& sizes, const std::vector<double>& widths) {
+                 const Sizes& sizes, std::span<const double> widths) {
   const double step = sizes.text_height + sizes.line_space;
   for (std::size_t i = from; i < to; ++i) {
     const std::size_t rank = below ? i - from : to - 1 - i;
@@ -88,7 +82,7 @@ void stack_lines(Shape& shape, const Frame& frame, std::size_t from, std::size_t
 }
 
 void row_of_lines(Shape& shape, const Frame& frame, bool below, const Sizes& sizes,
-                  const std::vector<double>& widths) {
+                  std::span<const double> widths) {
   double total = sizes.text_space * static_cast<double>(widths.size() - 1);
   for (const double width : widths) total += width;
   double x = -total / 2;
@@ -101,8 +95,9 @@ void row_of_lines(Shape& shape, const Frame& frame, bool below, const Sizes& siz
 }
 
 Shape along_middle(const Draft& draft, const Place& place, const Sizes& sizes,
-                   const std::vector<double>& widths) {
+                   std::span<const double> widths) {
   Shape shape;
+  shape.texts.reserve(widths.size());
   const auto& [fraction, below, further] = kMiddleVariants[place.variant];
   const std::size_t above = std::min(draft.above, widths.size());
   const double step = sizes.text_height + sizes.line_space;
@@ -128,7 +123,7 @@ Shape along_middle(const Draft& draft, const Place& place, const Sizes& sizes,
 }
 
 Shape at_end(const Draft& draft, const Place& place, const Sizes& sizes,
-             const std::vector<double>& widths) {
+             std::span<const double> widths) {
   Shape shape;
   const Frame frame(place.anchor, place.angle);
   const bool reads_along = std::cos(place.along - place.angle) > 0.0;
@@ -141,7 +136,7 @@ Shape at_end(const Draft& draft, const Place& place, const Sizes& sizes,
   return shape;
 }
 
-Shape beside_node(const Place& place, const Sizes& sizes, const std::vector<double>& widths) {
+Shape beside_node(const Place& place, const Sizes& sizes, std::span<const double> widths) {
   Shape shape;
   const Frame frame(place.anchor, place.angle);
   const auto [dx, dy] = kNodeVariants[place.variant];
@@ -161,7 +156,7 @@ Shape beside_node(const Place& place, const Sizes& sizes, const std::vector<doub
 
 /// A line to the label, a line under its first text, the other texts below that.
 Shape on_leader(const Draft& draft, const Place& place, const Sizes& sizes,
-                const std::vector<double>& widths) {
+                std::span<const double> widths) {
   Shape shape;
   const LeaderPlacement& leader = draft.leader;
   const Frame frame(place.anchor, leader.text_angle);
@@ -180,7 +175,7 @@ Shape on_leader(const Draft& draft, const Place& place, const Sizes& sizes,
 }
 
 Shape stakes_along(const Draft& draft, const Owner& route, const Sizes& sizes,
-                   const ReadingAngle& reading, const std::vector<double>& widths) {
+                   const ReadingAngle& reading, std::span<const double> widths) {
   Shape shape;
   for (std::size_t i = 0; i < draft.stakes.size(); ++i) {
     const CurvePlace at = place_at(*route.curve, draft.stakes[i]);
@@ -241,8 +236,7 @@ Place place_of(Form form, const Owner& owner, int variant, const ReadingAngle& r
 }
 
 Shape shape_of(const Draft& draft, const Owner& owner, const Place& place, const Sizes& sizes,
-               const ReadingAngle& reading, const TextWidth& width) {
-  const std::vector<double> widths = widths_of(draft, width);
+               const ReadingAngle& reading, std::span<const double> widths) {
   switch (draft.form) {
     case Form::kAlongMiddle:
       return along_middle(draft, place, sizes, widths);
@@ -277,6 +271,7 @@ Box box_of(const PlacedArrow& arrow, const Sizes& sizes) {
 
 std::vector<Box> boxes_of(const Shape& shape, const Sizes& sizes) {
   std::vector<Box> boxes;
+  boxes.reserve(shape.texts.size() + 1);
   for (const PlacedText& text : shape.texts) boxes.push_back(box_of(text, sizes.text_height));
   if (shape.arrow) boxes.push_back(box_of(*shape.arrow, sizes));
   return boxes;

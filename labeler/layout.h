@@ -3,6 +3,7 @@
 #include <array>
 #include <functional>
 #include <optional>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -28,9 +29,6 @@ struct Sizes {
 
 /// How a direction is read: the same or the opposite one, from the base point and the direction.
 using ReadingAngle = std::function<double(const AcGePoint3d& base, double along)>;
-/// The width of a text.
-using TextWidth = std::function<double(const CString& text)>;
-
 /// The place of a label at its owner.
 struct Place {
   AcGePoint3d anchor;  ///< on the owner
@@ -64,8 +62,9 @@ struct Shape {
   std::optional<PlacedArrow> arrow;
 };
 
+/// `widths` are those of the draft's lines.
 Shape shape_of(const Draft& draft, const Owner& owner, const Place& place, const Sizes& sizes,
-               const ReadingAngle& reading, const TextWidth& width);
+               const ReadingAngle& reading, std::span<const double> widths);
 
 /// What the label takes of the plan.
 std::vector<Box> boxes_of(const Shape& shape, const Sizes& sizes);

@@ -1,13 +1,13 @@
 #include "labeler/network_labels.h"
 
 #include <algorithm>
-#include <functional>
-#include <unordered_set>
 #include <utility>
 
 #include "labeler/back_links.h"
+#include "labeler/entities.h"
 #include "labeler/work_meter.h"
 #include "module/platform/opened.h"
+#include "module/platform/records.h"
 #include "module/record/record_table.h"
 #include "module/registry/update_service.h"
 
@@ -16,10 +16,7 @@ namespace {
 
 std::vector<AcDbObjectId> all_entities() {
   std::vector<AcDbObjectId> entities;
-  const AcDbDatabase* const drawing = acdbHostApplicationServices()->workingDatabase();
-  if (!drawing) return entities;
-  for (AcDbObjectId id = drawing->first_entity(); !id.isNull(); id = drawing->next_entity(id))
-    entities.push_back(id);
+  for_each_entity([&](AcDbObjectId id) { entities.push_back(id); });
   return entities;
 }
 
@@ -55,11 +52,6 @@ struct Stale {
   Check check;
 };
 
-struct IdHash {
-  std::size_t operator()(AcDbObjectId id) const { return std::hash<std::int64_t>()(id.asOldId()); }
-};
-using IdSet = std::unordered_set<AcDbObjectId, IdHash>;
-
 /// Compares labels, then brings them up to date.
 class Updater {
  public:
@@ -80,10 +72,7 @@ class Updater {
   }
 
   void update(bool overwrite_edited) {
-    const bool any_redrawn = std::any_of(stale_.begin(), stale_.end(), [](const Stale& stale) {
-      return stale.check.moved || stale.check.state == Check::State::kStaleForm;
-    });
-    if (any_redrawn) labeler_.keep_clear();
+    keep_clear_of_others(overwrite_edited);
     WorkMeter meter(L"updating labels", stale_.size());
     for (Stale& stale : stale_) {
       if (!meter.step()) return;
@@ -121,7 +110,7 @@ class Updater {
       }
       Check check = labeler_.check(*owner, *type, read_record(id, record));
       for (const StoredLine& line : check.stored.lines) seen_.insert(line.entity);
-      seen_.insert(check.stored.others.begin(), check.stored.others.end());
+      for (const AcDbObjectId other : check.stored.others) seen_.insert(other);
       if (!check.findings.empty()) stale_.push_back({id, type, std::move(check)});
     }
   }
@@ -140,10 +129,22 @@ class Updater {
                      {}});
   }
 
+  /// Only near the labels that are to be drawn: where they are few, a look at all the rest would be
+  /// most of an update.
+  void keep_clear_of_others(bool overwrite_edited) {
+    std::vector<AcDbExtents> places;
+    for (const Stale& stale : stale_) {
+      if (!Labeler::redraws(stale.check, overwrite_edited)) continue;
+      if (const std::optional<Owner> owner = owner_of(stale.owner))
+        places.push_back(labeler_.reach_of(*owner, stale.check.draft));
+    }
+    if (!places.empty()) labeler_.keep_clear_at(places);
+  }
+
   Labeler& labeler_;
   std::vector<Stale> stale_;
   Findings lost_;
-  IdSet seen_;  // owners and the entities of their labels
+  cad::IdSet seen_;  // owners and the entities of their labels
 };
 
 /// The pipes and nodes of the drawing; nothing when the user has broken off.

@@ -24,8 +24,8 @@ Piece number_piece(const CGxJd& node) {
   const CString number = node.number(), prefix = node.prefix();
   if (number.empty()) return {};
   const bool prefixed = !prefix.empty() || node.IsKindOf(CGxXhs::GetThisClass());
-  const CString text =
-      prefixed ? style().GetJdStr(&node, prefix, number) : style().GetJdStr(node.objectId());
+  // Without prefix GetJdStr() of the entity answers the number, which was read with its other data.
+  const CString text = prefixed ? style().GetJdStr(&node, prefix, number) : number;
   return piece_ending_with(L"well_bh", text, number);
 }
 

@@ -16,17 +16,6 @@ constexpr double kMostPieces = 1e5;
 /// Plans are smaller than that many cells in either direction; what is beyond is not filed.
 constexpr double kFarthest = 1e9;
 
-struct Axis {
-  double x, y;
-};
-
-/// Half of the box's extent in a direction.
-double reach(const Box& box, const Axis& along, const Axis& direction) {
-  const double across = -along.y * direction.x + along.x * direction.y;
-  return box.half_width * std::fabs(along.x * direction.x + along.y * direction.y) +
-         box.half_height * std::fabs(across);
-}
-
 std::uint64_t key_of(std::int64_t column, std::int64_t row) {
   return (static_cast<std::uint64_t>(column) << 32) ^
          (static_cast<std::uint64_t>(row) & 0xFFFFFFFF);
@@ -34,21 +23,35 @@ std::uint64_t key_of(std::int64_t column, std::int64_t row) {
 
 }  // namespace
 
-bool overlap(const Box& a, const Box& b) {
-  const double dx = b.centre.x - a.centre.x, dy = b.centre.y - a.centre.y;
+Occupancy::Turned::Turned(const Box& box)
+    : x(box.centre.x),
+      y(box.centre.y),
+      half_width(box.half_width),
+      half_height(box.half_height),
+      cos(std::cos(box.angle)),
+      sin(std::sin(box.angle)),
+      radius(std::hypot(box.half_width, box.half_height)) {}
+
+bool Occupancy::overlap(const Turned& a, const Turned& b) {
+  const double dx = b.x - a.x, dy = b.y - a.y;
   // Most pairs are far apart: circles first.
-  const double far =
-      std::hypot(a.half_width, a.half_height) + std::hypot(b.half_width, b.half_height);
+  const double far = a.radius + b.radius;
   if (dx * dx + dy * dy > far * far) return false;
-  const Axis along_a{std::cos(a.angle), std::sin(a.angle)};
-  const Axis along_b{std::cos(b.angle), std::sin(b.angle)};
-  for (const Axis& axis :
-       {along_a, Axis{-along_a.y, along_a.x}, along_b, Axis{-along_b.y, along_b.x}}) {
-    const double apart = std::fabs(dx * axis.x + dy * axis.y);
-    const double reached = reach(a, along_a, axis) + reach(b, along_b, axis);
-    if (apart >= reached - kTouch * (1.0 + reached)) return false;
-  }
-  return true;
+  const double along = std::fabs(a.cos * b.cos + a.sin * b.sin);
+  const double across = std::fabs(a.cos * b.sin - a.sin * b.cos);
+  const auto is_between = [&](double apart, double half_size, double other_along,
+                              double other_across) {
+    const double reached = half_size + other_along * along + other_across * across;
+    return std::fabs(apart) >= reached - kTouch * (1.0 + reached);
+  };
+  return !is_between(dx * a.cos + dy * a.sin, a.half_width, b.half_width, b.half_height) &&
+         !is_between(dy * a.cos - dx * a.sin, a.half_height, b.half_height, b.half_width) &&
+         !is_between(dx * b.cos + dy * b.sin, b.half_width, a.half_width, a.half_height) &&
+         !is_between(dy * b.cos - dx * b.sin, b.half_height, a.half_height, a.half_width);
+}
+
+bool overlap(const Box& a, const Box& b) {
+  return Occupancy::overlap(Occupancy::Turned(a), Occupancy::Turned(b));
 }
 
 Box box_of_line(const AcGePoint2d& from, const AcGePoint2d& to) {
@@ -59,19 +62,18 @@ Box box_of_line(const AcGePoint2d& from, const AcGePoint2d& to) {
 
 Occupancy::Occupancy(double cell) : cell_(cell) {}
 
-Occupancy::CellRange Occupancy::cells_of(const Box& box) const {
-  const Axis along{std::cos(box.angle), std::sin(box.angle)};
-  const double x = reach(box, along, {1.0, 0.0}), y = reach(box, along, {0.0, 1.0});
+Occupancy::CellRange Occupancy::cells_of(const Turned& box) const {
+  const double x = box.half_width * std::fabs(box.cos) + box.half_height * std::fabs(box.sin);
+  const double y = box.half_width * std::fabs(box.sin) + box.half_height * std::fabs(box.cos);
   const auto cell = [&](double value) {
     return static_cast<std::int64_t>(std::floor(value / cell_));
   };
-  return {cell(box.centre.x - x), cell(box.centre.y - y), cell(box.centre.x + x),
-          cell(box.centre.y + y)};
+  return {cell(box.x - x), cell(box.y - y), cell(box.x + x), cell(box.y + y)};
 }
 
 /// False as soon as the visit of a cell is.
 template <class Visit>
-bool Occupancy::for_each_cell(const Box& box, Visit visit) const {
+bool Occupancy::for_each_cell(const Turned& box, Visit visit) const {
   const CellRange range = cells_of(box);
   for (std::int64_t row = range.bottom; row <= range.top; ++row)
     for (std::int64_t column = range.left; column <= range.right; ++column)
@@ -86,20 +88,21 @@ void Occupancy::add(const Box& box, std::uint64_t owner, int weight) {
   const double piece = kCellsPerPiece * cell_;
   const double pieces = std::max(std::ceil(2.0 * box.half_width / piece), 1.0);
   if (pieces > kMostPieces) return;
-  const double step = 2.0 * box.half_width / pieces;
   const auto index = static_cast<std::uint32_t>(boxes_.size());
-  boxes_.push_back(box);
-  weights_.push_back(weight);
-  if (owner) owned_[owner].push_back(index);
+  const Turned turned(box);
+  boxes_.push_back({turned, weight, owner ? owners_.exchange(owner, index) : ListHeads::kNone});
+  const double step = 2.0 * box.half_width / pieces;
+  Turned part = turned;
+  part.half_width = step / 2;
   for (double i = 0.0; i < pieces; ++i) {
-    Box part = box;
-    part.half_width = step / 2;
     const double along = (i + 0.5) * step - box.half_width;
-    part.centre.x += along * std::cos(box.angle);
-    part.centre.y += along * std::sin(box.angle);
+    part.x = turned.x + along * turned.cos;
+    part.y = turned.y + along * turned.sin;
     for_each_cell(part, [&](std::uint64_t cell) {
-      std::vector<std::uint32_t>& filed = cells_[cell];
-      if (filed.empty() || filed.back() != index) filed.push_back(index);
+      const std::uint32_t last = cells_.head(cell);
+      if (last != ListHeads::kNone && filings_[last].box == index) return true;
+      cells_.exchange(cell, static_cast<std::uint32_t>(filings_.size()));
+      filings_.push_back({index, last});
       return true;
     });
   }
@@ -110,10 +113,9 @@ void Occupancy::add(std::span<const Box> boxes, std::uint64_t owner, int weight)
 }
 
 void Occupancy::remove(std::uint64_t owner) {
-  const auto owned = owned_.find(owner);
-  if (owned == owned_.end()) return;
-  for (const std::uint32_t index : owned->second) weights_[index] = 0;
-  owned_.erase(owned);
+  for (std::uint32_t box = owners_.head(owner); box != ListHeads::kNone;
+       box = boxes_[box].next_owned)
+    boxes_[box].weight = 0;
 }
 
 int Occupancy::conflicts(std::span<const Box> boxes, int enough) const {
@@ -122,14 +124,15 @@ int Occupancy::conflicts(std::span<const Box> boxes, int enough) const {
   for (const Box& box : boxes) {
     const double far = std::fabs(box.centre.x) + std::fabs(box.centre.y) + box.half_width;
     if (!(far / cell_ < kFarthest)) continue;
-    const bool go_on = for_each_cell(box, [&](std::uint64_t cell) {
-      const auto found = cells_.find(cell);
-      if (found == cells_.end()) return true;
-      for (const std::uint32_t index : found->second) {
-        if (weights_[index] == 0 || !overlap(box, boxes_[index])) continue;
+    const Turned turned(box);
+    const bool go_on = for_each_cell(turned, [&](std::uint64_t cell) {
+      for (std::uint32_t at = cells_.head(cell); at != ListHeads::kNone; at = filings_[at].next) {
+        const std::uint32_t index = filings_[at].box;
+        const Filed& filed = boxes_[index];
+        if (filed.weight == 0 || !overlap(turned, filed.box)) continue;
         if (std::find(met.begin(), met.end(), index) != met.end()) continue;
         met.push_back(index);
-        weight += weights_[index];
+        weight += filed.weight;
         if (weight >= enough) return false;
       }
       return true;

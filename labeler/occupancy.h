@@ -2,9 +2,9 @@
 
 #include <cstdint>
 #include <span>
-#include <unordered_map>
 #include <vector>
 
+#include "labeler/list_heads.h"
 #include "module/platform/geometry.h"
 
 /// What is taken in the plan, so that labels keep clear of each other and of pipes.
@@ -40,18 +40,37 @@ class Occupancy {
   int conflicts(std::span<const Box> boxes, int enough) const;
 
  private:
+  /// A box with its directions, which every comparison needs.
+  struct Turned {
+    explicit Turned(const Box& box);
+    double x, y, half_width, half_height;
+    double cos, sin;
+    double radius;  ///< of the circle about it
+  };
+  struct Filed {
+    Turned box;
+    int weight;                ///< 0 of those removed
+    std::uint32_t next_owned;  ///< the owner's next box
+  };
+  /// A box in a cell.
+  struct Filing {
+    std::uint32_t box;
+    std::uint32_t next;  ///< in the cell
+  };
   struct CellRange {
     std::int64_t left, bottom, right, top;
   };
-  CellRange cells_of(const Box& box) const;
+  friend bool overlap(const Box& a, const Box& b);
+  static bool overlap(const Turned& a, const Turned& b);
+  CellRange cells_of(const Turned& box) const;
   template <class Visit>
-  bool for_each_cell(const Box& box, Visit visit) const;
+  bool for_each_cell(const Turned& box, Visit visit) const;
 
   double cell_;
-  std::vector<Box> boxes_;
-  std::vector<int> weights_;  // of the boxes; 0 of those removed
-  std::unordered_map<std::uint64_t, std::vector<std::uint32_t>> cells_;
-  std::unordered_map<std::uint64_t, std::vector<std::uint32_t>> owned_;
+  std::vector<Filed> boxes_;
+  std::vector<Filing> filings_;
+  ListHeads cells_;   // of filings
+  ListHeads owners_;  // of boxes
 };
 
 }  // namespace labeler

@@ -7,18 +7,21 @@
 namespace labeler {
 
 std::optional<Owner> network_part(AcDbObjectId id) {
-  Owner owner;
-  owner.id = id;
-  if ((owner.pipe = network::open_pipe(id))) {
-    owner.kind = OwnerKind::kPipe;
-    owner.curve = owner.pipe->centre_line();
+  if (id.isNull() || id.isErased()) return std::nullopt;
+  std::optional<network::ObjectData> data = network::ObjectData::read(id);
+  if (!data) return std::nullopt;
+  std::optional<Owner> owner(std::in_place);
+  owner->id = id;
+  if ((owner->pipe = network::open_pipe(id, *data))) {
+    owner->kind = OwnerKind::kPipe;
+    owner->curve = owner->pipe->centre_line();
     return owner;
   }
-  if ((owner.node = network::open_node(id))) {
-    owner.kind = OwnerKind::kNode;
-    const std::optional<AcGePoint3d> position = owner.node->position();
+  if ((owner->node = network::open_node(id, *data))) {
+    owner->kind = OwnerKind::kNode;
+    const std::optional<AcGePoint3d> position = owner->node->position();
     if (!position) return std::nullopt;
-    owner.position = *position;
+    owner->position = *position;
     return owner;
   }
   return std::nullopt;

@@ -42,8 +42,8 @@ Piece kept_as_text(Piece piece) {
   return piece;
 }
 
-Piece split(const CString& name, std::wstring_view text, Span value) {
-  return kept_as_text({name, CString(text.substr(0, value.begin)),
+Piece split(CString name, std::wstring_view text, Span value) {
+  return kept_as_text({std::move(name), CString(text.substr(0, value.begin)),
                        CString(text.substr(value.begin, value.end - value.begin)),
                        CString(text.substr(value.end)), CString()});
 }
@@ -52,6 +52,10 @@ Piece split(const CString& name, std::wstring_view text, Span value) {
 
 CString TextLine::text() const {
   CString joined;
+  std::size_t size = 0;
+  for (const Piece& piece : pieces)
+    size += piece.prefix.size() + piece.value.size() + piece.suffix.size() + piece.separator.size();
+  joined.reserve(size);
   for (std::size_t i = 0; i < pieces.size(); ++i) {
     const Piece& piece = pieces[i];
     if (!piece.value.empty()) joined.append(piece.prefix).append(piece.value).append(piece.suffix);
@@ -66,25 +70,25 @@ int count_numbers(std::wstring_view text) {
   return count;
 }
 
-Piece piece_of(const CString& name, std::wstring_view text) {
+Piece piece_of(CString name, std::wstring_view text) {
   const Span first = next_number(text, 0);
   const bool is_only = first.begin < first.end && next_number(text, first.end).begin == text.size();
-  return split(name, text, is_only ? first : Span{0, text.size()});
+  return split(std::move(name), text, is_only ? first : Span{0, text.size()});
 }
 
-Piece piece_ending_with(const CString& name, std::wstring_view text, std::wstring_view value) {
-  if (value.empty() || !text.ends_with(value)) return piece_of(name, text);
-  return split(name, text, {text.size() - value.size(), text.size()});
+Piece piece_ending_with(CString name, std::wstring_view text, std::wstring_view value) {
+  if (value.empty() || !text.ends_with(value)) return piece_of(std::move(name), text);
+  return split(std::move(name), text, {text.size() - value.size(), text.size()});
 }
 
-StuDim item_of(const Piece& piece, const CString& handle) {
+StuDim item_of(Piece piece, const CString& handle) {
   StuDim item;
-  item.name = piece.name;
+  item.name = std::move(piece.name);
   item.handle = handle;
-  item.value = piece.value;
-  item.prefix = piece.prefix;
-  item.suffix = piece.suffix;
-  item.separator = piece.separator;
+  item.value = std::move(piece.value);
+  item.prefix = std::move(piece.prefix);
+  item.suffix = std::move(piece.suffix);
+  item.separator = std::move(piece.separator);
   return item;
 }
 

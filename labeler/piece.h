@@ -31,15 +31,15 @@ struct TextLine {
 /// The text as one piece that joins to exactly this text: when it holds exactly one number, prefix,
 /// number and suffix; else all of it is the value. "L=35.2m" is "L=", "35.2" and "m". A sign counts
 /// as part of the number where no letter or digit stands before it.
-Piece piece_of(const CString& name, std::wstring_view text);
+Piece piece_of(CString name, std::wstring_view text);
 
 /// The text with that ending as the value, if it ends so and more is in front; else as above.
-Piece piece_ending_with(const CString& name, std::wstring_view text, std::wstring_view value);
+Piece piece_ending_with(CString name, std::wstring_view text, std::wstring_view value);
 
 /// How many numbers there are in the text.
 int count_numbers(std::wstring_view text);
 
 /// The record's item of a piece.
-StuDim item_of(const Piece& piece, const CString& handle);
+StuDim item_of(Piece piece, const CString& handle);
 
 }  // namespace labeler

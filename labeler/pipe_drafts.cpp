@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
-#include <set>
 #include <utility>
 
 #include "module/manager/precision.h"
@@ -123,19 +122,27 @@ std::vector<TextLine> composite_lines(const PipeValues& v, const CStringArray& i
   style().GetFlag(separate, separator);
   const CStringArray texts = composite_texts(v, items);
   std::vector<TextLine> lines;
-  std::set<CString> names;
+  lines.reserve(texts.size());
+  bool twice = false;
+  const auto is_named = [&](const CString& name) {
+    return std::any_of(lines.begin(), lines.end(), [&](const TextLine& line) {
+      return std::any_of(line.pieces.begin(), line.pieces.end(),
+                         [&](const Piece& piece) { return piece.name == name; });
+    });
+  };
   for (const CString& item : items) {
     Piece piece = piece_of_item(v, item);
     if (piece.value.empty()) continue;
-    names.insert(piece.name);
-    if (lines.empty() || texts.size() > 1) lines.emplace_back();
+    twice = twice || is_named(piece.name);
+    if (lines.empty() || texts.size() > 1) {
+      lines.emplace_back();
+      lines.back().pieces.reserve(texts.size() > 1 ? 1 : items.size());
+    }
     if (!lines.back().pieces.empty()) lines.back().pieces.back().separator = separator;
     lines.back().pieces.push_back(std::move(piece));
   }
-  std::size_t pieces = 0;
-  for (const TextLine& line : lines) pieces += line.pieces.size();
   const bool as_formatted =
-      names.size() == pieces &&
+      !twice &&
       std::equal(lines.begin(), lines.end(), texts.begin(), texts.end(),
                  [](const TextLine& line, const CString& text) { return line.text() == text; });
   if (as_formatted) return lines;

@@ -18,6 +18,7 @@
 #include "module/record/record_cursor.h"
 #include "module/record/record_factory.h"
 #include "module/record/record_table.h"
+#include "module/record/stored_items.h"
 #include "module/registry/update_service.h"
 
 namespace labeler {
@@ -50,7 +51,7 @@ ShownText shown_by(AcDbObjectId id, AcDbObjectId owner) {
   return shown;
 }
 
-using Field = CDimRecordIterator::EnDimPos;
+using Field = dim::StoredItems::Field;
 
 /// The object of a handle in the working drawing.
 AcDbObjectId entity_of(std::wstring_view handle) {
@@ -60,7 +61,9 @@ AcDbObjectId entity_of(std::wstring_view handle) {
 StoredLine& line_of(StoredLabel& label, AcDbObjectId owner, std::wstring_view handle) {
   for (StoredLine& line : label.lines)
     if (line.handle == handle) return line;
+  constexpr std::size_t kUsualPieces = 4;
   StoredLine& line = label.lines.emplace_back();
+  line.line.pieces.reserve(kUsualPieces);
   line.handle = handle;
   const AcDbObjectId entity = entity_of(handle);
   line.shown = shown_by(entity, owner);
@@ -80,29 +83,28 @@ void take_entity(StoredLabel& label, AcDbObjectId owner, std::wstring_view name,
   if (name == L"jt") label.arrow = id;
 }
 
-/// Files the item the cursor stands on. Most of its fields are empty or looked at only: it is not
-/// read as a whole.
-void take_item(StoredLabel& label, AcDbObjectId owner, CDimRecordIterator& cursor) {
-  const std::wstring_view handle = cursor.field(Field::posHandle);
-  const std::wstring_view name = cursor.field(Field::posName);
-  if (cursor.isText() && !handle.empty()) {
-    const auto copy = [&](Field field) { return CString(cursor.field(field)); };
+/// Files an item. Most of its fields are empty or looked at only: it is not read as a whole.
+void take_item(StoredLabel& label, AcDbObjectId owner, const dim::StoredItems& items,
+               std::size_t at) {
+  const std::wstring_view handle = items.field(at, Field::posHandle);
+  const std::wstring_view name = items.field(at, Field::posName);
+  if (!handle.empty() && items.is_text(at)) {
+    const auto copy = [&](Field field) { return CString(items.field(at, field)); };
     line_of(label, owner, handle)
         .line.pieces.push_back({CString(name), copy(Field::posPrefix), copy(Field::posValue),
                                 copy(Field::posSuffix), copy(Field::posSeparator)});
   } else if (!handle.empty() &&
-             !dim::equal_no_case(cursor.field(Field::posKind), dim::kNoEntityKind)) {
+             !dim::equal_no_case(items.field(at, Field::posKind), dim::kNoEntityKind)) {
     take_entity(label, owner, name, handle);
   } else if (name == kPlaceNote) {
-    label.place = place_of_text(cursor.field(Field::posValue));
-  } else if (StuDim note; cursor.getDim(note) == Acad::eOk) {
-    label.notes.push_back(std::move(note));
+    label.place = place_of_text(items.field(at, Field::posValue));
+  } else {
+    label.notes.push_back(items.item(at));
   }
 }
 
-/// The record of the type, or null.
-AcDbObjectId record_of(CDimRecordTable& table, AcDbObjectId owner, const wchar_t* type) {
-  const AcDbObjectId dictionary = dictionary_of(owner);
+/// The record of the type in an extension dictionary, or null.
+AcDbObjectId record_in(CDimRecordTable& table, AcDbObjectId dictionary, const wchar_t* type) {
   AcDbObjectId id;
   if (dictionary.isNull()) return id;
   if (table.open(&registry(), dictionary, AcDb::kForRead, 0) != Acad::eOk) return id;
@@ -110,11 +112,18 @@ AcDbObjectId record_of(CDimRecordTable& table, AcDbObjectId owner, const wchar_t
   return id;
 }
 
+AcDbObjectId record_of(CDimRecordTable& table, AcDbObjectId owner, const wchar_t* type) {
+  return record_in(table, dictionary_of(owner), type);
+}
+
 }  // namespace
 
 CString place_text(const DrawnPlace& place) {
   constexpr int kDecimals = 6;  // as draw values have
-  std::string text = "( ";
+  constexpr std::size_t kUsualSize = 96;
+  std::string text;
+  text.reserve(kUsualSize);
+  text = "( ";
   const auto add = [&](double value) {
     dim::append_fixed(text, value, kDecimals);
     text += ", ";
@@ -160,31 +169,11 @@ bool StoredLabel::anything_there() const {
                                         [](const StoredLine& line) { return line.shown.there; });
 }
 
-namespace {
-
-/// Visits the items of a record; false when there are none.
-template <class Visit>
-bool for_each_item(AcDbObjectId id, Visit visit) {
-  if (id.isNull()) return false;
-  CDimRecord record;
-  CDimRecordIterator cursor;
-  if (record.open(id, AcDb::kForRead, false) != Acad::eOk) return false;
-  if (record.newIterator(cursor) != Acad::eOk) return false;
-  bool any = false;
-  for (cursor.start(); cursor.stands_on_item(); cursor.step()) {
-    visit(cursor);
-    any = true;
-  }
-  return any;
-}
-
-}  // namespace
-
 std::optional<StoredLabel> read_record(AcDbObjectId owner, AcDbObjectId record) {
-  StoredLabel label;
-  const bool any =
-      for_each_item(record, [&](CDimRecordIterator& cursor) { take_item(label, owner, cursor); });
-  if (!any) return std::nullopt;
+  dim::StoredItems items;
+  if (items.read(record) != Acad::eOk || items.size() == 0) return std::nullopt;
+  std::optional<StoredLabel> label(std::in_place);
+  for (std::size_t i = 0; i < items.size(); ++i) take_item(*label, owner, items, i);
   return label;
 }
 
@@ -195,9 +184,10 @@ std::optional<StoredLabel> read_label(AcDbObjectId owner, const wchar_t* type) {
 
 std::vector<StuDim> read_items(AcDbObjectId owner, const wchar_t* type) {
   CDimRecordTable table;
+  dim::StoredItems stored;
   std::vector<StuDim> items;
-  for_each_item(record_of(table, owner, type),
-                [&](CDimRecordIterator& cursor) { cursor.getDim(items.emplace_back()); });
+  if (stored.read(record_of(table, owner, type)) != Acad::eOk) return items;
+  for (std::size_t i = 0; i < stored.size(); ++i) items.push_back(stored.item(i));
   return items;
 }
 
@@ -224,7 +214,8 @@ Acad::ErrorStatus file_label(AcDbObjectId owner, const wchar_t* type,
   const CDimManager manager(owner);  // makes the extension dictionary
   if (manager.openStatus() != Acad::eOk) return manager.openStatus();
   CDimRecordTable table;
-  if (const AcDbObjectId old = record_of(table, owner, type); !old.isNull()) {
+  const AcDbObjectId dictionary = manager.getExtensionDictionaryId();
+  if (const AcDbObjectId old = record_in(table, dictionary, type); !old.isNull()) {
     CDimRecord record;
     const Acad::ErrorStatus opened = record.open(old, AcDb::kForWrite, false);
     if (opened != Acad::eOk) return opened;

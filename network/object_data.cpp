@@ -40,6 +40,26 @@ constexpr KeyRow kKeys[] = {
 };
 static_assert(std::size(kKeys) == kKeyCount);
 
+/// Rows of kKeys by their names: a hash table made by the compiler.
+constexpr std::size_t kKeySlots = 128;
+constexpr std::uint8_t kNoKey = 0xFF;
+constexpr std::size_t slot_of(std::string_view name) {
+  const auto letter = [&](std::size_t at) { return static_cast<unsigned char>(name[at]); };
+  return (name.size() * 31 + letter(0) * 7u + letter(name.size() / 2) * 3u +
+          letter(name.size() - 1)) %
+         kKeySlots;
+}
+constexpr std::array<std::uint8_t, kKeySlots> kKeyAt = [] {
+  std::array<std::uint8_t, kKeySlots> rows{};
+  rows.fill(kNoKey);
+  for (std::uint8_t row = 0; row < kKeyCount; ++row) {
+    std::size_t slot = slot_of(kKeys[row].name);
+    while (rows[slot] != kNoKey) slot = (slot + 1) % kKeySlots;
+    rows[slot] = row;
+  }
+  return rows;
+}();
+
 constexpr std::size_t index_of(Key key) { return static_cast<std::size_t>(key); }
 
 /// The key that differs from the name in letter case only.
@@ -70,6 +90,17 @@ std::optional<double> number_in(const Tag& tag, const cad::dxf::Dialect& dialect
 
 std::string_view kind_name(Kind kind) { return kKindNames[static_cast<std::size_t>(kind)]; }
 
+namespace {
+
+/// The kind whose word is spelled plainly; kNone for any other bytes, which may be that word too.
+Kind kind_spelled(std::string_view bytes) {
+  const auto found = std::find(std::begin(kKindNames) + 1, std::end(kKindNames), bytes);
+  return found == std::end(kKindNames) ? Kind::kNone
+                                       : static_cast<Kind>(found - std::begin(kKindNames));
+}
+
+}  // namespace
+
 Kind kind_named(std::wstring_view name) {
   if (name.empty()) return Kind::kNone;
   for (std::size_t i = 1; i < std::size(kKindNames); ++i) {
@@ -83,9 +114,10 @@ Kind kind_named(std::wstring_view name) {
 const KeyRow& row_of(Key key) { return kKeys[index_of(key)]; }
 
 const KeyRow* find_key(std::string_view name) {
-  const auto found = std::find_if(std::begin(kKeys), std::end(kKeys),
-                                  [&](const KeyRow& row) { return row.name == name; });
-  return found == std::end(kKeys) ? nullptr : found;
+  if (name.empty()) return nullptr;
+  for (std::size_t slot = slot_of(name); kKeyAt[slot] != kNoKey; slot = (slot + 1) % kKeySlots)
+    if (kKeys[kKeyAt[slot]].name == name) return &kKeys[kKeyAt[slot]];
+  return nullptr;
 }
 
 std::string DataFault::message() const {
@@ -136,21 +168,22 @@ class ObjectData::Reader {
   void take_value(const KeyRow& row, const Tag& tag) {
     const auto place = static_cast<std::size_t>(&row - kKeys);
     const auto key = static_cast<Key>(place);
-    const std::string name(row.name);
-    if (seen_[place]) return fault(DataFault::What::kTwice, name);
+    const auto name = [&] { return std::string(row.name); };
+    if (seen_[place]) return fault(DataFault::What::kTwice, name());
     seen_[place] = true;
     if (tag.code != row.group)
-      return fault(DataFault::What::kWrongGroup, name, tag.code, shown(tag));
+      return fault(DataFault::What::kWrongGroup, name(), tag.code, shown(tag));
     if (row.group == kTextGroup) {
+      if (key == Key::kKind && data_.put_kind(kind_spelled(tag.value))) return;
       data_.put_text(key, cad::dxf::text_value(tag, dialect_));
     } else if (row.group == kHandleGroup) {
       const std::optional<std::uint64_t> handle = cad::parse_handle(tag.value);
-      if (!handle) return fault(DataFault::What::kNoHandle, name, 0, shown(tag));
+      if (!handle) return fault(DataFault::What::kNoHandle, name(), 0, shown(tag));
       if (*handle != 0) data_.put_handle(key, *handle);
     } else if (const std::optional<double> number = number_in(tag, dialect_)) {
       data_.put_number(key, *number);
     } else {
-      fault(DataFault::What::kNoNumber, name, 0, shown(tag));
+      fault(DataFault::What::kNoNumber, name(), 0, shown(tag));
     }
   }
 
@@ -199,7 +232,9 @@ std::optional<Kind> kind_of(AcDbObjectId id) {
   for (DataPair pair; pairs.next(pair);) {
     if (pair.what != DataPair::What::kPair || pair.key != &kKeys[index_of(Key::kKind)]) continue;
     if (pair.value.code != kTextGroup) return Kind::kNone;
-    return kind_named(cad::dxf::text_value(pair.value, *record.dialect));
+    const Kind plain = kind_spelled(pair.value.value);
+    return plain != Kind::kNone ? plain
+                                : kind_named(cad::dxf::text_value(pair.value, *record.dialect));
   }
   return pairs.found() ? std::optional(Kind::kNone) : std::nullopt;
 }
@@ -217,6 +252,10 @@ std::optional<int> ObjectData::integer(Key key) const {
 
 CString ObjectData::text(Key key) const {
   if (!has(key)) return {};
+  if (key == Key::kKind && kind_ != Kind::kNone) {
+    const std::string_view word = kind_name(kind_);
+    return {word.begin(), word.end()};
+  }
   for (const auto& [of, text] : texts_)
     if (of == key) return text;
   return {};
@@ -237,9 +276,17 @@ void ObjectData::put_handle(Key key, std::uint64_t value) {
 }
 
 void ObjectData::put_text(Key key, CString value) {
+  if (key == Key::kKind && put_kind(kind_named(value))) return;
   present_[index_of(key)] = true;
   std::erase_if(texts_, [&](const auto& held) { return held.first == key; });
   texts_.emplace_back(key, std::move(value));
+}
+
+bool ObjectData::put_kind(Kind kind) {
+  kind_ = kind;
+  if (kind == Kind::kNone) return false;
+  present_[index_of(Key::kKind)] = true;
+  return true;
 }
 
 }  // namespace network

@@ -128,7 +128,7 @@ class ObjectData {
   std::optional<int> integer(Key key) const;
   CString text(Key key) const;          ///< empty when absent
   std::uint64_t handle(Key key) const;  ///< 0 when absent
-  Kind kind() const { return kind_named(text(Key::kKind)); }
+  Kind kind() const { return has(Key::kKind) ? kind_ : Kind::kNone; }
   const std::vector<DataFault>& faults() const { return faults_; }
 
   // For those who have written the value.
@@ -139,8 +139,10 @@ class ObjectData {
 
  private:
   class Reader;
+  bool put_kind(Kind kind);  // false for kNone, whose text is to be kept
 
   std::bitset<kKeyCount> present_;
+  Kind kind_ = Kind::kNone;  // of a known one the text is not kept
   std::array<double, kKeyCount> numbers_{};
   std::array<std::uint64_t, 2> nodes_{};  // start, end
   std::vector<std::pair<Key, CString>> texts_;

@@ -35,16 +35,16 @@ PipeEnd nearest_end(const CGxGd& pipe, const AcGePoint3d& at) {
   return {found.id, EndState::kNearest};
 }
 
-}  // namespace
-
-PipeEnds ends_of(const CGxGd& pipe) {
+/// `centre_line` is called when the data do not name both nodes.
+template <class CentreLine>
+PipeEnds find_ends(const CGxGd& pipe, CentreLine centre_line) {
   PipeEnds ends;
   const bool start_given = pipe.data().has(Key::kStartNode);
   const bool end_given = pipe.data().has(Key::kEndNode);
   if (start_given) ends.start = given_end(pipe.start_node());
   if (end_given) ends.end = given_end(pipe.end_node());
   if (!start_given || !end_given) {
-    const std::optional<cad::Curve> curve = pipe.centre_line();
+    const std::optional<cad::Curve>& curve = centre_line();
     const PipeEnd none{AcDbObjectId(), EndState::kNoCurve};
     if (!start_given) ends.start = curve ? nearest_end(pipe, curve->start_point()) : none;
     if (!end_given) ends.end = curve ? nearest_end(pipe, curve->end_point()) : none;
@@ -54,6 +54,16 @@ PipeEnds ends_of(const CGxGd& pipe) {
     ends = {same, same};
   }
   return ends;
+}
+
+}  // namespace
+
+PipeEnds ends_of(const CGxGd& pipe) {
+  return find_ends(pipe, [&] { return pipe.centre_line(); });
+}
+
+PipeEnds ends_of(const CGxGd& pipe, const std::optional<cad::Curve>& centre_line) {
+  return find_ends(pipe, [&]() -> const std::optional<cad::Curve>& { return centre_line; });
 }
 
 }  // namespace network

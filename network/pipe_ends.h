@@ -33,6 +33,8 @@ struct PipeEnds {
 /// space, of the pipe's own network: water nodes and hydrants for a water-supply pipe, drainage
 /// wells for drainage, storm wells for storm water.
 PipeEnds ends_of(const CGxGd& pipe);
+/// The same for a caller who has the pipe's centre line, or knows that it has none.
+PipeEnds ends_of(const CGxGd& pipe, const std::optional<cad::Curve>& centre_line);
 
 }  // namespace network
 

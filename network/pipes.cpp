@@ -79,13 +79,17 @@ std::unique_ptr<CGxGd> network::open_pipe(AcDbObjectId id) {
   if (id.isNull() || id.isErased()) return nullptr;
   std::optional<ObjectData> data = ObjectData::read(id);
   if (!data) return nullptr;
-  switch (data->kind()) {
+  return open_pipe(id, *data);
+}
+
+std::unique_ptr<CGxGd> network::open_pipe(AcDbObjectId id, ObjectData& data) {
+  switch (data.kind()) {
     case Kind::kWaterPipe:
-      return std::make_unique<CGxJsGd>(id, *std::move(data));
+      return std::make_unique<CGxJsGd>(id, std::move(data));
     case Kind::kDrainagePipe:
-      return std::make_unique<CGxPsGd>(id, *std::move(data));
+      return std::make_unique<CGxPsGd>(id, std::move(data));
     case Kind::kStormPipe:
-      return std::make_unique<CGxYsGd>(id, *std::move(data));
+      return std::make_unique<CGxYsGd>(id, std::move(data));
     default:
       return nullptr;
   }

@@ -87,6 +87,8 @@ namespace network {
 /// Null when the entity is no pipe: not there, erased, without data of the application, or with a
 /// kind that is none of a pipe. Nobody else's open object stands in the way.
 std::unique_ptr<CGxGd> open_pipe(AcDbObjectId id);
+/// The same of an entity's data that were read already; they are taken when it is a pipe.
+std::unique_ptr<CGxGd> open_pipe(AcDbObjectId id, ObjectData& data);
 
 /// The values at both ends of which the higher marks the upstream one: of a water-supply pipe the
 /// heads of the current calculation, of others the inverts. False, and nothing set, when one of

@@ -38,15 +38,19 @@ std::unique_ptr<CGxJd> network::open_node(AcDbObjectId id) {
   if (id.isNull() || id.isErased()) return nullptr;
   std::optional<ObjectData> data = ObjectData::read(id);
   if (!data) return nullptr;
-  switch (data->kind()) {
+  return open_node(id, *data);
+}
+
+std::unique_ptr<CGxJd> network::open_node(AcDbObjectId id, ObjectData& data) {
+  switch (data.kind()) {
     case Kind::kWaterNode:
-      return std::make_unique<CGxJsJd>(id, *std::move(data));
+      return std::make_unique<CGxJsJd>(id, std::move(data));
     case Kind::kHydrant:
-      return std::make_unique<CGxXhs>(id, *std::move(data));
+      return std::make_unique<CGxXhs>(id, std::move(data));
     case Kind::kDrainageWell:
-      return std::make_unique<CGxPsJd>(id, *std::move(data));
+      return std::make_unique<CGxPsJd>(id, std::move(data));
     case Kind::kStormWell:
-      return std::make_unique<CGxYsJd>(id, *std::move(data));
+      return std::make_unique<CGxYsJd>(id, std::move(data));
     default:
       return nullptr;
   }

@@ -93,6 +93,8 @@ namespace network {
 /// Null when the entity is no node: not there, erased, without data of the application, or with a
 /// kind that is none of a node. Nobody else's open object stands in the way.
 std::unique_ptr<CGxJd> open_node(AcDbObjectId id);
+/// The same of an entity's data that were read already; they are taken when it is a node.
+std::unique_ptr<CGxJd> open_node(AcDbObjectId id, ObjectData& data);
 
 /// Where a node drawn by that entity is, in world coordinates.
 std::optional<AcGePoint3d> position_of(AcDbObjectId id);

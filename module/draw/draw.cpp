@@ -28,10 +28,7 @@ AcDbObjectId record_named(const CString& name) {
   return id;
 }
 
-AcGeVector3d direction_of(double angle) {
-  AcGeVector3d direction = AcGeVector3d::kXAxis;
-  return direction.rotateBy(angle, AcGeVector3d::kZAxis);
-}
+AcGeVector3d direction_of(double angle) { return {std::cos(angle), std::sin(angle), 0.0}; }
 
 }  // namespace
 

@@ -50,8 +50,9 @@ Draft lines(Form form, int count) {
 
 Shape shape_in(const Draft& draft, const Owner& owner, int variant,
                const ReadingAngle& reading = forward) {
+  const std::vector<double> widths(draft.lines.size(), kWidth);
   return shape_of(draft, owner, place_of(draft.form, owner, variant, reading), some_sizes(),
-                  reading, [](const CString&) { return kWidth; });
+                  reading, widths);
 }
 
 TEST(Layout, ALabelStandsAboveTheMiddleOfThePipe) {

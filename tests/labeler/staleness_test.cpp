@@ -71,6 +71,31 @@ TEST_F(StaleLabels, AMovedPipeGetsItsLabelDrawnAnew) {
   EXPECT_EQ(stale(), "nil");
 }
 
+TEST_F(StaleLabels, ALabelDrawnAnewKeepsClearOfThePipesThere) {
+  const std::string pipe = given_labelled_pipe();
+  given_pipe(0, 501.5, 40, 501.5);
+  move_line(pipe, 0, 500);
+  update();
+  EXPECT_LT(place_of(pipe).y, 500.0) << "above lies the other pipe";
+}
+
+TEST_F(StaleLabels, ALabelDrawnAnewKeepsClearOfTheNodesThere) {
+  const std::string pipe = given_labelled_pipe();
+  given_well(20, 501.5, "3");
+  move_line(pipe, 0, 500);
+  update();
+  EXPECT_GT(std::abs(place_of(pipe).x - 20.0) + (place_of(pipe).y < 500.0 ? 1.0 : 0.0), 0.5);
+}
+
+TEST_F(StaleLabels, ALabelDrawnAnewKeepsClearOfALongTextThatBeginsFarAway) {
+  const std::string pipe = given_labelled_pipe();
+  made("(0 . \"TEXT\") (10 -500.0 500.5 0.0) (40 . 1.75) (1 . \"" + std::string(600, 'M') +
+       "\")");
+  move_line(pipe, 0, 500);
+  update();
+  EXPECT_LT(place_of(pipe).y, 500.0) << "above the text goes by";
+}
+
 TEST_F(StaleLabels, ALabelMovedByHandKeepsItsPlaceBesideThePipe) {
   const std::string pipe = given_labelled_pipe();
   const std::string text = text_handle(pipe);

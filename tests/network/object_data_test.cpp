@@ -105,6 +105,25 @@ TEST_F(PipeData, KindsAreWords) {
   EXPECT_EQ(network::kind_named(L""), Kind::kNone);
 }
 
+TEST_F(PipeData, AKindSpelledWithEscapesIsThatKind) {
+  EXPECT_EQ(read(kind("storm\\U+002Dpipe")).kind(), Kind::kStormPipe);
+  EXPECT_EQ(network::kind_of(id(0xA1)), Kind::kStormPipe);
+}
+
+TEST_F(PipeData, TheKindFollowsItsText) {
+  ObjectData data = read(kind("storm-pipe"));
+  EXPECT_EQ(data.text(Key::kKind), L"storm-pipe");
+  data.put_text(Key::kKind, L"tunnel");
+  EXPECT_EQ(data.kind(), Kind::kNone);
+  EXPECT_EQ(data.text(Key::kKind), L"tunnel");
+  data.put_text(Key::kKind, L"hydrant");
+  EXPECT_EQ(data.kind(), Kind::kHydrant);
+  EXPECT_EQ(data.text(Key::kKind), L"hydrant");
+  data.remove(Key::kKind);
+  EXPECT_EQ(data.kind(), Kind::kNone);
+  EXPECT_EQ(data.text(Key::kKind), L"");
+}
+
 TEST_F(PipeData, StandInAnyOrder) {
   const ObjectData data = read(real("diameter", "300.0") + kind("water-pipe"));
   EXPECT_EQ(data.kind(), Kind::kWaterPipe);
