@@ -47,8 +47,11 @@ Progress::Progress(std::size_t drawings)
   ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
   cad::set_progress_sink([this](std::string_view label, double done) {
     const std::lock_guard lock(mutex_);
+    const bool another = part_ != label;
     part_ = label;
     done_ = done;
+    // At once, for it may be over before the next beat.
+    if (another && std::chrono::steady_clock::now() - start_ >= kPatience) draw();
   });
 }
 

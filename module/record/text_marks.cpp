@@ -29,8 +29,8 @@ template <class Pieces>
 CString joined(Pieces begin, Pieces end) {
   std::size_t size = 0;
   for (Pieces piece = begin; piece != end; ++piece)
-    size += piece->prefix.size() + piece->value.size() + piece->suffix.size() +
-            piece->separator.size();
+    size +=
+        piece->prefix.size() + piece->value.size() + piece->suffix.size() + piece->separator.size();
   CString text;
   text.reserve(size);
   for (Pieces piece = begin; piece != end; ++piece) {

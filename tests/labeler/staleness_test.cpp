@@ -89,8 +89,7 @@ TEST_F(StaleLabels, ALabelDrawnAnewKeepsClearOfTheNodesThere) {
 
 TEST_F(StaleLabels, ALabelDrawnAnewKeepsClearOfALongTextThatBeginsFarAway) {
   const std::string pipe = given_labelled_pipe();
-  made("(0 . \"TEXT\") (10 -500.0 500.5 0.0) (40 . 1.75) (1 . \"" + std::string(600, 'M') +
-       "\")");
+  made("(0 . \"TEXT\") (10 -500.0 500.5 0.0) (40 . 1.75) (1 . \"" + std::string(600, 'M') + "\")");
   move_line(pipe, 0, 500);
   update();
   EXPECT_LT(place_of(pipe).y, 500.0) << "above the text goes by";
