@@ -142,7 +142,7 @@ class Examples(Usage):
         block = readme[readme.index("After that:"):].split("\n\n")[1]
         lines = [line.split(" # ")[0].strip() for line in block.splitlines() if "PATH=" not in line]
         self.assertEqual([line.split()[0] for line in lines],
-                         ["generate_drawing", "pipenote", "pipenote", "diff"])
+                         ["pipenote"] * 3 + ["generate_drawing", "pipenote", "pipenote", "diff"])
         for line in lines[:-1]:
             done = self.run_as_typed(line)
         self.assertIn("DN400", self.run_as_typed(lines[-1]).stdout)
