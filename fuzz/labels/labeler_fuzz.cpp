@@ -54,19 +54,20 @@ void require(bool holds, const char* law) {
 }
 
 cad::Host& host() {
-  static cad::Host& one = *new cad::Host;  // the modules' own statics end before it would
+  static cad::Host* const one = new cad::Host;
   static const bool ready = [] {
     cad::set_console([](std::string_view) {});
     cad::host_settings().install_dir = PN_INSTALLATION "/";
     cad::host_settings().module_folders = {PN_MODULES};
-    AcApDocument* const drawing = one.new_drawing();
+    AcApDocument* const drawing = one->new_drawing();
     for (const char* module : {"pipenote.arx", "labeler.arx"})
-      require(bool(one.load_module(module)), "the modules load");
-    one.close(drawing);
-    return true;
+      require(bool(one->load_module(module)), "the modules load");
+    one->close(drawing);
+    // Before the modules' own statics end, which a static host would outlive.
+    return std::atexit([] { delete one; }) == 0;
   }();
-  (void)ready;
-  return one;
+  require(ready, "the host can be ended");
+  return *one;
 }
 
 /// A new drawing with the input's entities and objects in front of the ends of their sections.
