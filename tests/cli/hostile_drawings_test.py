@@ -108,7 +108,7 @@ class HostileDrawings(unittest.TestCase):
         handles = [value(record, "5") for record in whole if value(record, "5")]
         wrong = ["nan", "inf", "1e308", "-1e308", "", "0", "-1", "99999999999999999999", "x" * 300,
                  "FFFFFFFFFFFFFFFF", "{", "}", "非"]
-        for seed in range(30):
+        for seed in range(15):
             with self.subTest(seed):
                 records = [[list(tag) for tag in record] for record in whole]
                 for _ in range(chance.choice((1, 3, 10, 40))):
