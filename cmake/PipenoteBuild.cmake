@@ -21,6 +21,7 @@ add_compile_options(-Wall -Wextra -Wpedantic -Wshadow)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # Everything is exported; calls inside one library still bind directly.
   add_compile_options(-Werror -fno-semantic-interposition)
+  add_link_options($<$<NOT:$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>>:LINKER:-Bsymbolic-functions>)
   if(CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     # This release sees overlapping and overlong copies in inlined std::string that are not there.
     add_compile_options(-Wno-restrict -Wno-array-bounds -Wno-stringop-overflow
