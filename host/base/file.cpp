@@ -15,8 +15,11 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <random>
 #include <utility>
+
+#include "host/base/write_behind.h"
 
 namespace cad {
 namespace {
@@ -205,13 +208,15 @@ class AtomicFile::Writer {
   Status collect(std::string_view piece);
   Status flush_span();
   Status flush();
-  Status write_all(std::string_view piece);
+  Status write_collected();
+  Status write_directly(std::string_view piece);
   Status keep_old_file();
 
   std::string shown_;      // the path as the caller gave it, for messages
   std::string target_;     // with links resolved
   std::string temporary_;  // empty once it has become the target
   Descriptor fd_;
+  std::optional<WriteBehind> behind_;  // of fd_
   std::string collected_;
   Span span_;
   Status failure_;  // the first one, answered by every later call
@@ -237,6 +242,7 @@ Status AtomicFile::Writer::open_temporary() {
     if (fd_) temporary_ = name;
   }
   if (!fd_) return refuse("cannot write", errno);
+  behind_.emplace(fd_.get());
   if (!exists) return {};
   // The owner first, it clears mode bits. Only root can give files away; then it becomes ours.
   [[maybe_unused]] const int given = fchown(fd_.get(), old.st_uid, old.st_gid);
@@ -249,22 +255,25 @@ Status AtomicFile::Writer::refuse(const char* what, int error_number) {
   return failure_;
 }
 
-Status AtomicFile::Writer::write_all(std::string_view piece) {
-  while (!piece.empty()) {
-    const ssize_t written = retried([&] { return write(fd_.get(), piece.data(), piece.size()); });
-    if (written <= 0) return refuse("cannot write", written < 0 ? errno : ENOSPC);
-    piece.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return {};
+Status AtomicFile::Writer::write_collected() {
+  if (collected_.empty()) return {};
+  const int error = behind_->write(collected_);
+  collected_.reserve(kCollected);
+  return error == 0 ? Status() : refuse("cannot write", error);
+}
+
+/// Behind everything collected.
+Status AtomicFile::Writer::write_directly(std::string_view piece) {
+  if (Status status = write_collected(); !status) return status;
+  if (const int error = behind_->wait()) return refuse("cannot write", error);
+  const int error = write_whole(fd_.get(), piece);
+  return error == 0 ? Status() : refuse("cannot write", error);
 }
 
 Status AtomicFile::Writer::collect(std::string_view piece) {
-  if (collected_.size() + piece.size() > kCollected) {
-    Status status = write_all(collected_);
-    collected_.clear();
-    if (!status) return status;
-    if (piece.size() > kCollected) return write_all(piece);
-  }
+  if (piece.size() > kCollected) return write_directly(piece);
+  if (collected_.size() + piece.size() > kCollected)
+    if (Status status = write_collected(); !status) return status;
   collected_ += piece;
   return {};
 }
@@ -272,9 +281,7 @@ Status AtomicFile::Writer::collect(std::string_view piece) {
 Status AtomicFile::Writer::flush_span() {
   Span span = std::exchange(span_, {});
   if (span.length < kKernelCopy) return collect({span.data, span.length});
-  Status status = write_all(collected_);
-  collected_.clear();
-  if (!status) return status;
+  if (Status status = write_directly({}); !status) return status;
   auto from = static_cast<off_t>(span.offset);
   while (span.length > 0) {
     const ssize_t copied = retried(
@@ -282,7 +289,7 @@ Status AtomicFile::Writer::flush_span() {
     // Its last pages are no longer there to be read from the mapping either.
     if (copied == 0) return failure_ = fail(shown_, "cannot write: the source was shortened");
     // Two file systems, or one that cannot; a true failure shows again in write.
-    if (copied < 0) return write_all({span.data, span.length});
+    if (copied < 0) return write_directly({span.data, span.length});
     span.data += copied;
     span.length -= static_cast<std::size_t>(copied);
   }
@@ -292,9 +299,7 @@ Status AtomicFile::Writer::flush_span() {
 Status AtomicFile::Writer::flush() {
   if (!failure_) return failure_;
   if (Status status = flush_span(); !status) return status;
-  Status status = write_all(collected_);
-  collected_.clear();
-  return status;
+  return write_directly({});
 }
 
 Status AtomicFile::Writer::append(std::string_view piece) {
