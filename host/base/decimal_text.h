@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string_view>
@@ -49,8 +50,7 @@ template <class String>
 void append_ascii(String& out, std::string_view ascii) {
   const std::size_t size = out.size();
   out.resize(size + ascii.size());
-  for (std::size_t i = 0; i < ascii.size(); ++i)
-    out[size + i] = static_cast<typename String::value_type>(ascii[i]);
+  std::copy(ascii.begin(), ascii.end(), out.data() + size);
 }
 
 /// Appends the number with so many decimals.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -58,6 +59,22 @@ struct LessNoCase {
     return compare_folded(a, b) < 0;
   }
   bool operator()(std::string_view a, std::string_view b) const { return compare_folded(a, b) < 0; }
+};
+
+/// For hashed tables by names: std::unordered_map<std::wstring, T, HashNoCase, EqualNoCase>. Finds
+/// by view without a copy.
+struct HashNoCase {
+  using is_transparent = void;
+  std::size_t operator()(std::wstring_view text) const {
+    std::uint64_t hash = text.size();
+    for (const wchar_t c : text)
+      hash = (hash ^ static_cast<std::uint32_t>(fold_ascii(c))) * 0x9E3779B97F4A7C15u;
+    return static_cast<std::size_t>(hash ^ hash >> 32);
+  }
+};
+struct EqualNoCase {
+  using is_transparent = void;
+  bool operator()(std::wstring_view a, std::wstring_view b) const { return equal_no_case(a, b); }
 };
 
 }  // namespace cad

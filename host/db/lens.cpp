@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/dxf/extended_begin.h"
 #include "host/dxf/text.h"
 
 namespace cad {
@@ -136,6 +137,8 @@ std::optional<Lens::Group> Lens::group(std::string_view name) const {
 }
 
 std::size_t Lens::extended_data() const {
+  if (!dialect_.binary)
+    if (const auto begin = dxf::extended_data_begin(bytes_)) return *begin;
   dxf::TagReader tags(bytes_, dialect_);
   dxf::Tag tag;
   std::size_t end = 0;

@@ -1,10 +1,11 @@
 #include "host/dxf/tag_writer.h"
 
-#include <array>
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 
 #include "host/base/numbers.h"
+#include "host/dxf/plain_text.h"
 #include "host/dxf/short_lines.h"
 #include "host/dxf/text.h"
 
@@ -37,59 +38,28 @@ std::size_t integer_width(int code) {
   return 0;
 }
 
-/// The lines of a tag being put together, for the values that need no respelling: nearly all.
-class LinePair {
- public:
-  /// Longer values do without.
-  static constexpr std::size_t kLongestValue = 100;
-
-  /// `code` has up to four columns.
-  LinePair(int code, const Dialect& dialect) : crlf_(dialect.crlf) {
-    const auto number = static_cast<std::uint32_t>(code);
-    const bool four = number >= 1000;
-    put_columns(kThreeColumns[four ? number / 10 : number]);
-    if (four) put(static_cast<char>('0' + number % 10));
-    end_line();
-  }
-  void put(char c) { *to_++ = c; }
-  void put(std::string_view value) {
-    std::memcpy(to_, value.data(), value.size());
-    to_ += value.size();
-  }
-  /// False when a character needs respelling.
-  bool put_plain(std::wstring_view value) {
-    bool plain = true;
-    for (const wchar_t c : value) {
-      plain &= is_plain_character(c);
-      put(static_cast<char>(c));
-    }
-    return plain;
-  }
-  void put(std::int64_t value, std::size_t width) {
-    char digits[24];
-    const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
-    const auto length = static_cast<std::size_t>(end - digits);
-    for (std::size_t i = length; i < width; ++i) put(' ');
-    put(std::string_view(digits, length));
-  }
-  void end_line() {
-    if (crlf_) put('\r');
-    put('\n');
-  }
-  void append_to(std::string& out) const {
-    out.append(text_.data(), static_cast<std::size_t>(to_ - text_.data()));
-  }
-
- private:
-  void put_columns(std::uint32_t three) {
-    std::memcpy(to_, &three, sizeof three);
-    to_ += 3;
-  }
-
-  std::array<char, kLongestValue + 12> text_;
-  char* to_ = text_.data();
-  bool crlf_;
-};
+/// Puts both lines of a tag behind `out`, the value left open: returns where its `size` bytes go.
+/// `code` has up to four columns.
+char* put_line_pair(std::string& out, int code, std::size_t size, bool crlf) {
+  const auto number = static_cast<std::uint32_t>(code);
+  const bool four = number >= 1000;
+  const std::size_t begin = out.size();
+  out.resize(begin + (four ? 4 : 3) + size + (crlf ? 4 : 2));
+  char* to = out.data() + begin;
+  const auto end_line = [&] {
+    if (crlf) *to++ = '\r';
+    *to++ = '\n';
+  };
+  const std::uint32_t columns = kThreeColumns[four ? number / 10 : number];
+  std::memcpy(to, &columns, sizeof columns);  // the fourth is written over
+  to += 3;
+  if (four) *to++ = static_cast<char>('0' + number % 10);
+  end_line();
+  char* const value = to;
+  to += size;
+  end_line();
+  return value;
+}
 
 bool is_plain(std::string_view bytes) {
   for (const char c : bytes) {
@@ -129,12 +99,10 @@ void TagWriter::end_value() {
 }
 
 void TagWriter::text(int code, std::wstring_view value) {
-  if (fits_line_pair(code) && value.size() <= LinePair::kLongestValue) {
-    LinePair lines(code, dialect_);
-    if (lines.put_plain(value)) {
-      lines.end_line();
-      return lines.append_to(out_);
-    }
+  if (fits_line_pair(code)) {
+    const std::size_t begin = out_.size();
+    if (narrow_plain_text(value, put_line_pair(out_, code, value.size(), dialect_.crlf))) return;
+    out_.resize(begin);
   }
   this->code(code);
   append_encoded(value, dialect_, out_);
@@ -142,11 +110,9 @@ void TagWriter::text(int code, std::wstring_view value) {
 }
 
 void TagWriter::raw(int code, std::string_view value) {
-  if (fits_line_pair(code) && value.size() <= LinePair::kLongestValue) {
-    LinePair lines(code, dialect_);
-    lines.put(value);
-    lines.end_line();
-    return lines.append_to(out_);
+  if (fits_line_pair(code)) {
+    value.copy(put_line_pair(out_, code, value.size(), dialect_.crlf), value.size());
+    return;
   }
   this->code(code);
   out_ += value;
@@ -156,10 +122,14 @@ void TagWriter::raw(int code, std::string_view value) {
 void TagWriter::integer(int code, std::int64_t value) {
   if (value_type(code) == ValueType::kReal) return real(code, static_cast<double>(value));
   if (fits_line_pair(code)) {
-    LinePair lines(code, dialect_);
-    lines.put(value, integer_width(code));
-    lines.end_line();
-    return lines.append_to(out_);
+    char digits[24];
+    const char* const end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+    const auto length = static_cast<std::size_t>(end - digits);
+    const std::size_t width = std::max(length, integer_width(code));
+    char* to = put_line_pair(out_, code, width, dialect_.crlf);
+    to = std::fill_n(to, width - length, ' ');
+    std::memcpy(to, digits, length);
+    return;
   }
   this->code(code);
   if (!dialect_.binary) {

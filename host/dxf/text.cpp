@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "host/base/codepage.h"
+#include "host/dxf/plain_text.h"
 
 namespace cad::dxf {
 namespace {
@@ -170,29 +171,21 @@ void append_text(std::wstring_view text, const Dialect& dialect, bool escape_mar
 }  // namespace
 
 void append_decoded(std::string_view bytes, const Dialect& dialect, std::wstring& out) {
-  bool escapes = false;
-  bool ascii = true;
-  for (const char c : bytes) {
-    escapes |= c == '^' || c == '\\';
-    ascii &= static_cast<signed char>(c) >= 0;
-  }
-  if (!escapes) {
-    if (ascii) {
-      out.append(bytes.begin(), bytes.end());
-    } else {
-      decode_append(bytes, dialect.code_page, out);
-    }
-    return;
-  }
-  append_unescaped(decode(bytes, dialect.code_page), out);
+  const std::size_t begin = out.size();
+  out.resize(begin + bytes.size());
+  if (widen_plain_bytes(bytes, out.data() + begin)) return;
+  out.resize(begin);
+  if (bytes.find_first_of("^\\") == bytes.npos)
+    decode_append(bytes, dialect.code_page, out);
+  else
+    append_unescaped(decode(bytes, dialect.code_page), out);
 }
 
 void append_encoded(std::wstring_view text, const Dialect& dialect, std::string& out) {
   const std::size_t begin = out.size();
-  if (is_plain_text(text)) {
-    out.append(text.begin(), text.end());
-    return;
-  }
+  out.resize(begin + text.size());
+  if (narrow_plain_text(text, out.data() + begin)) return;
+  out.resize(begin);
   append_text(text, dialect, false, out);
   if (std::none_of(text.begin(), text.end(), is_mark)) return;
   // A byte that was no character by itself may become one with what now follows it.

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -8,25 +7,6 @@
 #include "host/dxf/dialect.h"
 
 namespace cad::dxf {
-
-inline constexpr auto kPlainCharacters = [] {
-  std::array<bool, 0x80> plain{};
-  for (std::size_t c = ' '; c < 0x7F; ++c) plain[c] = c != '^' && c != '\\';
-  return plain;
-}();
-
-/// Whether a character is its own byte in every drawing.
-inline bool is_plain_character(wchar_t c) {
-  const auto index = static_cast<std::size_t>(c);
-  return index < kPlainCharacters.size() && kPlainCharacters[index];
-}
-
-/// Whether a text's characters are their own bytes in every drawing: nearly every text is so.
-inline bool is_plain_text(std::wstring_view text) {
-  bool plain = true;
-  for (const wchar_t c : text) plain &= is_plain_character(c);
-  return plain;
-}
 
 /// Text of a tag between its bytes in the file and characters.
 ///

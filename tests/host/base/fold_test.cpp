@@ -4,6 +4,8 @@
 
 #include <map>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 
 namespace cad {
 namespace {
@@ -11,6 +13,21 @@ namespace {
 TEST(Fold, LatinLettersAreEqualInEitherCase) {
   EXPECT_TRUE(equal_no_case(L"PIPE_LEN", L"pipe_Len"));
   EXPECT_TRUE(equal_no_case("AcDbText", "ACDBTEXT"));
+}
+
+TEST(Fold, AHashedTableFindsNamesByViewInEitherCase) {
+  std::unordered_map<std::wstring, int, HashNoCase, EqualNoCase> names;
+  names.emplace(L"Standard", 1);
+  names.emplace(L"管线", 2);
+  EXPECT_FALSE(names.emplace(L"STANDARD", 3).second);
+  const auto found = [&](std::wstring_view name) {
+    const auto at = names.find(name);
+    return at == names.end() ? 0 : at->second;
+  };
+  EXPECT_EQ(found(L"sTANDARD"), 1);
+  EXPECT_EQ(found(L"管线"), 2);
+  EXPECT_EQ(found(L"Standar"), 0);
+  EXPECT_EQ(found(L"Standard "), 0);
 }
 
 TEST(Fold, NothingElseIsFolded) {
