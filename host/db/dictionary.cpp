@@ -326,7 +326,9 @@ void AcDbDictionary::file_entry(std::wstring_view key, std::uint64_t handle) {
   // In front of the entry that follows in order, where the file keeps its entries in order.
   const bool last = at == decoded.sorted.size();
   const Survey place = survey(content(), dialect(), last ? L"" : decoded.sorted[at].key);
+  constexpr std::size_t kAroundKey = 32;
   std::string pair;
+  pair.reserve(key.size() + kAroundKey);
   cad::dxf::TagWriter writer(pair, dialect());
   if (place.lacks_part) writer.raw(100, kPart);
   writer.text(3, key);

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "host/base/file.h"
+#include "host/base/fold.h"
 #include "host/base/result.h"
 #include "host/db/class_table.h"
 #include "host/db/database.h"
@@ -281,7 +282,8 @@ class Drawing {
   std::optional<std::uint64_t> model_space_;
   std::vector<std::size_t> added_entities_;
   Stub* made_root_ = nullptr;  // the root dictionary of a file without objects
-  std::map<std::string, std::unordered_map<std::wstring, std::size_t>, std::less<>> table_names_;
+  using TableNames = std::unordered_map<std::wstring, std::size_t, HashNoCase, EqualNoCase>;
+  std::map<std::string, TableNames, std::less<>> table_names_;
   std::optional<std::vector<std::wstring>> locked_layers_;  // folded names
   std::optional<std::vector<CustomClass>> classes_;
   struct DeclaredClass {

@@ -53,7 +53,7 @@ void Drawing::add_to_table(Table& table, const Stub& record, std::wstring_view n
   table.added.push_back(index);
   const auto names = table_names_.find(table.name);
   // The name may be that of an erased record.
-  if (names != table_names_.end()) names->second.insert_or_assign(folded(name), index);
+  if (names != table_names_.end()) names->second.insert_or_assign(std::wstring(name), index);
   if (table.name == "LAYER") locked_layers_.reset();
   if (table.name == "BLOCK_RECORD") model_space_.reset();
   current_properties_.reset();
@@ -92,16 +92,16 @@ void Drawing::record_turned(const Stub& stub) {
 Stub* Drawing::table_record(std::string_view table_name, std::wstring_view name) {
   auto names = table_names_.find(table_name);
   if (names == table_names_.end()) {
-    names = table_names_.emplace(table_name, std::unordered_map<std::wstring, std::size_t>()).first;
+    names = table_names_.emplace(table_name, TableNames()).first;
     for (const Table& table : tables_) {
       if (table.name != table_name) continue;
       for (const std::size_t index : table_records(table)) {
         const auto bytes = bytes_of(stubs_[index]);
-        names->second.try_emplace(folded(record_name(bytes, dialect_)), index);
+        names->second.try_emplace(record_name(bytes, dialect_), index);
       }
     }
   }
-  const auto found = names->second.find(folded(name));
+  const auto found = names->second.find(name);
   if (found == names->second.end()) return nullptr;
   Stub& stub = stubs_[found->second];
   return stub.erased() ? nullptr : &stub;

@@ -58,9 +58,12 @@ bool may_carry(cad::Drawing* drawing, std::wstring_view application) {
   return !drawing || !drawing->table("APPID") || drawing->table_record("APPID", application);
 }
 
+/// No tag is spelled so short that a smaller record could hold too much.
+constexpr std::size_t kSurelyFits = cad::kMostExtendedData / 3;
+
 /// Whether a record with these bytes would hold more extended data than may be.
 bool exceeds(std::string_view record, const cad::dxf::Dialect& dialect) {
-  if (record.size() < cad::kMostExtendedData / 3) return false;  // no tag is spelled that short
+  if (record.size() < kSurelyFits) return false;
   const std::size_t begin = cad::Lens(record, dialect).extended_data();
   return cad::extended_size(record.substr(begin), dialect) > cad::kMostExtendedData;
 }
@@ -82,16 +85,18 @@ Acad::ErrorStatus AcDbObject::setXData(const resbuf* chain) {
   if (!chain || chain->restype != kApplication) return Acad::eInvalidResBuf;
   cad::Drawing* const drawing = stub_ ? &cad::StubStore::drawing_of(*stub_) : nullptr;
   int depth = 0;
+  constexpr std::size_t kUsualSize = 64;
   std::string added;
+  added.reserve(kUsualSize);
   cad::dxf::TagWriter writer(added, dialect());
-  std::vector<std::wstring> named;
+  std::vector<std::wstring_view> named;
   for (const resbuf* buffer = chain; buffer; buffer = buffer->rbnext) {
     if (!is_extended_code(buffer->restype)) return Acad::eInvalidResBuf;
     const bool is_text = cad::dxf::value_type(buffer->restype) == cad::dxf::ValueType::kText;
     const std::wstring_view text = is_text && buffer->resval.rstring ? buffer->resval.rstring : L"";
     if (buffer->restype == kApplication) {
       if (depth != 0 || text.empty()) return Acad::eInvalidResBuf;
-      named.emplace_back(text);
+      named.push_back(text);
       const bool removes = !buffer->rbnext || buffer->rbnext->restype == kApplication;
       if (removes) continue;
       if (!may_carry(drawing, text)) return Acad::eRegappIdNotFound;
@@ -105,10 +110,16 @@ Acad::ErrorStatus AcDbObject::setXData(const resbuf* chain) {
     if (!cad::write_buffer(*buffer, writer)) return Acad::eInvalidResBuf;
   }
   if (depth != 0) return Acad::eInvalidResBuf;
+  const std::vector<Run> runs = runs_of(content(), dialect());
+  if (runs.empty() && content().size() + added.size() < kSurelyFits) {
+    if (added.empty()) return Acad::eOk;
+    writable_content() += added;
+    content_changed();
+    return Acad::eOk;
+  }
   std::string tags(content());
-  const std::vector<Run> runs = runs_of(tags, dialect());
   for (auto run = runs.rbegin(); run != runs.rend(); ++run) {
-    for (const std::wstring& name : named) {
+    for (const std::wstring_view name : named) {
       if (!cad::equal_no_case(run->application, name)) continue;
       tags.erase(run->begin, run->end - run->begin);
       break;

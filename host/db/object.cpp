@@ -8,6 +8,7 @@
 #include "host/db/drawing.h"
 #include "host/db/lens.h"
 #include "host/db/object_access.h"
+#include "host/db/record.h"
 
 PN_RX_DEFINE(AcDbObject, AcRxObject, L"")
 
@@ -190,6 +191,11 @@ AcDbObjectId AcDbObject::extensionDictionary() const {
   return stub_ ? AcDbObjectId(extension_of(StubStore::drawing_of(*stub_), *stub_)) : AcDbObjectId();
 }
 
+AcDbObjectId cad::extension_dictionary(AcDbObjectId id) {
+  if (id.isNull()) return id;
+  return AcDbObjectId(extension_of(StubStore::drawing_of(*id.stub()), *id.stub()));
+}
+
 Acad::ErrorStatus AcDbObject::createExtensionDictionary() {
   if (!stub_) return Acad::eNotInDatabase;
   if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
@@ -213,7 +219,9 @@ Acad::ErrorStatus AcDbObject::createExtensionDictionary() {
   LensWriter writer(tags, dialect());
   if (const auto stale = lens.group(kExtensionGroup)) writer.remove(stale->begin, stale->end);
   const std::size_t place = Lens(tags, dialect()).behind_handle();
+  constexpr std::size_t kGroupSize = 64;
   std::string group;
+  group.reserve(kGroupSize);
   cad::dxf::TagWriter text(group, dialect());
   text.raw(102, kExtensionGroup);
   text.handle(360, made.handle);
@@ -299,12 +307,16 @@ const cad::dxf::Dialect& AcDbObject::dialect() const {
 }
 
 void AcDbObject::spell() {
-  // Written where there is room, then kept in what it takes: a drawing holds millions.
-  std::string tags;
-  tags.reserve(512);
+  // Room for a short text with the extended data that most of them get; what needs much less is
+  // kept in what it takes, for a drawing holds millions.
+  constexpr std::size_t kUsualSize = 360;
+  constexpr std::size_t kMostRoom = 160;
+  auto tags = std::make_unique<std::string>();
+  tags->reserve(kUsualSize);
   const std::unique_ptr<cad::NewTags> fresh = std::move(fresh_);
-  fresh->spell(tags, dialect(), stub_ ? stub_->handle : 0, stub_ ? stub_->owner : 0);
-  owned_ = with_room(tags);
+  fresh->spell(*tags, dialect(), stub_ ? stub_->handle : 0, stub_ ? stub_->owner : 0);
+  const bool fits = tags->capacity() - tags->size() <= kMostRoom;
+  owned_ = fits ? std::move(tags) : with_room(*tags);
   data_ = owned_->data();
   size_ = static_cast<std::uint32_t>(owned_->size());
 }

@@ -12,8 +12,8 @@ AcDbHandle::AcDbHandle(const ACHAR* text)
 
 bool AcDbHandle::getIntoAsciiBuffer(ACHAR* buffer) const {
   if (!buffer) return false;
-  const std::wstring text = cad::handle_text(value_);
-  std::copy(text.c_str(), text.c_str() + text.size() + 1, buffer);
+  const cad::HandleDigits digits(value_);
+  *std::copy(digits.view().begin(), digits.view().end(), buffer) = L'\0';
   return true;
 }
 

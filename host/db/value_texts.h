@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,11 +25,22 @@ class ValueTexts {
   }
   /// The values of an object that is open, in place of those read before. eNotOpenForRead.
   Acad::ErrorStatus read(const AcDbXrecord& record);
+  /// Those of one that need not be open, and is not opened: see record.h. eNullObjectId,
+  /// eWasErased, eNotThatKindOfClass, eWasOpenForWrite.
+  Acad::ErrorStatus read(AcDbObjectId record);
   void clear();
 
  private:
+  void read(std::string_view bytes, const dxf::Dialect& dialect);
+
   std::wstring text_;                  // each with a null behind it
   std::vector<std::uint32_t> begins_;  // in text_
 };
+
+/// Stores texts as the values of an xrecord, each with that group code: what setFromRbChain() does
+/// with a chain of such texts, without a buffer for every one. A text ends at its first null.
+/// eNotOpenForWrite; eInvalidDxfCode of a code that is not that of a text.
+Acad::ErrorStatus set_value_texts(AcDbXrecord& record, short code,
+                                  std::span<const std::wstring_view> texts);
 
 }  // namespace cad

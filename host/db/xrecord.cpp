@@ -6,6 +6,7 @@
 #include "host/db/database.h"
 #include "host/db/drawing.h"
 #include "host/db/object_access.h"
+#include "host/db/record.h"
 #include "host/db/value_texts.h"
 #include "host/dxf/text.h"
 
@@ -90,8 +91,23 @@ void cad::ValueTexts::clear() {
 Acad::ErrorStatus cad::ValueTexts::read(const AcDbXrecord& record) {
   clear();
   if (!record.isReadEnabled()) return Acad::eNotOpenForRead;
-  const std::string_view bytes = ObjectAccess::content(record);
-  const dxf::Dialect& dialect = ObjectAccess::dialect(record);
+  read(ObjectAccess::content(record), ObjectAccess::dialect(record));
+  return Acad::eOk;
+}
+
+Acad::ErrorStatus cad::ValueTexts::read(AcDbObjectId record) {
+  clear();
+  if (record.isNull()) return Acad::eNullObjectId;
+  if (record.isErased()) return Acad::eWasErased;
+  if (record_kind(record) != "XRECORD") return Acad::eNotThatKindOfClass;
+  const AcDbObject* const object = record.stub()->object;
+  if (object && object->isWriteEnabled()) return Acad::eWasOpenForWrite;
+  const RecordTags tags = record_tags(record);
+  read(tags.bytes, *tags.dialect);
+  return Acad::eOk;
+}
+
+void cad::ValueTexts::read(std::string_view bytes, const dxf::Dialect& dialect) {
   const std::size_t begin = values_begin(bytes, dialect);
   constexpr std::size_t kUsualValues = 64;
   text_.reserve(bytes.size() - begin);
@@ -115,23 +131,50 @@ Acad::ErrorStatus cad::ValueTexts::read(const AcDbXrecord& record) {
     if (const std::size_t end = text_.find(L'\0', text); end != text_.npos) text_.resize(end);
     text_ += L'\0';
   }
+}
+
+namespace {
+
+/// Puts what `write` writes in the place of the values, which takes about `size` bytes.
+template <class Write>
+Acad::ErrorStatus replace_values(AcDbXrecord& record, std::size_t size, Write write) {
+  if (!record.isWriteEnabled()) return Acad::eNotOpenForWrite;
+  const std::string_view before = cad::ObjectAccess::content(record);
+  const cad::dxf::Dialect& dialect = cad::ObjectAccess::dialect(record);
+  const std::size_t begin = values_begin(before, dialect);
+  const std::size_t end = values_end(before, dialect, begin);
+  std::string after;
+  after.reserve(before.size() + size);
+  after.append(before.substr(0, begin));
+  cad::dxf::TagWriter writer(after, dialect);
+  if (const Acad::ErrorStatus written = write(writer); written != Acad::eOk) return written;
+  after.append(before.substr(end));
+  cad::ObjectAccess::replace_content(record, std::move(after));
   return Acad::eOk;
 }
 
+}  // namespace
+
 Acad::ErrorStatus AcDbXrecord::setFromRbChain(const resbuf& chain, AcDbDatabase*) {
-  if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
-  const std::string_view before = content();
-  const std::size_t begin = values_begin(before, dialect());
-  const std::size_t end = values_end(before, dialect(), begin);
-  std::string after;
-  after.reserve(before.size() + 256);
-  after.append(before.substr(0, begin));
-  cad::dxf::TagWriter writer(after, dialect());
-  for (const resbuf* value = &chain; value && value->restype != RTNONE; value = value->rbnext) {
-    if (!is_value_code(value->restype)) return Acad::eInvalidDxfCode;
-    if (!cad::write_buffer(*value, writer)) return Acad::eInvalidResBuf;
-  }
-  after.append(before.substr(end));
-  cad::ObjectAccess::replace_content(*this, std::move(after));
-  return Acad::eOk;
+  constexpr std::size_t kUsualSize = 256;
+  return replace_values(*this, kUsualSize, [&](cad::dxf::TagWriter& writer) {
+    for (const resbuf* value = &chain; value && value->restype != RTNONE; value = value->rbnext) {
+      if (!is_value_code(value->restype)) return Acad::eInvalidDxfCode;
+      if (!cad::write_buffer(*value, writer)) return Acad::eInvalidResBuf;
+    }
+    return Acad::eOk;
+  });
+}
+
+Acad::ErrorStatus cad::set_value_texts(AcDbXrecord& record, short code,
+                                       std::span<const std::wstring_view> texts) {
+  if (!is_value_code(code) || buffer_value(code) != BufferValue::kString)
+    return Acad::eInvalidDxfCode;
+  constexpr std::size_t kAroundText = 6;
+  std::size_t size = 0;
+  for (const std::wstring_view text : texts) size += text.size() + kAroundText;
+  return replace_values(record, size, [&](dxf::TagWriter& writer) {
+    for (const std::wstring_view text : texts) writer.text(code, text.substr(0, text.find(L'\0')));
+    return Acad::eOk;
+  });
 }

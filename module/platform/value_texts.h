@@ -4,6 +4,7 @@
 
 namespace dim {
 
+using cad::set_value_texts;
 using cad::ValueTexts;
 
 }  // namespace dim

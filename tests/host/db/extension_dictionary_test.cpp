@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "host/db/arxdbg_utils.h"
+#include "host/db/record.h"
 #include "tests/host/db/plan.h"
 
 namespace {
@@ -28,6 +29,7 @@ class ExtensionDictionary : public DrawingTest {
     AcDbObject* object = opened(handle);
     const AcDbObjectId found = object->extensionDictionary();
     object->close();
+    EXPECT_EQ(cad::extension_dictionary(id(handle)), found) << "the same without opening it";
     return found;
   }
 };

@@ -57,6 +57,24 @@ TEST_P(Lossless, SavedUnchangedItIsTheSameFile) {
   EXPECT_EQ(database().save_bytes(), bytes);
 }
 
+TEST_P(Lossless, WhatIsReadWithoutOpeningIsWhatTheOpenObjectSays) {
+  given(file());
+  database().for_each_object([&](AcDbObjectId each) {
+    AcDbObject* object = opened(each);
+    std::optional<std::wstring> text;
+    ACHAR* shown = nullptr;
+    if (const auto* line = AcDbText::cast(object))
+      shown = line->textString();
+    else if (const auto* lines = AcDbMText::cast(object))
+      shown = lines->contents();
+    if (shown) text = shown;
+    acutDelString(shown);
+    EXPECT_EQ(cad::stored_text(each), text) << each.handle().value();
+    EXPECT_EQ(cad::extension_dictionary(each), object->extensionDictionary());
+    object->close();
+  });
+}
+
 TEST_P(Lossless, OpeningEveryObjectChangesNothing) {
   const std::string bytes = file();
   given(bytes);

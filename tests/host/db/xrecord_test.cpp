@@ -31,8 +31,11 @@ class Xrecord : public DrawingTest {
   }
   /// The texts read without a chain are those of the chain.
   static void expect_texts(const AcDbXrecord& record, const resbuf* chain) {
-    cad::ValueTexts texts;
+    cad::ValueTexts texts, unopened;
     EXPECT_EQ(texts.read(record), Acad::eOk);
+    EXPECT_EQ(unopened.read(record.objectId()), Acad::eOk);
+    ASSERT_EQ(unopened.size(), texts.size());
+    for (std::size_t i = 0; i < texts.size(); ++i) EXPECT_EQ(unopened[i], texts[i]);
     std::size_t value = 0;
     for (; chain; chain = chain->rbnext, ++value) {
       ASSERT_LT(value, texts.size());
@@ -58,6 +61,51 @@ TEST_F(Xrecord, BeforeR2000ThereIsNoCloningFlag) {
   const std::uint64_t handle = made.handle();
   reopened();
   EXPECT_THAT(values(handle), ElementsAre("1 x"));
+}
+
+TEST_F(Xrecord, TextsAreStoredAsAChainOfThemWouldBe) {
+  const std::wstring_view texts[] = {L"DN300", L"", L"管径 ^ \\U+0041", L"  blanks  ",
+                                     std::wstring_view(L"up to\0here", 10)};
+  for (const Form form : kFormsWithDictionaries) {
+    SCOPED_TRACE(form_name(form));
+    given_plan(form);
+    const cad::ResbufChain chain(acutBuildList(1, L"DN300", 1, L"", 1, L"管径 ^ \\U+0041", 1,
+                                               L"  blanks  ", 1, L"up to", 0));
+    EXPECT_EQ(set(0x51, chain.get()), Acad::eOk);
+    const std::string as_chain = database().save_bytes();
+    given_plan(form);
+    auto* record = opened<AcDbXrecord>(0x51, AcDb::kForWrite);
+    EXPECT_EQ(cad::set_value_texts(*record, 1, texts), Acad::eOk);
+    record->close();
+    EXPECT_EQ(database().save_bytes(), as_chain);
+  }
+}
+
+TEST_F(Xrecord, TextsWantAWriterAndTheCodeOfAText) {
+  const std::wstring_view text = L"x";
+  const std::string before = database().save_bytes();
+  auto* record = opened<AcDbXrecord>(0x51);
+  EXPECT_EQ(cad::set_value_texts(*record, 1, {&text, 1}), Acad::eNotOpenForWrite);
+  record->close();
+  record = opened<AcDbXrecord>(0x51, AcDb::kForWrite);
+  for (const short code : {short{5}, short{70}, short{40}, short{1000}, short{-1}})
+    EXPECT_EQ(cad::set_value_texts(*record, code, {&text, 1}), Acad::eInvalidDxfCode) << code;
+  record->close();
+  EXPECT_EQ(database().save_bytes(), before);
+}
+
+TEST_F(Xrecord, WhatCannotBeReadWithoutOpeningSaysWhy) {
+  cad::ValueTexts texts;
+  EXPECT_EQ(texts.read(AcDbObjectId()), Acad::eNullObjectId);
+  EXPECT_EQ(texts.read(id(0x2F)), Acad::eNotThatKindOfClass);
+  auto* record = opened<AcDbXrecord>(0x51, AcDb::kForWrite);
+  EXPECT_EQ(texts.read(id(0x51)), Acad::eWasOpenForWrite);
+  record->close();
+  EXPECT_EQ(texts.read(id(0x51)), Acad::eOk);
+  EXPECT_NE(texts.size(), 0u);
+  erase(0x51);
+  EXPECT_EQ(texts.read(id(0x51)), Acad::eWasErased);
+  EXPECT_EQ(texts.size(), 0u);
 }
 
 TEST_F(Xrecord, EveryKindOfValueComesBackInEveryForm) {
