@@ -31,6 +31,11 @@ Labelling::Labelling(ToolOptions options) : tool_(with_labeler(std::move(options
   cad::set_console([this](std::string_view text) { printed_ += text; });
 }
 
+AcApDocument* Labelling::open(const std::string& path, bool for_writing, ExitStatus& status) {
+  if (drawing_) tool_.host().close(std::exchange(drawing_, nullptr));
+  return drawing_ = tool_.open(path, for_writing, status);
+}
+
 cad::Result<cad::lisp::Value> Labelling::call(AcApDocument* drawing,
                                               const std::string& expression) {
   const InterruptScope interrupts(tool_.host());

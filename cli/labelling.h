@@ -19,11 +19,8 @@ class Labelling {
   Labelling(const Labelling&) = delete;
   Labelling& operator=(const Labelling&) = delete;
 
-  /// As Tool::open().
-  AcApDocument* open(const std::string& path, bool for_writing, ExitStatus& status) {
-    return tool_.open(path, for_writing, status);
-  }
-  void close(AcApDocument* drawing) { tool_.host().close(drawing); }
+  /// As Tool::open(), after closing the drawing opened before. The last one is closed at the end.
+  AcApDocument* open(const std::string& path, bool for_writing, ExitStatus& status);
   /// Evaluates a call of the module; Ctrl-C makes it an error.
   cad::Result<cad::lisp::Value> call(AcApDocument* drawing, const std::string& expression);
   /// The lines that the module has printed since the last time.
@@ -35,6 +32,7 @@ class Labelling {
 
  private:
   Tool tool_;
+  AcApDocument* drawing_ = nullptr;
   std::string printed_;
 };
 

@@ -93,6 +93,7 @@ Tool::Tool(const ToolOptions& options) : options_(options) {
     std::fwrite(text.data(), 1, text.size(), stdout);
     if (!text.empty()) at_line_start_ = text.back() == '\n';
   });
+  host_.end_with_process();
   host_.set_alerts(complain);
   host_.set_input(read_input_line, /*echo=*/!::isatty(STDIN_FILENO));
   host_.set_step_limit(options.step_limit);

@@ -198,7 +198,6 @@ class Updating {
     AcApDocument* const drawing = labelling_.open(path, for_writing, outcome.status);
     if (!drawing) return outcome;
     update(drawing, outcome);
-    labelling_.close(drawing);
     return outcome;
   }
 

@@ -40,6 +40,12 @@ void tell_alert(const std::wstring& text) {
   if (alert_sink()) alert_sink()(to_utf8(text));
 }
 
+/// What Memory::kLeft left: nothing is lost, so that leak checkers have nothing to tell.
+std::vector<AcDbDatabase*>& left_databases() {
+  static auto* const databases = new std::vector<AcDbDatabase*>;
+  return *databases;
+}
+
 std::wstring title_of(std::string_view path) { return from_utf8(path.substr(path.rfind('/') + 1)); }
 
 /// A forgotten close() keeps the object locked: worth a line to whoever looks for the fault.
@@ -74,7 +80,8 @@ Host::Host() {
 
 Host::~Host() {
   Modules::instance().broadcast(AcRx::kQuitMsg);
-  while (acDocManager->documentCount() > 0) close(acDocManager->documents().back());
+  const Memory memory = ends_with_process_ ? Memory::kLeft : Memory::kFreed;
+  while (acDocManager->documentCount() > 0) close(acDocManager->documents().back(), memory);
   Modules::instance().unload_all();
   acdbHostApplicationServices()->alert = nullptr;
   user_input() = {};
@@ -155,7 +162,9 @@ AcApDocument* Host::new_drawing() {
   return adopt(std::move(document));
 }
 
-void Host::close(AcApDocument* document) {
+void Host::close(AcApDocument* document) { close(document, Memory::kFreed); }
+
+void Host::close(AcApDocument* document, Memory of_database) {
   AcApDocManager& manager = *acDocManagerPtr();
   if (manager.setCurDocument(document) != Acad::eOk) return;
   Modules::instance().unload_drawing(*document);
@@ -166,6 +175,7 @@ void Host::close(AcApDocument* document) {
   manager.current_ = nullptr;
   acdbHostApplicationServices()->setWorkingDatabase(nullptr);
   const std::wstring file_name = document->file_name_;
+  if (of_database == Memory::kLeft) left_databases().push_back(document->database_.release());
   delete document;
   manager.tell_destroyed(file_name.c_str());
   if (!manager.documents_.empty()) manager.setCurDocument(manager.documents_.back());

@@ -109,15 +109,23 @@ class Host {
   /// Receives what the host has to tell its user besides the command line: one line, no line end.
   void set_alerts(std::function<void(std::string_view)> sink);
 
+  /// The process ends soon after this host. Drawings that are open at its end are closed as ever,
+  /// but the memory of their databases is left to the system, which takes it back at once: objects
+  /// by the million need not be taken apart.
+  void end_with_process() { ends_with_process_ = true; }
+
  private:
   AcApDocument* adopt(std::unique_ptr<AcApDocument> document);
   Result<AcApDocument*> open(const std::string& name,
                              const std::function<Status(AcApDocument&)>& read);
   template <class Run>
   Result<lisp::Value> run(AcApDocument* document, Run&& run);
+  enum class Memory { kFreed, kLeft };
+  void close(AcApDocument* document, Memory of_database);
 
   std::uint64_t step_limit_ = 0;
   bool call_trace_ = false;
+  bool ends_with_process_ = false;
   std::uint32_t untitled_ = 0;
   std::atomic<lisp::Interpreter*> running_ = nullptr;
   std::atomic<bool> interrupted_ = false;

@@ -1,5 +1,6 @@
 #include "host/app/documents.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -55,6 +56,29 @@ TEST_F(Documents, AddingOrRemovingTwiceIsHarmless) {
   acDocManager->removeReactor(&listener);
   host.close(acDocManager->curDocument());
   EXPECT_EQ(events.size(), 2U);
+}
+
+/// A host of its own, which ends with drawings open.
+Events events_at_the_end_of_a_host(bool with_process) {
+  Events events;
+  Listener listener(events);
+  {
+    cad::Host host;
+    if (with_process) host.end_with_process();
+    host.new_drawing();
+    host.new_drawing();
+    acDocManagerPtr()->addReactor(&listener);
+  }
+  EXPECT_EQ(acDocManager->documentCount(), 0);
+  EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(), nullptr);
+  acDocManagerPtr()->removeReactor(&listener);
+  return events;
+}
+
+TEST(DocumentsAtTheEnd, AreClosedAsEverWhenTheirMemoryIsLeftToTheSystem) {
+  const Events events = events_at_the_end_of_a_host(true);
+  EXPECT_EQ(events, events_at_the_end_of_a_host(false));
+  EXPECT_EQ(std::count(events.begin(), events.end(), "to be destroyed Drawing1"), 1);
 }
 
 TEST_F(Documents, AReactorMayLeaveWhileItIsTold) {
