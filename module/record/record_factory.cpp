@@ -3,7 +3,7 @@
 #include <memory>
 #include <new>
 
-#include "module/platform/objects.h"
+#include "module/platform/value_texts.h"
 #include "module/record/item_chain.h"
 #include "module/record/kt_exception.h"
 #include "module/record/record.h"
@@ -11,7 +11,7 @@
 namespace {
 
 // Where creating a record failed, as reported since the first release.
-enum FailedLine { kItemBuffers = 53, kRecord = 60, kRecordObject = 66, kStoring = 72 };
+enum FailedLine { kRecord = 60, kRecordObject = 66, kStoring = 72 };
 
 [[noreturn]] void fail_at(FailedLine line) { throw CKTException(0, L".\\DimRecFactory", line); }
 
@@ -19,23 +19,27 @@ enum FailedLine { kItemBuffers = 53, kRecord = 60, kRecordObject = 66, kStoring 
 
 resbuf* CDimRecFactory::CreateDimResbuf(const StuDim& item) { return dim::new_item(item); }
 
-CDimRecord* CDimRecFactory::CreateDimRec(const std::vector<StuDim>& items) { return create(items); }
+CDimRecord* CDimRecFactory::CreateDimRec(const std::vector<StuDim>& items) {
+  dim::ItemTexts texts;
+  for (const StuDim& item : items) texts.add(item);
+  return create(texts);
+}
 
-CDimRecord* CDimRecFactory::CreateDimRec(const StuDim& item) { return create({&item, 1}); }
+CDimRecord* CDimRecFactory::CreateDimRec(const StuDim& item) {
+  dim::ItemTexts texts;
+  texts.add(item);
+  return create(texts);
+}
 
-CDimRecord* CDimRecFactory::create(std::span<const StuDim> items) {
+/// Stores what the buffers of CreateDimResbuf() would, one item behind the other.
+CDimRecord* CDimRecFactory::create(const dim::ItemTexts& items) {
   try {
-    dim::ChainBuilder chain;
-    for (const StuDim& item : items) {
-      resbuf* buffers = CreateDimResbuf(item);
-      if (!buffers) fail_at(kItemBuffers);
-      chain.add(buffers);
-    }
     std::unique_ptr<CDimRecord> record(new (std::nothrow) CDimRecord);
     if (!record) fail_at(kRecord);
     record->record_object_ = new (std::nothrow) AcDbXrecord;
     if (!record->record_object_) fail_at(kRecordObject);
-    if (dim::store_chain(*record->record_object_, chain.head()) != Acad::eOk) fail_at(kStoring);
+    if (dim::set_value_texts(*record->record_object_, dim::kItemGroup, items.stored()) != Acad::eOk)
+      fail_at(kStoring);
     return record.release();
   } catch (const CKTException&) {
     return nullptr;

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <span>
 #include <vector>
 
 #include "module/platform/resbuf.h"
 #include "module/record/dim_item.h"
+#include "module/record/item_texts.h"
 
 class CDimRecord;
 
@@ -20,7 +20,6 @@ class CDimRecFactory : public CObject {
   /// equal names are all stored. Null on failure.
   CDimRecord* CreateDimRec(const std::vector<StuDim>& items);
   CDimRecord* CreateDimRec(const StuDim& item);
-
- private:
-  CDimRecord* create(std::span<const StuDim> items);
+  /// The same of items that others own.
+  CDimRecord* create(const dim::ItemTexts& items);
 };

@@ -1,16 +1,11 @@
 #include "module/record/stored_items.h"
 
-#include "module/platform/opened.h"
 #include "module/record/item_chain.h"
 #include "module/record/item_layout.h"
 
 namespace dim {
 
-Acad::ErrorStatus StoredItems::read(AcDbObjectId record) {
-  texts_.clear();
-  const Opened<AcDbXrecord> opened(record, AcDb::kForRead);
-  return opened ? texts_.read(*opened) : opened.status();
-}
+Acad::ErrorStatus StoredItems::read(AcDbObjectId record) { return texts_.read(record); }
 
 bool StoredItems::is_text(std::size_t item) const {
   return is_text_item(field(item, Field::posName), field(item, Field::posPrefix),

@@ -18,7 +18,8 @@ class StoredItems {
  public:
   using Field = CDimRecordIterator::EnDimPos;
 
-  /// Opens the record for reading. The status of the open call; without success there are no items.
+  /// Without opening the record. eNullObjectId, eWasErased, eNotThatKindOfClass, eWasOpenForWrite:
+  /// there are no items.
   Acad::ErrorStatus read(AcDbObjectId record);
   /// Of a record that is open; one that cannot be read has no items.
   void read(const AcDbXrecord& record) { texts_.read(record); }
