@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "labeler/list_heads.h"
+#include "labeler/cell_heads.h"
 #include "module/platform/geometry.h"
 
 namespace labeler {
@@ -15,8 +15,8 @@ class Areas {
   /// meeting it.
   explicit Areas(double cell) : cell_(cell) {}
   void add(const AcDbExtents& area);
-  /// Whether the rectangle meets an area; true of one whose numbers are not finite or that is too
-  /// large to be looked up.
+  /// Whether the rectangle meets an area, which several threads may ask; true of one whose numbers
+  /// are not finite or that is too large to be looked up.
   bool meet(const AcDbExtents& rectangle) const;
 
  private:
@@ -25,7 +25,7 @@ class Areas {
   bool for_each_cell(const AcDbExtents& rectangle, Visit visit) const;
 
   double cell_;
-  ListHeads cells_;  // those that are there have a head
+  CellHeads cells_;  // those that are there have a head
   bool all_ = false;
 };
 

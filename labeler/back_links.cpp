@@ -1,5 +1,8 @@
 #include "labeler/back_links.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "labeler/layout.h"
 #include "module/platform/drawing.h"
 #include "module/platform/opened.h"
@@ -16,11 +19,16 @@ constexpr short kApplicationGroup = 1001, kHandleGroup = 1005;
 constexpr int kText = 1, kStart = 10, kAlignment = 11, kHeight = 40, kWidthFactor = 41,
               kRotation = 50, kAcross = 72, kUp = 73;
 
+bool is_there(AcDbObjectId entity) {
+  return !entity.isNull() && !entity.isErased() && cad::is_entity(entity);
+}
+
 /// Handle of the owner that the entity names as a label of this module.
-std::optional<CString> linked_handle(const AcDbEntity& entity) {
-  const dim::ResbufChain data(entity.xData(kLabelApplication));
-  for (const resbuf* at = data.get(); at; at = at->rbnext)
-    if (at->restype == kHandleGroup && at->resval.rstring) return at->resval.rstring;
+std::optional<CString> linked_handle(AcDbObjectId entity) {
+  const cad::RecordTags record = cad::record_tags(entity);
+  cad::ExtendedTags data(record.bytes, *record.dialect, kLabelApplication);
+  for (cad::dxf::Tag tag; data.next(tag);)
+    if (tag.code == kHandleGroup) return cad::dxf::text_value(tag, *record.dialect);
   return std::nullopt;
 }
 
@@ -51,17 +59,17 @@ Acad::ErrorStatus link_to_owner(AcDbObjectId entity, AcDbObjectId owner) {
 }
 
 std::optional<BackLink> back_link_of(AcDbObjectId entity) {
-  dim::Opened<AcDbEntity> opened(entity, AcDb::kForRead);
-  std::optional<CString> handle = opened ? linked_handle(*opened) : std::nullopt;
+  std::optional<CString> handle = is_there(entity) ? linked_handle(entity) : std::nullopt;
   if (!handle) return std::nullopt;
   const AcDbObjectId owner = dim::object_of_handle(handle->c_str());
   return BackLink{*std::move(handle), !owner.isNull() && !owner.isErased()};
 }
 
-bool may_be_label_of(AcDbObjectId owner, const AcDbEntity& entity) {
+bool may_be_label_of(AcDbObjectId owner, AcDbObjectId entity) {
+  if (!is_there(entity)) return false;
   if (const std::optional<CString> handle = linked_handle(entity))
     return dim::object_of_handle(handle->c_str()) == owner;
-  return entity.objectId() != owner && !network::kind_of(entity.objectId());
+  return entity != owner && !network::kind_of(entity);
 }
 
 namespace {
@@ -82,27 +90,50 @@ std::optional<Box> box_of_text(const AcDbText& text) {
 
 }  // namespace
 
-std::optional<Box> text_box(AcDbObjectId id) {
-  if (id.isNull() || id.isErased()) return std::nullopt;
-  if (cad::record_kind(id) != "TEXT") {
-    const dim::Opened<AcDbText> other(id, AcDb::kForRead);  // an attribute
-    return other ? box_of_text(*other) : std::nullopt;
-  }
-  // All that is asked is read in one pass: a drawing holds as many texts as everything else.
+namespace {
+
+/// All that is asked of a TEXT, read in one pass: a drawing holds as many texts as everything else.
+struct StoredText {
+  CString shown;
+  double height;
+  double width_factor;
+  PlacedText placed;  ///< without its width
+};
+
+std::optional<StoredText> read_text(AcDbObjectId id) {
+  if (id.isNull() || id.isErased() || cad::record_kind(id) != "TEXT") return std::nullopt;
   const cad::RecordTags record = cad::record_tags(id);
   const cad::EntityFields fields(record.bytes, *record.dialect);
-  const CString shown = fields.text(kText);
-  const double height = fields.real(kHeight);
-  PlacedText placed;
-  if (!KT::GetTextWidth(shown, height, placed.width, 0, fields.real(kWidthFactor, 1.0)))
-    return std::nullopt;
-  placed.horizontal = static_cast<AcDb::TextHorzMode>(fields.integer(kAcross));
-  placed.vertical = static_cast<AcDb::TextVertMode>(fields.integer(kUp));
+  StoredText text{fields.text(kText), fields.real(kHeight), fields.real(kWidthFactor, 1.0), {}};
+  text.placed.horizontal = static_cast<AcDb::TextHorzMode>(fields.integer(kAcross));
+  text.placed.vertical = static_cast<AcDb::TextVertMode>(fields.integer(kUp));
   const bool by_its_start =
-      placed.horizontal == AcDb::kTextLeft && placed.vertical == AcDb::kTextBase;
-  placed.at = cad::ocs_to_wcs(fields.normal()) * fields.point(by_its_start ? kStart : kAlignment);
-  placed.rotation = fields.angle(kRotation);
-  return box_of(placed, height);
+      text.placed.horizontal == AcDb::kTextLeft && text.placed.vertical == AcDb::kTextBase;
+  text.placed.at =
+      cad::ocs_to_wcs(fields.normal()) * fields.point(by_its_start ? kStart : kAlignment);
+  text.placed.rotation = fields.angle(kRotation);
+  return text;
+}
+
+}  // namespace
+
+std::optional<TextCircle> text_circle(AcDbObjectId id) {
+  constexpr double kWidestLetter = 2.0;  // in text heights; those of fonts are narrower
+  const std::optional<StoredText> text = read_text(id);
+  if (!text) return std::nullopt;
+  const double letter = text->height * kWidestLetter * std::max(1.0, std::fabs(text->width_factor));
+  return TextCircle{text->placed.at, static_cast<double>(text->shown.size() + 1) * letter};
+}
+
+std::optional<Box> text_box(AcDbObjectId id) {
+  if (std::optional<StoredText> text = read_text(id)) {
+    const bool measured =
+        KT::GetTextWidth(text->shown, text->height, text->placed.width, 0, text->width_factor);
+    return measured ? std::optional(box_of(text->placed, text->height)) : std::nullopt;
+  }
+  if (id.isNull() || !cad::stored_text(id)) return std::nullopt;
+  const dim::Opened<AcDbText> attribute(id, AcDb::kForRead);
+  return attribute ? box_of_text(*attribute) : std::nullopt;
 }
 
 }  // namespace labeler

@@ -10,7 +10,9 @@
 #include "labeler/areas.h"
 #include "labeler/back_links.h"
 #include "labeler/entities.h"
+#include "labeler/parallel.h"
 #include "module/platform/opened.h"
+#include "module/platform/records.h"
 #include "module/style/style.h"
 
 namespace labeler {
@@ -28,6 +30,7 @@ constexpr double kLeaderLength = 12.0;
 /// A text upon a text cannot be read, one upon a line can.
 constexpr int kTextWeight = 4;
 
+constexpr wchar_t kArrow[] = L"jt";
 /// Note of a label whose arrow could not be drawn, so that it is not looked for.
 constexpr wchar_t kNoArrowNote[] = L"bz_jt";
 
@@ -50,19 +53,6 @@ Sizes sizes_of(const CDimDraw& draw) {
 }
 
 AcGeVector3d direction_of(double angle) { return {std::cos(angle), std::sin(angle), 0.0}; }
-
-StuDim entity_item(AcDbObjectId entity) {
-  StuDim item;
-  item.name = item.handle = handle_of(entity);
-  return item;
-}
-
-StuDim arrow_item(AcDbObjectId entity) {
-  StuDim item;
-  item.name = item.value = L"jt";
-  item.handle = handle_of(entity);
-  return item;
-}
 
 /// Moves all entities of a label.
 bool move_label(const StoredLabel& label, const AcGeMatrix3d& map) {
@@ -127,12 +117,17 @@ void Labeler::tell(const Owner& owner, const LabelType& type, const CString& wha
 
 ReadingAngle Labeler::reading(double reference) {
   return [this, reference](const AcGePoint3d& base, double along) {
+    // The places tried for a label mostly have one direction.
+    if (last_read_ && last_read_->reference == reference && last_read_->along == along)
+      return last_read_->angle;
     const AcGePoint3d ahead = base + direction_of(along);
     draw_.SetReferenceDirection(base, reference, along);
     const bool flipped = draw_.DrawToOriginalPoint(ahead).distanceTo(ahead) > 1.0;
     draw_.SetMatrix(AcGeMatrix3d());
     const double angle = Gx::CalcDimAng(along);
-    return flipped ? std::fmod(angle + std::numbers::pi, 2 * std::numbers::pi) : angle;
+    last_read_ = {reference, along,
+                  flipped ? std::fmod(angle + std::numbers::pi, 2 * std::numbers::pi) : angle};
+    return last_read_->angle;
   };
 }
 
@@ -159,15 +154,26 @@ void Labeler::keep_clear_at(std::span<const AcDbExtents> places) {
   Areas areas(kAreaOfTextHeights * sizes_.text_height);
   for (const AcDbExtents& place : places) areas.add(place);
   taken_.emplace(kCellOfTextHeights * sizes_.text_height);
-  for_each_entity([&](AcDbObjectId id) {
-    if (const std::optional<Box> text = text_box(id)) {
-      const AcGePoint3d middle(text->centre.x, text->centre.y, 0.0);
-      if (areas.meet(grown({middle, middle}, text->half_width + text->half_height)))
-        taken_->add(*text, box_owner(id), kTextWeight);
-    } else if (areas.meet(grown(extents_of(id), sizes_.node_radius))) {
-      if (const std::optional<Owner> part = network_part(id)) taken_->add(boxes_of(*part, sizes_));
-    }
+  struct Row {
+    AcDbObjectId id;
+    bool near;
+  };
+  std::vector<Row> rows;
+  for_each_entity([&](AcDbObjectId id) { rows.push_back({id, false}); });
+  for_each_in_parallel(rows, [&](Row& row) {
+    if (const std::optional<TextCircle> text = text_circle(row.id))
+      row.near = areas.meet(grown({text->middle, text->middle}, text->radius));
+    else
+      row.near = cad::stored_text(row.id) ||  // an attribute
+                 areas.meet(grown(extents_of(row.id), sizes_.node_radius));
   });
+  for (const auto& [id, near] : rows) {
+    if (!near) continue;
+    if (const std::optional<Box> text = text_box(id))
+      taken_->add(*text, box_owner(id), kTextWeight);
+    else if (const std::optional<Owner> part = network_part(id))
+      taken_->add(boxes_of(*part, sizes_));
+  }
 }
 
 AcDbExtents Labeler::reach_of(const Owner& owner, const Draft& draft) const {
@@ -202,19 +208,24 @@ Labeler::Choice Labeler::choose(const Owner& owner, Draft& draft, std::span<cons
   const auto take = [&](int variant) {
     choice.place = place_of(draft.form, owner, variant, read);
     if (draft.form == Form::kOnLeader) draft.leader = turned(leader, variant, reference);
-    choice.shape = shape_of(draft, owner, choice.place, sizes_, read, widths);
+    choice.shape =
+        shape_of(draft, owner, choice.place, sizes_, read, widths, std::move(choice.shape));
+  };
+  const auto conflicts = [&](int enough) {
+    room_.boxes = boxes_of(choice.shape, sizes_, std::move(room_.boxes));
+    return taken_->conflicts(room_.boxes, enough);
   };
   const int first = fixed.value_or(0);
   take(first);
   if (!taken_) return choice;
   int best = first, last = first;
-  int fewest = taken_->conflicts(boxes_of(choice.shape, sizes_), std::numeric_limits<int>::max());
+  int fewest = conflicts(std::numeric_limits<int>::max());
   for (int variant = 0; variant < variant_count(draft.form) && fewest > 0; ++variant) {
     if (variant == first) continue;
     take(last = variant);
-    const int conflicts = taken_->conflicts(boxes_of(choice.shape, sizes_), fewest);
-    if (conflicts >= fewest) continue;
-    fewest = conflicts;
+    const int met = conflicts(fewest);
+    if (met >= fewest) continue;
+    fewest = met;
     best = variant;
   }
   if (best != last) take(best);
@@ -247,8 +258,10 @@ Labeler::Drawn Labeler::draw(const Owner& owner, const LabelType& type, Draft dr
     draft.flow = 0;
     draft.notes.push_back(note_of(kNoArrowNote, L"NULL"));
   }
-  std::vector<CString> texts;
-  std::vector<double> widths;
+  std::vector<CString>& texts = room_.texts;
+  std::vector<double>& widths = room_.widths;
+  texts.clear();
+  widths.clear();
   for (const TextLine& line : draft.lines) {
     texts.push_back(line.text());
     widths.push_back(width_of(texts.back()));
@@ -257,8 +270,14 @@ Labeler::Drawn Labeler::draw(const Owner& owner, const LabelType& type, Draft dr
   drawn.crowded = crowded;
   set_layer(owner, type);
   draw_.ClearEntityIdArray();
-  std::vector<StuDim> items;
-  items.reserve(shape.texts.size() + shape.lines.size() + 8);  // usually enough
+  dim::ItemTexts& items = room_.items;
+  items.clear();
+  std::vector<CString>& handles = room_.handles;  // of the items
+  handles.clear();
+  handles.reserve(shape.texts.size() + shape.lines.size() + 1);
+  const auto handle_text = [&](AcDbObjectId id) -> const CString& {
+    return handles.emplace_back(handle_of(id));
+  };
   bool complete = true;
   for (std::size_t i = 0; i < shape.texts.size(); ++i) {
     const PlacedText& text = shape.texts[i];
@@ -266,14 +285,18 @@ Labeler::Drawn Labeler::draw(const Owner& owner, const LabelType& type, Draft dr
                                             text.rotation, sizes_.text_height, kByMeasure);
     complete = complete && mark(id, owner.id);
     if (!complete) break;
-    const CString handle = handle_of(id);
-    for (Piece& piece : draft.lines[i].pieces) items.push_back(item_of(std::move(piece), handle));
+    const CString& handle = handle_text(id);
+    for (const Piece& piece : draft.lines[i].pieces)
+      items.add_piece(piece.name, handle, piece.prefix, piece.value, piece.suffix, piece.separator);
     if (taken_) taken_->add(box_of(text, sizes_.text_height), box_owner(id), kTextWeight);
   }
   for (const auto& [from, to] : shape.lines) {
-    const AcDbObjectId id = complete ? draw_.DrawLine(from, to, kThinLine) : AcDbObjectId();
-    complete = complete && mark(id, owner.id);
-    if (complete) items.push_back(entity_item(id));
+    if (!complete) break;
+    const AcDbObjectId id = draw_.DrawLine(from, to, kThinLine);
+    complete = mark(id, owner.id);
+    if (!complete) break;
+    const CString& handle = handle_text(id);
+    items.add_entity(handle, handle, {});
   }
   if (complete && shape.arrow) {
     const AcDbObjectId id = draw_.LeftInsertArrow(
@@ -282,16 +305,16 @@ Labeler::Drawn Labeler::draw(const Owner& owner, const LabelType& type, Draft dr
       draft.notes.push_back(note_of(kNoArrowNote, L"NULL"));
     } else {
       complete = mark(id, owner.id);
-      items.push_back(arrow_item(id));
+      items.add_entity(kArrow, handle_text(id), kArrow);
       if (taken_) taken_->add(box_of(*shape.arrow, sizes_), box_owner(id));
     }
   }
-  if (draft.form == Form::kOnLeader) {
-    const std::vector<StuDim> notes = notes_of(draft.leader);
-    items.insert(items.end(), notes.begin(), notes.end());
-  }
-  std::move(draft.notes.begin(), draft.notes.end(), std::back_inserter(items));
-  items.push_back(note_of(kPlaceNote, place_text(drawn_place(draft, place, shape, reference))));
+  std::vector<StuDim> leader;
+  if (draft.form == Form::kOnLeader) leader = notes_of(draft.leader);
+  for (const StuDim& note : leader) items.add(note);
+  for (const StuDim& note : draft.notes) items.add(note);
+  const CString drawn_at = place_text(drawn_place(draft, place, shape, reference));
+  items.add_note(kPlaceNote, drawn_at);
   const Acad::ErrorStatus filed =
       complete ? file_label(owner.id, type.name, items) : Acad::eNotImplementedYet;
   if (filed == Acad::eOk) {

@@ -97,6 +97,20 @@ class Labeler {
   std::map<std::pair<const LabelType*, network::Kind>, CString> layers_;  // names are read of files
   CString layer_;                                                         // the one draw_ is set to
   bool links_registered_ = false;
+  struct Read {
+    double reference, along;
+    double angle;  // in which a text along it is read
+  };
+  std::optional<Read> last_read_;
+  /// Memory that draw() takes for every label.
+  struct Room {
+    std::vector<CString> texts;
+    std::vector<double> widths;
+    std::vector<Box> boxes;
+    std::vector<CString> handles;
+    dim::ItemTexts items;
+  };
+  Room room_;
 };
 
 /// Why an entity could not be written, for people.

@@ -95,9 +95,7 @@ void row_of_lines(Shape& shape, const Frame& frame, bool below, const Sizes& siz
 }
 
 Shape along_middle(const Draft& draft, const Place& place, const Sizes& sizes,
-                   std::span<const double> widths) {
-  Shape shape;
-  shape.texts.reserve(widths.size());
+                   std::span<const double> widths, Shape shape) {
   const auto& [fraction, below, further] = kMiddleVariants[place.variant];
   const std::size_t above = std::min(draft.above, widths.size());
   const double step = sizes.text_height + sizes.line_space;
@@ -123,8 +121,7 @@ Shape along_middle(const Draft& draft, const Place& place, const Sizes& sizes,
 }
 
 Shape at_end(const Draft& draft, const Place& place, const Sizes& sizes,
-             std::span<const double> widths) {
-  Shape shape;
+             std::span<const double> widths, Shape shape) {
   const Frame frame(place.anchor, place.angle);
   const bool reads_along = std::cos(place.along - place.angle) > 0.0;
   const bool to_the_right = reads_along == (draft.form == Form::kAtStart);
@@ -136,8 +133,8 @@ Shape at_end(const Draft& draft, const Place& place, const Sizes& sizes,
   return shape;
 }
 
-Shape beside_node(const Place& place, const Sizes& sizes, std::span<const double> widths) {
-  Shape shape;
+Shape beside_node(const Place& place, const Sizes& sizes, std::span<const double> widths,
+                  Shape shape) {
   const Frame frame(place.anchor, place.angle);
   const auto [dx, dy] = kNodeVariants[place.variant];
   const double away = dx && dy ? sizes.node_radius : sizes.node_radius + sizes.gap;
@@ -156,8 +153,7 @@ Shape beside_node(const Place& place, const Sizes& sizes, std::span<const double
 
 /// A line to the label, a line under its first text, the other texts below that.
 Shape on_leader(const Draft& draft, const Place& place, const Sizes& sizes,
-                std::span<const double> widths) {
-  Shape shape;
+                std::span<const double> widths, Shape shape) {
   const LeaderPlacement& leader = draft.leader;
   const Frame frame(place.anchor, leader.text_angle);
   const double turn = leader.leader_angle - leader.text_angle;
@@ -175,8 +171,7 @@ Shape on_leader(const Draft& draft, const Place& place, const Sizes& sizes,
 }
 
 Shape stakes_along(const Draft& draft, const Owner& route, const Sizes& sizes,
-                   const ReadingAngle& reading, std::span<const double> widths) {
-  Shape shape;
+                   const ReadingAngle& reading, std::span<const double> widths, Shape shape) {
   for (std::size_t i = 0; i < draft.stakes.size(); ++i) {
     const CurvePlace at = place_at(*route.curve, draft.stakes[i]);
     const double across = at.direction + kPi / 2;
@@ -236,19 +231,23 @@ Place place_of(Form form, const Owner& owner, int variant, const ReadingAngle& r
 }
 
 Shape shape_of(const Draft& draft, const Owner& owner, const Place& place, const Sizes& sizes,
-               const ReadingAngle& reading, std::span<const double> widths) {
+               const ReadingAngle& reading, std::span<const double> widths, Shape reused) {
+  reused.texts.clear();
+  reused.lines.clear();
+  reused.arrow.reset();
+  reused.texts.reserve(widths.size());
   switch (draft.form) {
     case Form::kAlongMiddle:
-      return along_middle(draft, place, sizes, widths);
+      return along_middle(draft, place, sizes, widths, std::move(reused));
     case Form::kAtStart:
     case Form::kAtEnd:
-      return at_end(draft, place, sizes, widths);
+      return at_end(draft, place, sizes, widths, std::move(reused));
     case Form::kBesideNode:
-      return beside_node(place, sizes, widths);
+      return beside_node(place, sizes, widths, std::move(reused));
     case Form::kOnLeader:
-      return on_leader(draft, place, sizes, widths);
+      return on_leader(draft, place, sizes, widths, std::move(reused));
     case Form::kStakes:
-      return stakes_along(draft, owner, sizes, reading, widths);
+      return stakes_along(draft, owner, sizes, reading, widths, std::move(reused));
   }
   return {};
 }
@@ -269,8 +268,8 @@ Box box_of(const PlacedArrow& arrow, const Sizes& sizes) {
           sizes.arrow_width / 2, arrow.direction};
 }
 
-std::vector<Box> boxes_of(const Shape& shape, const Sizes& sizes) {
-  std::vector<Box> boxes;
+std::vector<Box> boxes_of(const Shape& shape, const Sizes& sizes, std::vector<Box> boxes) {
+  boxes.clear();
   boxes.reserve(shape.texts.size() + 1);
   for (const PlacedText& text : shape.texts) boxes.push_back(box_of(text, sizes.text_height));
   if (shape.arrow) boxes.push_back(box_of(*shape.arrow, sizes));

@@ -62,12 +62,12 @@ struct Shape {
   std::optional<PlacedArrow> arrow;
 };
 
-/// `widths` are those of the draft's lines.
+/// `widths` are those of the draft's lines. A shape that is no longer needed lends its memory.
 Shape shape_of(const Draft& draft, const Owner& owner, const Place& place, const Sizes& sizes,
-               const ReadingAngle& reading, std::span<const double> widths);
+               const ReadingAngle& reading, std::span<const double> widths, Shape reused = {});
 
-/// What the label takes of the plan.
-std::vector<Box> boxes_of(const Shape& shape, const Sizes& sizes);
+/// What the label takes of the plan. So do boxes that are no longer needed.
+std::vector<Box> boxes_of(const Shape& shape, const Sizes& sizes, std::vector<Box> reused = {});
 Box box_of(const PlacedText& text, double height);
 Box box_of(const PlacedArrow& arrow, const Sizes& sizes);
 

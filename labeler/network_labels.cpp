@@ -5,14 +5,17 @@
 
 #include "labeler/back_links.h"
 #include "labeler/entities.h"
+#include "labeler/parallel.h"
 #include "labeler/work_meter.h"
-#include "module/platform/opened.h"
 #include "module/platform/records.h"
 #include "module/record/record_table.h"
 #include "module/registry/update_service.h"
 
 namespace labeler {
 namespace {
+
+/// So many are read at a time, on several threads, before the user is asked and told.
+constexpr std::size_t kBatch = 1 << 14;
 
 std::vector<AcDbObjectId> all_entities() {
   std::vector<AcDbObjectId> entities;
@@ -28,10 +31,8 @@ struct Recorded {
 /// The records of an entity whose types this module draws.
 std::vector<Recorded> records_of(AcDbObjectId owner) {
   std::vector<Recorded> records;
-  AcDbObjectId dictionary;
-  if (dim::Opened<AcDbEntity> entity{owner, AcDb::kForRead})
-    dictionary = entity->extensionDictionary();
-  if (dictionary.isNull()) return records;
+  const AcDbObjectId dictionary = cad::extension_dictionary(owner);
+  if (owner.isErased() || dictionary.isNull()) return records;
   CDimRecordTable table;
   CDimRecordTableIterator walk;
   CDimupateRegisiter& registry = CDimUpdateServ::getInstance().getDimRegServ();
@@ -60,9 +61,16 @@ class Updater {
   /// False when the user has broken off.
   bool compare(std::span<const AcDbObjectId> owners) {
     WorkMeter meter(L"comparing labels", owners.size());
-    for (const AcDbObjectId id : owners) {
-      if (!meter.step()) return false;
-      compare(id);
+    while (!owners.empty()) {
+      const auto batch = owners.first(std::min(kBatch, owners.size()));
+      owners = owners.subspan(batch.size());
+      std::vector<Row> rows;
+      for (const AcDbObjectId id : batch) {
+        if (!meter.step()) return false;
+        if (Row row(id); !row.records.empty()) rows.push_back(std::move(row));
+      }
+      for_each_in_parallel(rows, [](Row& row) { row.read(); });
+      for (Row& row : rows) compare(std::move(row));
     }
     return true;
   }
@@ -91,14 +99,28 @@ class Updater {
   }
 
  private:
-  void compare(AcDbObjectId id) {
-    const std::vector<Recorded> records = records_of(id);
-    if (records.empty()) return;
-    seen_.insert(id);
-    const std::optional<Owner> owner = owner_of(id);
-    for (const auto& [type, record] : records) {
-      if (!owner) {
-        lost_.push_back({id,
+  /// An entity with labels.
+  struct Row {
+    explicit Row(AcDbObjectId entity) : id(entity), records(records_of(entity)) {}
+    /// What may be read on several threads at a time.
+    void read() {
+      owner = owner_of(id);
+      if (!owner) return;
+      for (const Recorded& recorded : records) labels.push_back(read_record(id, recorded.record));
+    }
+
+    AcDbObjectId id;
+    std::vector<Recorded> records;
+    std::optional<Owner> owner;
+    std::vector<std::optional<StoredLabel>> labels;  // of the records
+  };
+
+  void compare(Row row) {
+    seen_.insert(row.id);
+    for (std::size_t i = 0; i < row.records.size(); ++i) {
+      const LabelType* const type = row.records[i].type;
+      if (!row.owner) {
+        lost_.push_back({row.id,
                          type->name,
                          {},
                          {},
@@ -108,10 +130,10 @@ class Updater {
                          {}});
         continue;
       }
-      Check check = labeler_.check(*owner, *type, read_record(id, record));
+      Check check = labeler_.check(*row.owner, *type, std::move(row.labels[i]));
       for (const StoredLine& line : check.stored.lines) seen_.insert(line.entity);
       for (const AcDbObjectId other : check.stored.others) seen_.insert(other);
-      if (!check.findings.empty()) stale_.push_back({id, type, std::move(check)});
+      if (!check.findings.empty()) stale_.push_back({row.id, type, std::move(check)});
     }
   }
 
@@ -151,10 +173,22 @@ class Updater {
 std::optional<std::vector<Owner>> network_parts() {
   const std::vector<AcDbObjectId> entities = all_entities();
   std::vector<Owner> parts;
+  parts.reserve(entities.size());  // memory that is not used is none
   WorkMeter meter(L"looking for pipes and nodes", entities.size());
-  for (const AcDbObjectId id : entities) {
-    if (!meter.step()) return std::nullopt;
-    if (std::optional<Owner> part = network_part(id)) parts.push_back(*std::move(part));
+  for (std::span<const AcDbObjectId> rest = entities; !rest.empty();) {
+    const auto batch = rest.first(std::min(kBatch, rest.size()));
+    rest = rest.subspan(batch.size());
+    struct Row {
+      AcDbObjectId id;
+      std::optional<Owner> part;
+    };
+    std::vector<Row> rows;
+    for (const AcDbObjectId id : batch) rows.push_back({id, {}});
+    for_each_in_parallel(rows, [](Row& row) { row.part = network_part(row.id); });
+    for (Row& row : rows) {
+      if (!meter.step()) return std::nullopt;
+      if (row.part) parts.push_back(*std::move(row.part));
+    }
   }
   return parts;
 }

@@ -78,7 +78,7 @@ Drafted draft_number(const Owner& node) {
   if (number.value.empty()) return {{}, kNoNumber};
   Draft draft;
   draft.form = Form::kBesideNode;
-  draft.lines = {{{std::move(number)}}};
+  draft.lines.push_back(line_of(std::move(number)));
   return {std::move(draft), nullptr};
 }
 
@@ -88,7 +88,7 @@ Drafted draft_node_calculation(const Owner& owner) {
   if (number.value.empty()) return {{}, kNoNumber};
   Draft draft;
   draft.form = Form::kBesideNode;
-  draft.lines = {{{std::move(number)}}};
+  draft.lines.push_back(line_of(std::move(number)));
   add_line(draft, L"well_ll_pc", node.flow());
   add_line(draft, L"well_bgdm_pc", node.ground());
   add_line(draft, L"well_bgzyst", node.head());
@@ -103,7 +103,7 @@ Drafted draft_well_and_pipes(const Owner& owner, std::span<const JoinedPipe> pip
   draft.form = Form::kOnLeader;
   Piece number = number_piece(node);
   if (number.value.empty()) return {{}, kNoNumber};
-  draft.lines = {{{std::move(number)}}};
+  draft.lines.push_back(line_of(std::move(number)));
   add_elevation(draft, L"well_bgdm", GROUND, node.ground());
   add_elevation(draft, L"well_bgjd", USUAL, node.bottom());
   for (const JoinedPipe& joined : pipes) {

@@ -13,13 +13,6 @@ constexpr double kTouch = 1e-9;
 constexpr double kCellsPerPiece = 2.0;
 /// Lines of more pieces are not filed: no plan is so large.
 constexpr double kMostPieces = 1e5;
-/// Plans are smaller than that many cells in either direction; what is beyond is not filed.
-constexpr double kFarthest = 1e9;
-
-std::uint64_t key_of(std::int64_t column, std::int64_t row) {
-  return (static_cast<std::uint64_t>(column) << 32) ^
-         (static_cast<std::uint64_t>(row) & 0xFFFFFFFF);
-}
 
 }  // namespace
 
@@ -77,14 +70,14 @@ bool Occupancy::for_each_cell(const Turned& box, Visit visit) const {
   const CellRange range = cells_of(box);
   for (std::int64_t row = range.bottom; row <= range.top; ++row)
     for (std::int64_t column = range.left; column <= range.right; ++column)
-      if (!visit(key_of(column, row))) return false;
+      if (!visit(column, row)) return false;
   return true;
 }
 
 void Occupancy::add(const Box& box, std::uint64_t owner, int weight) {
   const double size = box.half_width + box.half_height;
   const double far = std::fabs(box.centre.x) + std::fabs(box.centre.y) + size;
-  if (!(far / cell_ < kFarthest)) return;  // not finite, too
+  if (!(far / cell_ < kFarthestCell)) return;  // not finite, too
   const double piece = kCellsPerPiece * cell_;
   const double pieces = std::max(std::ceil(2.0 * box.half_width / piece), 1.0);
   if (pieces > kMostPieces) return;
@@ -98,11 +91,11 @@ void Occupancy::add(const Box& box, std::uint64_t owner, int weight) {
     const double along = (i + 0.5) * step - box.half_width;
     part.x = turned.x + along * turned.cos;
     part.y = turned.y + along * turned.sin;
-    for_each_cell(part, [&](std::uint64_t cell) {
-      const std::uint32_t last = cells_.head(cell);
-      if (last != ListHeads::kNone && filings_[last].box == index) return true;
-      cells_.exchange(cell, static_cast<std::uint32_t>(filings_.size()));
-      filings_.push_back({index, last});
+    for_each_cell(part, [&](std::int64_t column, std::int64_t row) {
+      std::uint32_t& head = cells_.at(column, row);
+      if (head != CellHeads::kNone && filings_[head].box == index) return true;
+      filings_.push_back({index, head});
+      head = static_cast<std::uint32_t>(filings_.size() - 1);
       return true;
     });
   }
@@ -118,20 +111,21 @@ void Occupancy::remove(std::uint64_t owner) {
     boxes_[box].weight = 0;
 }
 
-int Occupancy::conflicts(std::span<const Box> boxes, int enough) const {
+int Occupancy::conflicts(std::span<const Box> boxes, int enough) {
   int weight = 0;
-  std::vector<std::uint32_t> met;  // a box may be filed in several cells
+  met_.clear();
   for (const Box& box : boxes) {
     const double far = std::fabs(box.centre.x) + std::fabs(box.centre.y) + box.half_width;
-    if (!(far / cell_ < kFarthest)) continue;
+    if (!(far / cell_ < kFarthestCell)) continue;
     const Turned turned(box);
-    const bool go_on = for_each_cell(turned, [&](std::uint64_t cell) {
-      for (std::uint32_t at = cells_.head(cell); at != ListHeads::kNone; at = filings_[at].next) {
+    const bool go_on = for_each_cell(turned, [&](std::int64_t column, std::int64_t row) {
+      for (std::uint32_t at = cells_.head(column, row); at != CellHeads::kNone;
+           at = filings_[at].next) {
         const std::uint32_t index = filings_[at].box;
         const Filed& filed = boxes_[index];
         if (filed.weight == 0 || !overlap(turned, filed.box)) continue;
-        if (std::find(met.begin(), met.end(), index) != met.end()) continue;
-        met.push_back(index);
+        if (std::find(met_.begin(), met_.end(), index) != met_.end()) continue;
+        met_.push_back(index);
         weight += filed.weight;
         if (weight >= enough) return false;
       }

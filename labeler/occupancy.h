@@ -4,6 +4,7 @@
 #include <span>
 #include <vector>
 
+#include "labeler/cell_heads.h"
 #include "labeler/list_heads.h"
 #include "module/platform/geometry.h"
 
@@ -37,7 +38,7 @@ class Occupancy {
   void remove(std::uint64_t owner);
   /// The weight of all that is filed and overlaps one of the boxes. What is `enough` or more may be
   /// less than all.
-  int conflicts(std::span<const Box> boxes, int enough) const;
+  int conflicts(std::span<const Box> boxes, int enough);
 
  private:
   /// A box with its directions, which every comparison needs.
@@ -69,8 +70,9 @@ class Occupancy {
   double cell_;
   std::vector<Filed> boxes_;
   std::vector<Filing> filings_;
-  ListHeads cells_;   // of filings
-  ListHeads owners_;  // of boxes
+  CellHeads cells_;                 // of filings
+  ListHeads owners_;                // of boxes
+  std::vector<std::uint32_t> met_;  // while conflicts() looks: a box may be filed in several cells
 };
 
 }  // namespace labeler

@@ -64,6 +64,12 @@ CString TextLine::text() const {
   return joined;
 }
 
+TextLine line_of(Piece piece) {
+  TextLine line;
+  line.pieces.push_back(std::move(piece));
+  return line;
+}
+
 int count_numbers(std::wstring_view text) {
   int count = 0;
   for (Span at = next_number(text, 0); at.begin < at.end; at = next_number(text, at.end)) ++count;

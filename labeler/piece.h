@@ -28,6 +28,9 @@ struct TextLine {
   friend bool operator==(const TextLine&, const TextLine&) = default;
 };
 
+/// A text of one piece.
+TextLine line_of(Piece piece);
+
 /// The text as one piece that joins to exactly this text: when it holds exactly one number, prefix,
 /// number and suffix; else all of it is the value. "L=35.2m" is "L=", "35.2" and "m". A sign counts
 /// as part of the number where no letter or digit stands before it.

@@ -165,7 +165,7 @@ Drafted one_line(Form form, const Owner& pipe, Piece piece) {
   if (piece.value.empty()) return {};
   Draft draft;
   draft.form = form;
-  draft.lines = {{{std::move(piece)}}};
+  draft.lines.push_back(line_of(std::move(piece)));
   return {std::move(draft), nullptr};
 }
 

@@ -13,6 +13,7 @@
 #include "labeler/back_links.h"
 #include "module/manager/dim_manager.h"
 #include "module/platform/opened.h"
+#include "module/platform/records.h"
 #include "module/platform/text.h"
 #include "module/record/record.h"
 #include "module/record/record_cursor.h"
@@ -26,28 +27,13 @@ namespace {
 
 CDimupateRegisiter& registry() { return CDimUpdateServ::getInstance().getDimRegServ(); }
 
-AcDbObjectId dictionary_of(AcDbObjectId owner) {
-  if (dim::Opened<AcDbEntity> entity{owner, AcDb::kForRead}) return entity->extensionDictionary();
-  return {};
-}
-
-CString taken(wchar_t* text) {
-  CString copy = text ? text : L"";
-  acutDelString(text);
-  return copy;
-}
-
 ShownText shown_by(AcDbObjectId id, AcDbObjectId owner) {
   ShownText shown;
-  dim::Opened<AcDbEntity> entity(id, AcDb::kForRead);
-  if (!entity) return shown;
-  if (const AcDbText* text = AcDbText::cast(&*entity))
-    shown.text = taken(text->textString());
-  else if (const AcDbMText* lines = AcDbMText::cast(&*entity))
-    shown.text = taken(lines->contents());
-  else
-    return shown;
-  shown.there = may_be_label_of(owner, *entity);
+  if (id.isNull() || id.isErased()) return shown;
+  std::optional<CString> text = cad::stored_text(id);
+  if (!text) return shown;
+  shown.text = *std::move(text);
+  shown.there = may_be_label_of(owner, id);
   return shown;
 }
 
@@ -74,8 +60,7 @@ StoredLine& line_of(StoredLabel& label, AcDbObjectId owner, std::wstring_view ha
 void take_entity(StoredLabel& label, AcDbObjectId owner, std::wstring_view name,
                  std::wstring_view handle) {
   const AcDbObjectId id = entity_of(handle);
-  dim::Opened<AcDbEntity> entity(id, AcDb::kForRead);
-  if (!entity || !may_be_label_of(owner, *entity)) {
+  if (!may_be_label_of(owner, id)) {
     ++label.others_missing;
     return;
   }
@@ -113,7 +98,8 @@ AcDbObjectId record_in(CDimRecordTable& table, AcDbObjectId dictionary, const wc
 }
 
 AcDbObjectId record_of(CDimRecordTable& table, AcDbObjectId owner, const wchar_t* type) {
-  return record_in(table, dictionary_of(owner), type);
+  const bool there = !owner.isNull() && !owner.isErased();
+  return record_in(table, there ? cad::extension_dictionary(owner) : AcDbObjectId(), type);
 }
 
 }  // namespace
@@ -121,19 +107,20 @@ AcDbObjectId record_of(CDimRecordTable& table, AcDbObjectId owner, const wchar_t
 CString place_text(const DrawnPlace& place) {
   constexpr int kDecimals = 6;  // as draw values have
   constexpr std::size_t kUsualSize = 96;
-  std::string text;
+  CString text;
   text.reserve(kUsualSize);
-  text = "( ";
+  text = L"( ";
   const auto add = [&](double value) {
     dim::append_fixed(text, value, kDecimals);
-    text += ", ";
+    text += L", ";
   };
   for (const double value : {place.x, place.y, place.angle}) add(value);
-  text += std::to_string(place.variant) + ", ";
+  dim::append_fixed(text, place.variant, 0);
+  text += L", ";
   for (const double value : {place.text_x, place.text_y}) add(value);
   dim::append_fixed(text, place.reference, kDecimals);
-  text += " )";
-  return {text.begin(), text.end()};
+  text += L" )";
+  return text;
 }
 
 std::optional<DrawnPlace> place_of_text(std::wstring_view text) {
@@ -209,8 +196,7 @@ void erase_entities(const StoredLabel& label) {
   for (const AcDbObjectId id : label.others) erase(id);
 }
 
-Acad::ErrorStatus file_label(AcDbObjectId owner, const wchar_t* type,
-                             const std::vector<StuDim>& items) {
+Acad::ErrorStatus file_label(AcDbObjectId owner, const wchar_t* type, const dim::ItemTexts& items) {
   const CDimManager manager(owner);  // makes the extension dictionary
   if (manager.openStatus() != Acad::eOk) return manager.openStatus();
   CDimRecordTable table;
@@ -222,7 +208,7 @@ Acad::ErrorStatus file_label(AcDbObjectId owner, const wchar_t* type,
     if (const Acad::ErrorStatus erased = record.deleteDimInfo(); erased != Acad::eOk) return erased;
   }
   CDimUpdateServ& service = CDimUpdateServ::getInstance();
-  const std::unique_ptr<CDimRecord> record(service.getDimFactory().CreateDimRec(items));
+  const std::unique_ptr<CDimRecord> record(service.getDimFactory().create(items));
   if (!record) return Acad::eOutOfMemory;
   record->setDimTypeName(type);
   return table.add(*record);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "labeler/layout.h"
+#include "module/record/item_texts.h"
 
 /// Labels as they were recorded and drawn.
 namespace labeler {
@@ -68,8 +69,7 @@ void erase_entities(const StoredLabel& label);
 
 /// Files the items as the record of the type, in place of one that is there; what it held is
 /// forgotten, entities stay. The status of the first step that fails.
-Acad::ErrorStatus file_label(AcDbObjectId owner, const wchar_t* type,
-                             const std::vector<StuDim>& items);
+Acad::ErrorStatus file_label(AcDbObjectId owner, const wchar_t* type, const dim::ItemTexts& items);
 
 /// Writes items into the record that is there, each in the place of the one of its name, then the
 /// texts of their entities. All of the record's entities must be open to writing: see

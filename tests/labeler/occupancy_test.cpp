@@ -17,7 +17,7 @@ Box square(double x, double y, double half, double angle = 0.0) {
   return {AcGePoint2d(x, y), half, half, angle};
 }
 
-int conflicts(const Occupancy& taken, const Box& box) { return taken.conflicts({&box, 1}, 100); }
+int conflicts(Occupancy& taken, const Box& box) { return taken.conflicts({&box, 1}, 100); }
 
 TEST(Boxes, ThatTouchDoNotOverlap) {
   EXPECT_TRUE(overlap(square(0, 0, 1), square(1.9, 0, 1)));

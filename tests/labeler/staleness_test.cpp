@@ -204,9 +204,12 @@ TEST_F(StaleLabels, ACopiedPipeHasNoLabelAndLeavesThatOfTheOriginal) {
 void redirect(AcDbObjectId pipe, const std::string& handle) {
   std::vector<StuDim> items = labeler::read_items(pipe, L"pcgb");
   const CString first = items.front().handle;
-  for (StuDim& item : items)
+  dim::ItemTexts redirected;
+  for (StuDim& item : items) {
     if (item.handle == first) item.handle = cad::from_utf8(handle);
-  EXPECT_EQ(labeler::file_label(pipe, L"pcgb", items), Acad::eOk);
+    redirected.add(item);
+  }
+  EXPECT_EQ(labeler::file_label(pipe, L"pcgb", redirected), Acad::eOk);
 }
 
 TEST_F(StaleLabels, WhatARecordNamesByMistakeIsNeitherWrittenNorErased) {
