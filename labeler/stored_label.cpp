@@ -8,6 +8,7 @@
 #include <numbers>
 #include <string>
 #include <system_error>
+#include <unordered_map>
 #include <utility>
 
 #include "labeler/back_links.h"
@@ -44,49 +45,73 @@ AcDbObjectId entity_of(std::wstring_view handle) {
   return dim::object_of_handle(CString(handle).c_str());
 }
 
-StoredLine& line_of(StoredLabel& label, AcDbObjectId owner, std::wstring_view handle) {
-  for (StoredLine& line : label.lines)
-    if (line.handle == handle) return line;
-  constexpr std::size_t kUsualPieces = 4;
-  StoredLine& line = label.lines.emplace_back();
-  line.line.pieces.reserve(kUsualPieces);
-  line.handle = handle;
-  const AcDbObjectId entity = entity_of(handle);
-  line.shown = shown_by(entity, owner);
-  if (line.shown.there) line.entity = entity;
-  return line;
-}
+/// Files the items of a record. Most of their fields are empty or looked at only: they are not read
+/// as a whole.
+class LabelReader {
+ public:
+  LabelReader(StoredLabel& label, AcDbObjectId owner) : label_(label), owner_(owner) {}
 
-void take_entity(StoredLabel& label, AcDbObjectId owner, std::wstring_view name,
-                 std::wstring_view handle) {
-  const AcDbObjectId id = entity_of(handle);
-  if (!may_be_label_of(owner, id)) {
-    ++label.others_missing;
-    return;
+  void take(const dim::StoredItems& items, std::size_t at) {
+    const std::wstring_view handle = items.field(at, Field::posHandle);
+    const std::wstring_view name = items.field(at, Field::posName);
+    if (!handle.empty() && items.is_text(at)) {
+      const auto copy = [&](Field field) { return CString(items.field(at, field)); };
+      line_of(handle).line.pieces.push_back({CString(name), copy(Field::posPrefix),
+                                             copy(Field::posValue), copy(Field::posSuffix),
+                                             copy(Field::posSeparator)});
+    } else if (!handle.empty() &&
+               !dim::equal_no_case(items.field(at, Field::posKind), dim::kNoEntityKind)) {
+      take_entity(name, handle);
+    } else if (name == kPlaceNote) {
+      label_.place = place_of_text(items.field(at, Field::posValue));
+    } else {
+      label_.notes.push_back(items.item(at));
+    }
   }
-  label.others.push_back(id);
-  if (name == L"jt") label.arrow = id;
-}
 
-/// Files an item. Most of its fields are empty or looked at only: it is not read as a whole.
-void take_item(StoredLabel& label, AcDbObjectId owner, const dim::StoredItems& items,
-               std::size_t at) {
-  const std::wstring_view handle = items.field(at, Field::posHandle);
-  const std::wstring_view name = items.field(at, Field::posName);
-  if (!handle.empty() && items.is_text(at)) {
-    const auto copy = [&](Field field) { return CString(items.field(at, field)); };
-    line_of(label, owner, handle)
-        .line.pieces.push_back({CString(name), copy(Field::posPrefix), copy(Field::posValue),
-                                copy(Field::posSuffix), copy(Field::posSeparator)});
-  } else if (!handle.empty() &&
-             !dim::equal_no_case(items.field(at, Field::posKind), dim::kNoEntityKind)) {
-    take_entity(label, owner, name, handle);
-  } else if (name == kPlaceNote) {
-    label.place = place_of_text(items.field(at, Field::posValue));
-  } else {
-    label.notes.push_back(items.item(at));
+ private:
+  StoredLine& line_of(std::wstring_view handle) {
+    if (StoredLine* known = find(handle)) return *known;
+    constexpr std::size_t kUsualPieces = 4;
+    if (!places_.empty()) places_.emplace(handle, label_.lines.size());
+    StoredLine& line = label_.lines.emplace_back();
+    line.line.pieces.reserve(kUsualPieces);
+    line.handle = handle;
+    const AcDbObjectId entity = entity_of(handle);
+    line.shown = shown_by(entity, owner_);
+    if (line.shown.there) line.entity = entity;
+    return line;
   }
-}
+
+  StoredLine* find(std::wstring_view handle) {
+    constexpr std::size_t kFew = 16;  // a route may have thousands of stakes
+    std::vector<StoredLine>& lines = label_.lines;
+    if (lines.size() <= kFew) {
+      const auto found = std::find_if(lines.begin(), lines.end(), [&](const StoredLine& line) {
+        return line.handle == handle;
+      });
+      return found == lines.end() ? nullptr : &*found;
+    }
+    if (places_.empty())
+      for (std::size_t i = 0; i < lines.size(); ++i) places_.emplace(lines[i].handle, i);
+    const auto found = places_.find(CString(handle));
+    return found == places_.end() ? nullptr : &lines[found->second];
+  }
+
+  void take_entity(std::wstring_view name, std::wstring_view handle) {
+    const AcDbObjectId id = entity_of(handle);
+    if (!may_be_label_of(owner_, id)) {
+      ++label_.others_missing;
+      return;
+    }
+    label_.others.push_back(id);
+    if (name == L"jt") label_.arrow = id;
+  }
+
+  StoredLabel& label_;
+  const AcDbObjectId owner_;
+  std::unordered_map<CString, std::size_t> places_;  // of lines by handle, when they are many
+};
 
 /// The record of the type in an extension dictionary, or null.
 AcDbObjectId record_in(CDimRecordTable& table, AcDbObjectId dictionary, const wchar_t* type) {
@@ -160,7 +185,8 @@ std::optional<StoredLabel> read_record(AcDbObjectId owner, AcDbObjectId record) 
   dim::StoredItems items;
   if (items.read(record) != Acad::eOk || items.size() == 0) return std::nullopt;
   std::optional<StoredLabel> label(std::in_place);
-  for (std::size_t i = 0; i < items.size(); ++i) take_item(*label, owner, items, i);
+  LabelReader reader(*label, owner);
+  for (std::size_t i = 0; i < items.size(); ++i) reader.take(items, i);
   return label;
 }
 

@@ -229,6 +229,31 @@ TEST_F(StaleLabels, WhatARecordNamesByMistakeIsNeitherWrittenNorErased) {
   }
 }
 
+TEST_F(StaleLabels, ThePiecesOfATextComeTogetherHoweverManyTextsThereAre) {
+  const AcDbObjectId pipe = id(given_pipe(0, 0, 40, 0));
+  for (const std::size_t texts : {1, 2, 16, 17, 18, 100}) {
+    std::vector<CString> names, handles;
+    for (std::size_t i = 0; i < texts; ++i) {
+      names.push_back(L"n" + std::to_wstring(i));
+      handles.push_back(L"F00" + std::to_wstring(i));
+    }
+    dim::ItemTexts items;
+    for (const wchar_t* value : {L"first", L"second"})
+      for (std::size_t i = 0; i < texts; ++i)
+        items.add_piece(names[i], handles[i], {}, value, {}, {});
+    ASSERT_EQ(labeler::file_label(pipe, L"pcgb", items), Acad::eOk);
+    const std::optional<labeler::StoredLabel> label = labeler::read_label(pipe, L"pcgb");
+    ASSERT_TRUE(label);
+    ASSERT_EQ(label->lines.size(), texts);
+    for (std::size_t i = 0; i < texts; ++i) {
+      EXPECT_EQ(label->lines[i].handle, handles[i]);
+      ASSERT_EQ(label->lines[i].line.pieces.size(), 2u);
+      EXPECT_EQ(label->lines[i].line.pieces[0].value, L"first");
+      EXPECT_EQ(label->lines[i].line.pieces[1].value, L"second");
+    }
+  }
+}
+
 TEST_F(StaleLabels, AValueThatCameToBeKnownIsAdded) {
   const std::string pipe = made("(0 . \"LINE\") (10 0.0 0.0 0.0) (11 40.0 0.0 0.0)" +
                                 data(text_pair("kind", "drainage-pipe") +
