@@ -81,6 +81,13 @@ AcDbExtents extents_of(AcDbObjectId id) {
   return {at, at};
 }
 
+/// For a label that is drawn for the first time.
+DraftContext context_of(const LabelOptions& options) {
+  DraftContext context{{}, options.stakes};
+  context.leader.program = L"1";
+  return context;
+}
+
 /// Number by which the boxes of an entity are filed.
 std::uint64_t box_owner(AcDbObjectId entity) { return entity.handle().value(); }
 
@@ -141,11 +148,8 @@ void Labeler::keep_clear(std::span<const Owner> parts) {
   taken_.emplace(kCellOfTextHeights * sizes_.text_height);
   for (const Owner& part : parts) taken_->add(boxes_of(part, sizes_));
   for_each_entity([&](AcDbObjectId id) {
-    if (const std::optional<Box> text = text_box(id)) {
+    if (const std::optional<Box> text = text_box(id))
       taken_->add(*text, box_owner(id), kTextWeight);
-    } else if (parts.empty()) {
-      if (const std::optional<Owner> part = network_part(id)) taken_->add(boxes_of(*part, sizes_));
-    }
   });
 }
 
@@ -186,6 +190,15 @@ AcDbExtents Labeler::reach_of(const Owner& owner, const Draft& draft) const {
   const AcDbExtents place =
       owner.curve ? owner.curve->extents() : AcDbExtents(owner.position, owner.position);
   return grown(place, reach);
+}
+
+AcDbExtents Labeler::reach_of(const Owner& owner, const LabelType& type,
+                              const LabelOptions& options) {
+  if (std::optional<StoredLabel> stored = read_label(owner.id, type.name))
+    return reach_of(owner, check(owner, type, std::move(stored)).draft);
+  DraftContext context = context_of(options);
+  const Drafted drafted = type.draft(owner, context);
+  return reach_of(owner, drafted.draft.value_or(Draft()));
 }
 
 /// The leader where the variant has it, unless the record says where it is.
@@ -340,8 +353,7 @@ void Labeler::label(const Owner& owner, const LabelType& type, const LabelOption
       ++counts.updated;
     return;
   }
-  DraftContext context{{}, options.stakes};
-  context.leader.program = L"1";
+  DraftContext context = context_of(options);
   Drafted drafted = type.draft(owner, context);
   if (!drafted.draft) {
     if (!drafted.why_not) return;

@@ -39,13 +39,15 @@ class Labeler {
   Labeler(const Labeler&) = delete;
   Labeler& operator=(const Labeler&) = delete;
 
-  /// From now on labels drawn keep clear of what is in the drawing. One walk through it; a caller
-  /// that has looked at all its pipes and nodes hands them over.
-  void keep_clear(std::span<const Owner> parts = {});
+  /// From now on labels drawn keep clear of these, all pipes and nodes of the drawing, and of its
+  /// texts. One walk through it.
+  void keep_clear(std::span<const Owner> parts);
   /// The same for labels that are drawn at these places alone: what is far from them is left out.
   void keep_clear_at(std::span<const AcDbExtents> places);
   /// Around all places about its owner where the label may be drawn.
   AcDbExtents reach_of(const Owner& owner, const Draft& draft) const;
+  /// Of the label that label() would draw or bring up to date; the owner's place when that is none.
+  AcDbExtents reach_of(const Owner& owner, const LabelType& type, const LabelOptions& options);
 
   /// Draws the label, or brings one that is there up to date; a label that was erased entity by
   /// entity is drawn again.

@@ -115,16 +115,23 @@ int label_owners(OwnerKind kind, const wchar_t* usual, const wchar_t* what) {
     return wrong_arguments();
   Messages messages;
   Labeler labeler(telling(messages));
-  labeler.keep_clear();
-  LabelCounts counts;
+  std::vector<std::optional<Owner>> parts;  // of the owners; nothing of what cannot be labelled
+  std::vector<AcDbExtents> places;
   for (const AcDbObjectId id : owners) {
-    const std::optional<Owner> owner = network_part(id);
-    if (!owner || owner->kind != kind) {
-      messages.tell(handle_of(id) + L" is no " + what + L"; no label");
+    std::optional<Owner>& part = parts.emplace_back(network_part(id));
+    if (part && part->kind != kind) part.reset();
+    if (!part) continue;
+    for (const LabelType* type : types) places.push_back(labeler.reach_of(*part, *type, options));
+  }
+  labeler.keep_clear_at(places);
+  LabelCounts counts;
+  for (std::size_t i = 0; i < owners.size(); ++i) {
+    if (!parts[i]) {
+      messages.tell(handle_of(owners[i]) + L" is no " + what + L"; no label");
       ++counts.skipped;
       continue;
     }
-    for (const LabelType* type : types) labeler.label(*owner, *type, options, counts);
+    for (const LabelType* type : types) labeler.label(*parts[i], *type, options, counts);
   }
   return answer_counts(counts, messages);
 }
