@@ -145,7 +145,9 @@ double Labeler::width_of(const CString& text) const {
 }
 
 void Labeler::keep_clear(std::span<const Owner> parts) {
+  constexpr std::size_t kUsualBoxes = 3;  // of a part, its label and an arrow
   taken_.emplace(kCellOfTextHeights * sizes_.text_height);
+  taken_->reserve(kUsualBoxes * parts.size());
   for (const Owner& part : parts) taken_->add(boxes_of(part, sizes_));
   for_each_entity([&](AcDbObjectId id) {
     if (const std::optional<Box> text = text_box(id))

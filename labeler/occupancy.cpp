@@ -55,6 +55,12 @@ Box box_of_line(const AcGePoint2d& from, const AcGePoint2d& to) {
 
 Occupancy::Occupancy(double cell) : cell_(cell) {}
 
+void Occupancy::reserve(std::size_t boxes) {
+  constexpr std::size_t kUsualCells = 4;  // of a box
+  boxes_.reserve(boxes);
+  filings_.reserve(kUsualCells * boxes);
+}
+
 Occupancy::CellRange Occupancy::cells_of(const Turned& box) const {
   const double x = box.half_width * std::fabs(box.cos) + box.half_height * std::fabs(box.sin);
   const double y = box.half_width * std::fabs(box.sin) + box.half_height * std::fabs(box.cos);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -31,6 +32,9 @@ class Occupancy {
  public:
   /// `cell` is the side of a cell, about the size of a label, above 0.
   explicit Occupancy(double cell);
+  /// Takes memory for so many boxes at once. What is not used of it costs nothing; growing would
+  /// copy all that is filed.
+  void reserve(std::size_t boxes);
   /// What is added with an owner, a number above 0, can be taken out again. The weight is how bad
   /// it is to lie upon the box.
   void add(const Box& box, std::uint64_t owner = 0, int weight = 1);

@@ -26,7 +26,12 @@ void UndoLog::close_step() {
 
 UndoLog::Change& UndoLog::record(Stub& stub) {
   if (stub.object) ObjectAccess::set_flag(*stub.object, kRecorded, true);
-  return step().changes.emplace_back(Change{&stub, stub.owner, nullptr, stub.flags, false});
+  std::vector<Change>& changes = step().changes;
+  // A step may have millions: memory that is not used costs less than moving them time and again.
+  constexpr std::size_t kMany = 1024, kGrowth = 8;
+  if (changes.size() == changes.capacity() && changes.size() >= kMany)
+    changes.reserve(kGrowth * changes.size());
+  return changes.emplace_back(Change{&stub, stub.owner, nullptr, stub.flags, false});
 }
 
 void UndoLog::before_change(Stub& stub) {
